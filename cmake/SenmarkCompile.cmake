@@ -1,0 +1,30 @@
+# How every target of the project is compiled and linked.
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+find_program(SENMARK_CCACHE ccache)
+if(SENMARK_CCACHE)
+  # Time stamps of precompiled headers and paths of the build folder do not change the code.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}"
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${SENMARK_CCACHE})
+endif()
+
+set(SENMARK_SANITIZE_FLAGS "")
+if(SENMARK_SANITIZE)
+  set(SENMARK_SANITIZE_FLAGS -fsanitize=${SENMARK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+endif()
+
+function(senmark_compile target)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  # No contraction: a result must be the same double on every machine.
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -ffp-contract=off
+                                           ${SENMARK_SANITIZE_FLAGS})
+endfunction()
+
+function(senmark_link target)
+  target_link_options(${target} PUBLIC ${SENMARK_SANITIZE_FLAGS})
+endfunction()

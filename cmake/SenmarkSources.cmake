@@ -1,0 +1,49 @@
+# The library's own files, by name. What differs by platform has a suffix and is chosen here.
+
+if(APPLE)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp)
+else()
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp)
+endif()
+
+set(SENMARK_SOURCES
+    plugin/source/SK_FileIO-POSIX.cpp
+    source/ISenmark.cpp
+    source/ISenmark_I.cpp
+    source/ISensorFileHandler_I.cpp
+    source/ITdjsonStream_I.cpp
+    source/SK_ClientTable.cpp
+    source/SK_ConverterManager.cpp
+    source/SK_ConverterRegistry.cpp
+    source/SK_DataQuery.cpp
+    source/SK_Error.cpp
+    source/SK_Exception.cpp
+    source/SK_FileMapper-POSIX.cpp
+    source/SK_HostAPI.cpp
+    source/SK_Ladder.cpp
+    source/SK_Localizer.cpp
+    source/SK_Mutex.cpp
+    source/SK_RapidJson.cpp
+    source/SK_SampleDataProcessor.cpp
+    source/SK_SampleSizeEstimator.cpp
+    source/SK_TdjsonParser.cpp
+    source/SK_TdjsonParserFactory.cpp
+    source/SK_TdjsonParserUtils.cpp
+    source/SK_TdjsonParser_v1.cpp
+    source/SK_TdjsonParser_v2.cpp
+    source/SK_TdjsonValidator.cpp
+    source/SK_TdjsonValidator_v1.cpp
+    source/SK_TdjsonValidator_v2.cpp
+    source/SK_TempFileHandler-POSIX.cpp
+    source/SK_TimeFormat.cpp
+    source/SK_TimeUtils.cpp
+    source/SK_TimeUtilsText.cpp
+    source/SK_UnicodeConversion.cpp
+    source/SK_UnicodeUtils.cpp
+    source/SK_Utils.cpp
+    source/SK_UtilsTime.cpp
+    source/SenmarkExports.cpp
+    source/SenmarkImpl.cpp
+    source/SensorFileHandlerImpl.cpp
+    source/TdjsonStreamImpl.cpp
+    ${SENMARK_PLATFORM_SOURCES})

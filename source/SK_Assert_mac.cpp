@@ -1,0 +1,11 @@
+#include <cassert>
+
+#include "SK_Assert.h"
+
+namespace SK_NAMESPACE_INT {
+
+void SK_AssertFailed(char const* expression, char const* function, char const* source, unsigned line) {
+  __assert_rtn(function, source, static_cast<int>(line), expression);
+}
+
+}  // namespace SK_NAMESPACE_INT

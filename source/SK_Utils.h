@@ -1,0 +1,50 @@
+/// Paths, and the time texts of a file's samples.
+#pragma once
+
+#include <string>
+
+#include "SK_TimeFormat.h"
+#include "senmark/SK_BasicRecords.h"
+
+struct SK_DynamicSampleInfo;
+
+namespace SK_NAMESPACE_INT {
+
+using ns_sensor::SK_DataPath;
+
+class SK_Utils {
+ public:
+  /// Code 2 for a null or empty path, 3 for one of 65,535 bytes or more.
+  static void CheckFilePathValidity(char const* path);
+  /// The text behind the last "/", or else behind the last backslash; empty without either.
+  static std::string GetFileName(char const* path);
+  /// The text up to and including the last "/", or else the last backslash; empty without either.
+  static std::string GetDirName(std::string const& path);
+  /// The extension in lower case without its point; empty for a path without a folder.
+  static void GetFileExtension(std::string const& path, std::string& out);
+  static void MakeLowerCase(std::string& text);
+
+  /// Reads the text form of a data path. `path` becomes the root and the segments of `text`.
+  static void DeSerialize(std::string const& text, SK_DataPath& path);
+
+  /// Whether the first key of the file is "version" with the value of format version 2. Errors of
+  /// mapping and scanning the file pass to the caller.
+  static bool IsTDJSONVersion2(char const* path);
+
+  /// Orders of two time texts: below 0, 0 or above 0. Zones do not count. An empty text sorts before every
+  /// other text and equals itself. Code 21 for null.
+  static int CompareUTCTime(char const* left, char const* right, std::uint16_t precision);
+  static int CompareSMPTETime(char const* left, char const* right);
+  static int CompareTimeStrings(char const* left, char const* right, SK_TimeFormat const& format);
+
+  /// The time text inside the sample at `begin`, or null for a malformed sample. Reads nothing at or
+  /// behind `end`.
+  static char const* GetTimeValueOffset(SK_DynamicSampleInfo const& info, char const* begin, char const* end);
+
+  /// Seconds from the file's base time.
+  static void ConvertTimeStrToRelativeSKTime(std::string const& text, SK_Time& out, SK_TimeFormat const& format);
+  /// A negative time leaves `out` as it is.
+  static void ConvertSKTimeToRelativeStr(SK_Time const& time, std::string& out, SK_TimeFormat const& format);
+};
+
+}  // namespace SK_NAMESPACE_INT

@@ -1,0 +1,1 @@
+// Names the precompiled headers of the suites; holds nothing itself.

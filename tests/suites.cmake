@@ -1,0 +1,1 @@
+# Every suite by name, in the order of the alphabet.
