@@ -9,6 +9,8 @@ namespace SK_NAMESPACE_INT {
 
 }  // namespace SK_NAMESPACE_INT
 
+// An assertion inside one of its functions must be able to leave that function.
+#define RAPIDJSON_HAS_CXX11_NOEXCEPT 0
 #define RAPIDJSON_ASSERT(x) ((x) ? static_cast<void>(0) : ::SK_NAMESPACE_INT::ThrowRapidJsonAssertion())
 
 #include <rapidjson/document.h>

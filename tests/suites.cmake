@@ -1,1 +1,4 @@
 # Every suite by name, in the order of the alphabet.
+senmark_suite(SK_Mutex)
+senmark_suite(SK_UnicodeConversion)
+senmark_suite(SK_UnicodeUtils)
