@@ -384,8 +384,11 @@ TEST_F(FileIO, OpenFolderRefusesByKind) {
   std::string const closed = MakeFolder("closed");
   fs::permissions(closed, fs::perms::none);
   ShowFolder();
-  OrdinaryUser const user;
-  ExpectError([&] { File_IO::OpenFolder(closed.c_str()); }, 16, "File_IO::OpenFolder, opendir failure.");
+  {
+    OrdinaryUser const user;
+    ExpectError([&] { File_IO::OpenFolder(closed.c_str()); }, 16, "File_IO::OpenFolder, opendir failure.");
+  }
+  fs::permissions(closed, fs::perms(0700));  // or its own user could not remove it
 }
 
 TEST_F(FileIO, CloseFolderIgnoresOnlyNull) {
