@@ -24,6 +24,7 @@ set(SENMARK_SOURCES
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
     source/SK_RapidJson.cpp
+    source/SK_RelativeTimeReader.cpp
     source/SK_SampleDataProcessor.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
@@ -36,6 +37,8 @@ set(SENMARK_SOURCES
     source/SK_TdjsonValidator_v2.cpp
     source/SK_TempFileHandler-POSIX.cpp
     source/SK_TimeFormat.cpp
+    source/SK_TimeRatio.cpp
+    source/SK_TimeText.cpp
     source/SK_TimeUtils.cpp
     source/SK_TimeUtilsText.cpp
     source/SK_UnicodeConversion.cpp
