@@ -24,6 +24,7 @@ set(SENMARK_SOURCES
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
     source/SK_RapidJson.cpp
+    source/SK_SampleBlock.cpp
     source/SK_SampleDataProcessor.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
