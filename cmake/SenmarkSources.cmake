@@ -27,6 +27,7 @@ set(SENMARK_SOURCES
     source/SK_NumberLayout.cpp
     source/SK_NumberText.cpp
     source/SK_SampleBlock.cpp
+    source/SK_RelativeTimeReader.cpp
     source/SK_SampleDataProcessor.cpp
     source/SK_SampleDecoder.cpp
     source/SK_SampleJsonReader.cpp
@@ -41,6 +42,8 @@ set(SENMARK_SOURCES
     source/SK_TdjsonValidator_v2.cpp
     source/SK_TempFileHandler-POSIX.cpp
     source/SK_TimeFormat.cpp
+    source/SK_TimeRatio.cpp
+    source/SK_TimeText.cpp
     source/SK_TimeUtils.cpp
     source/SK_TimeUtilsText.cpp
     source/SK_UnicodeConversion.cpp

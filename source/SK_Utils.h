@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "SK_TimeFormat.h"
 #include "senmark/SK_BasicRecords.h"
@@ -32,17 +33,24 @@ class SK_Utils {
   static bool IsTDJSONVersion2(char const* path);
 
   /// Orders of two time texts: below 0, 0 or above 0. Zones do not count. An empty text sorts before every
-  /// other text and equals itself. Code 21 for null.
+  /// other text and equals itself; a text that is too short counts as followed by bytes of 0. Code 21 for
+  /// null. The frames of a time code go through `std::stoi`, whose exceptions pass.
   static int CompareUTCTime(char const* left, char const* right, std::uint16_t precision);
   static int CompareSMPTETime(char const* left, char const* right);
   static int CompareTimeStrings(char const* left, char const* right, SK_TimeFormat const& format);
+  /// The same for texts without a closing NUL, as they stand in a mapping. Nothing is allocated for texts
+  /// of the format's own form.
+  static int CompareUTCTime(std::string_view left, std::string_view right, std::uint16_t precision);
+  static int CompareSMPTETime(std::string_view left, std::string_view right);
+  static int CompareTimeStrings(std::string_view left, std::string_view right, SK_TimeFormat const& format);
 
-  /// The time text inside the sample at `begin`, or null for a malformed sample. Reads nothing at or
-  /// behind `end`.
+  /// Where the time text of the sample at `begin` starts, or null for a malformed sample. Reads nothing at
+  /// or behind `end`; how much of the text lies before it is for the caller to test.
   static char const* GetTimeValueOffset(SK_DynamicSampleInfo const& info, char const* begin, char const* end);
 
-  /// Seconds from the file's base time.
-  static void ConvertTimeStrToRelativeSKTime(std::string const& text, SK_Time& out, SK_TimeFormat const& format);
+  /// Seconds from the file's base time; 0/1 for an empty text. Without a notation `out` stays as it is.
+  /// For many texts of one file see `SK_RelativeTimeReader`.
+  static void ConvertTimeStrToRelativeSKTime(std::string_view text, SK_Time& out, SK_TimeFormat const& format);
   /// A negative time leaves `out` as it is.
   static void ConvertSKTimeToRelativeStr(SK_Time const& time, std::string& out, SK_TimeFormat const& format);
 };
