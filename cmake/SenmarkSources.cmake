@@ -20,6 +20,10 @@ set(SENMARK_SOURCES
     source/SK_Exception.cpp
     source/SK_FileMapper-POSIX.cpp
     source/SK_HostAPI.cpp
+    source/SK_JsonError.cpp
+    source/SK_JsonName.cpp
+    source/SK_JsonNumber.cpp
+    source/SK_JsonText.cpp
     source/SK_Ladder.cpp
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
