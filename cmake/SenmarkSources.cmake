@@ -1,9 +1,9 @@
 # The library's own files, by name. What differs by platform has a suffix and is chosen here.
 
 if(APPLE)
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_OSFile_mac.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp)
 else()
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_OSFile_linux.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp)
 endif()
 
 set(SENMARK_SOURCES
@@ -30,9 +30,14 @@ set(SENMARK_SOURCES
     source/SK_Mutex.cpp
     source/SK_OutlinePath.cpp
     source/SK_RapidJson.cpp
+    source/SK_NumberLayout.cpp
+    source/SK_NumberText.cpp
+    source/SK_SampleBlock.cpp
     source/SK_RelativeTimeReader.cpp
     source/SK_RecordReset.cpp
     source/SK_SampleDataProcessor.cpp
+    source/SK_SampleDecoder.cpp
+    source/SK_SampleJsonReader.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
     source/SK_TdjsonParserFactory.cpp
