@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "SK_Error.h"
@@ -46,6 +48,10 @@ unsigned TdjsonStreamImpl::ReadStream(char* buffer, unsigned const& size) {
 
 void TdjsonStreamImpl::SaveStream(char const* path) const {
   SK_NAMESPACE_INT::SK_Utils::CheckFilePathValidity(path);
+  std::error_code notThere;
+  if (std::filesystem::equivalent(path, mConversionInfo->filePath, notThere)) {
+    return;  // it stands there already, and making it anew would empty it
+  }
   bool const existed = File_IO::Exists(path);
   try {
     File_IO::Create(path, true, true);

@@ -211,6 +211,17 @@ ReportedError RecordingHost::TakeError() {
   return errors.empty() ? ReportedError{0, "no error was reported", 0, 0} : errors.front();
 }
 
+ReportedError LastError(bool clear) {
+  ReportedError last{-1, "not called", -1, -1};
+  GetLastException_1(
+      &last,
+      [](void* kept, std::int32_t code, char const* message, std::int64_t offset, std::int64_t line) {
+        *static_cast<ReportedError*>(kept) = {code, message, offset, line};
+      },
+      clear);
+  return last;
+}
+
 std::string ValueText(std::uint8_t kind, void const* value, std::uint64_t size) {
   switch (kind) {
     case ns_sensor::kNumberValue:

@@ -68,6 +68,9 @@ class RecordingHost {
   std::vector<ReportedError> mErrors;
 };
 
+/// The calling thread's last error, through the export.
+ReportedError LastError(bool clear);
+
 /// A value of a static node or a sample, as text.
 std::string ValueText(std::uint8_t kind, void const* value, std::uint64_t size);
 
