@@ -11,6 +11,11 @@
 
 namespace ns_sensor {
 
+using SK_NAMESPACE_INT::ResetDynamicDataInfo;
+using SK_NAMESPACE_INT::ResetFileInfo;
+using SK_NAMESPACE_INT::ResetGroupChildInfo;
+using SK_NAMESPACE_INT::ResetStaticDataInfo;
+using SK_NAMESPACE_INT::ResetVideoSyncTimeList;
 using SK_NAMESPACE_INT::RunInside;
 using SK_NAMESPACE_INT::SK_SampleBlock;
 using SK_NAMESPACE_INT::SK_TdjsonParser;
