@@ -190,7 +190,9 @@ class RealFile : public testing::TestWithParam<std::string> {
     std::vector<Sample> const expected = ExpectedSamples(*mSets.at(id), *mTimeInfo, mOrigin);
     ASSERT_EQ(mCollector.sampleCount, expected.size());
     mCollector.samples.clear();
-    mHandler->getDynamicSamples(id.c_str(), id.size(), -1, 1, 2000000000, 60, &mCollector, &mCollector);
+    // A time code counts the hours of one day only, so its times end there.
+    int const end = mTimeInfo->HasMember("frameRate") ? 86000 : 33000000;
+    mHandler->getDynamicSamples(id.c_str(), id.size(), -1, 1, end, 1, &mCollector, &mCollector);
     ASSERT_EQ(mCollector.announced, expected.size());
     ASSERT_EQ(mCollector.samples.size(), expected.size());
     for (std::size_t i = 0; i != expected.size(); ++i) {
