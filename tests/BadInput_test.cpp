@@ -93,28 +93,34 @@ TEST_F(BadInput, EveryCutOfASmallFileIsAnError) {
   }
 }
 
-TEST_F(BadInput, EveryByteOfASmallFileMayBeDamaged) {
-  for (std::string const whole : {kSmallVersion2, kSmallVersion1}) {
-    for (std::string::size_type at = 0; at < whole.size(); ++at) {
-      for (char const byte : {'\0', '"', '}', '9', '\xFF'}) {
-        std::string damaged = whole;
-        damaged[at] = byte;
-        ISensorFileHandler* const handler = mHost.Open(mFolder.Write("damaged.tdjson", damaged));
-        std::size_t const errors = mHost.TakeErrors().size();
-        EXPECT_EQ(errors, handler == nullptr ? 1u : 0u);
-        if (handler != nullptr) {
-          // Whatever opened can be asked; each question ends in an answer or in one error.
-          for (std::string const id : {"a1", "p1", "n1", "e1", "lv", "ev", "tr"}) {
-            handler->getDynamicSamples(id.c_str(), id.size(), 0, 1, 100, 1, &mHost, &mHost);
-            EXPECT_EQ(mHost.TakeErrors().size(), mHost.TakeCalls().empty() ? 1u : 0u);
-          }
-          EXPECT_EQ(mHost.Close(handler), nullptr);
-        }
-        ASSERT_FALSE(HasFailure()) << "byte " << at;
+class DamagedFile : public BadInput, public testing::WithParamInterface<std::tuple<char const*, char>> {};
+
+TEST_P(DamagedFile, OpensOrIsOneErrorWhereverTheByteStands) {
+  std::string const whole = std::get<0>(GetParam());
+  for (std::string::size_type at = 0; at < whole.size(); ++at) {
+    std::string damaged = whole;
+    damaged[at] = std::get<1>(GetParam());
+    ISensorFileHandler* const handler = mHost.Open(mFolder.Write("damaged.tdjson", damaged));
+    EXPECT_EQ(mHost.TakeErrors().size(), handler == nullptr ? 1u : 0u);
+    if (handler != nullptr) {
+      // Whatever opened can be asked; each question ends in an answer or in one error.
+      for (std::string const id : {"a1", "p1", "n1", "e1", "lv", "ev", "tr"}) {
+        handler->getDynamicSamples(id.c_str(), id.size(), 0, 1, 100, 1, &mHost, &mHost);
+        EXPECT_EQ(mHost.TakeErrors().size(), mHost.TakeCalls().empty() ? 1u : 0u);
       }
+      EXPECT_EQ(mHost.Close(handler), nullptr);
     }
+    ASSERT_FALSE(HasFailure()) << "byte " << at;
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(BadInput, DamagedFile,
+                         testing::Combine(testing::Values(kSmallVersion2, kSmallVersion1),
+                                          testing::Values('\0', '"', '}', '9', '\xFF')),
+                         [](auto const& row) {
+                           return "Version" + std::string(std::get<0>(row.param) == kSmallVersion2 ? "2" : "1") +
+                                  "Byte" + std::to_string(static_cast<unsigned char>(std::get<1>(row.param)));
+                         });
 
 TEST_F(BadInput, FolderIsNoFile) {
   ReportedError error{};

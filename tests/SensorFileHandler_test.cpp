@@ -66,8 +66,7 @@ TEST_F(SensorFileHandler, GroupChildrenComeBehindTheirCommonWay) {
     std::string path;
     std::string group;  // as the way names it: with the name only if the path gave it
   };
-  for (Row const& row :
-       {Row{R"(["arm"])", "\"arm\" 0"}, Row{"[0]", "\"\" 0"}, Row{R"(text ["arm"] text)", "\"arm\" 0"}}) {
+  for (Row const& row : {Row{R"(["arm"])", "\"arm\" 0"}, Row{"[0]", "\"\" 0"}, Row{R"(text ["arm"])", "\"arm\" 0"}}) {
     mVersion2->getGroupChildren(row.path.c_str(), row.path.size(), &mHost, &mHost);
     EXPECT_EQ(mHost.TakeCalls(),
               "prefix \"dataOutline\" -1 of 8\n"
@@ -336,6 +335,7 @@ RefusedPath const kRefusedPaths[] = {
     {"NoBracket", "arm", {33, "Missing \"[\" at or after index :0.", -1, -1}},
     {"NoClosingBracket", "[0][0", {45, "Missing \"]\" at or after index :3.", -1, -1}},
     {"IndexThatIsNoNumber", "[x]", {34, "Unknown exception occurred.", -1, -1}},
+    {"TextBehindTheLastSegment", R"(["arm"] x)", {33, "Missing \"[\" at or after index :7.", -1, -1}},
     {"UnknownName", R"(["leg"])", {33, "No node found with match name : \"leg\".", -1, -1}},
     {"IndexBehindTheLast",
      "[2]",
