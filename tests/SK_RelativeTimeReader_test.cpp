@@ -322,6 +322,21 @@ TEST(RelativeTimeReader, AgreesNearTheBaseAtEveryPrecision) {
   }
 }
 
+TEST(RelativeTimeReader, AgreesWhereSecondsLeaveTheirRange) {
+  for (std::uint16_t precision = 1; precision <= 9; ++precision) {
+    SCOPED_TRACE(precision);
+    SK_TimeFormat const format = DatesFrom("1970-01-01T00:00:00", precision, 1);
+    SK_RelativeTimeReader reader(format);
+    for (char const* second : {"05", "06", "07", "08", "09"}) {
+      for (char const digit : {'0', '3', '4', '5', '9'}) {
+        std::string const fraction(precision, digit);
+        ASSERT_TRUE(Agrees(reader, "2038-01-19T03:14:" + (second + ('.' + fraction)) + 'Z', format));
+        ASSERT_TRUE(Agrees(reader, "1901-12-13T20:45:" + (second + ('.' + fraction)) + 'Z', format));
+      }
+    }
+  }
+}
+
 TEST(RelativeTimeReader, AgreesOnEmptyTextsAndWithoutANotation) {
   SK_TimeFormat const formats[] = {SK_TimeFormat(), DatesFrom("2016-02-28T23:59:58", 3, 1), [] {
                                      SK_TimeFormat format;
