@@ -1,1 +1,2 @@
 # Every suite by name, in the order of the alphabet.
+senmark_suite(Layout)
