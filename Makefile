@@ -1,10 +1,11 @@
 # Short commands for the whole project. `make help` lists them.
 SHELL := /bin/bash
+.SHELLFLAGS := -euo pipefail -c
 JOBS ?= $(shell nproc)
 export CTEST_PARALLEL_LEVEL ?= $(JOBS)
 
 DATA := tests/data
-FORMATTED := git ls-files '*.h' '*.cpp'
+FORMATTED := find $(wildcard include source plugin tools modules tests bench fuzz examples cmake) -name '*.h' -o -name '*.cpp'
 
 .PHONY: help demo check asan tsan coverage format format-check lint bench fuzz clean
 .DEFAULT_GOAL := help
