@@ -1,9 +1,9 @@
 # The library's own files, by name. What differs by platform has a suffix and is chosen here.
 
 if(APPLE)
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_OSFile_mac.cpp)
 else()
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_OSFile_linux.cpp)
 endif()
 
 set(SENMARK_SOURCES

@@ -35,8 +35,10 @@ class SK_Localizer {
 
  private:
   explicit SK_Localizer(std::string const& locale);
+  static SK_Localizer* AwaitInstance(char const* function);
 
   std::string mLocaleId;
+  SK_Localizer* mReplaced;  // the instance before this one, kept reachable; null for the first
 
   static std::atomic<SK_Localizer*> mLocalizer;
   static std::atomic<bool> mIsIntialized;  // the name is fixed
