@@ -1,9 +1,9 @@
 # The library's own files, by name. What differs by platform has a suffix and is chosen here.
 
 if(APPLE)
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_OSFile_mac.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp)
 else()
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_OSFile_linux.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp)
 endif()
 
 # The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
@@ -43,11 +43,17 @@ set(SENMARK_SOURCES
     source/SK_Mutex.cpp
     source/SK_OutlinePath.cpp
     source/SK_RapidJson.cpp
+    source/SK_NumberLayout.cpp
+    source/SK_NumberText.cpp
+    source/SK_SampleBlock.cpp
+    source/SK_RelativeTimeReader.cpp
     source/SK_RecordReset.cpp
     source/SK_RelativeTimeReader.cpp
     source/SK_SampleDataProcessor.cpp
     source/SK_SampleOffsets.cpp
     source/SK_SampleSectionCopy.cpp
+    source/SK_SampleDecoder.cpp
+    source/SK_SampleJsonReader.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
     source/SK_TdjsonParserFactory.cpp
