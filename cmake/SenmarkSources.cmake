@@ -13,6 +13,7 @@ set(SENMARK_SOURCES
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
     source/SK_ClientTable.cpp
+    source/SK_ConversionInfo.cpp
     source/SK_ConverterManager.cpp
     source/SK_ConverterRegistry.cpp
     source/SK_DataQuery.cpp
@@ -27,12 +28,14 @@ set(SENMARK_SOURCES
     source/SK_Ladder.cpp
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
+    source/SK_OutlinePath.cpp
     source/SK_RapidJson.cpp
     source/SK_NumberLayout.cpp
     source/SK_NumberText.cpp
     source/SK_OutlineReader.cpp
     source/SK_SampleBlock.cpp
     source/SK_RelativeTimeReader.cpp
+    source/SK_RecordReset.cpp
     source/SK_SampleDataProcessor.cpp
     source/SK_SampleDecoder.cpp
     source/SK_SampleJsonReader.cpp

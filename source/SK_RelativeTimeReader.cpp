@@ -60,6 +60,10 @@ bool ReadPlainDate(char const* text, SK_DateTime& out) {
   return IsInCalendar(out);
 }
 
+std::uint32_t DigitValue(char digit) {
+  return static_cast<std::uint32_t>(digit - '0');
+}
+
 /// Whether the zone at the end of a text can be passed over: a letter, or an offset of plain digits.
 bool IsPlainZone(std::string_view zone) {
   if (zone.empty()) return false;
@@ -72,17 +76,6 @@ bool IsPlainZone(std::string_view zone) {
 SK_RelativeTimeReader::SK_RelativeTimeReader(SK_TimeFormat const& format) : mFormat(format) {
   if (format.IsTimeFormatSMPTE()) PrepareFrames();
   if (format.IsTimeFormatUTC()) PrepareDates();
-}
-
-SK_Time SK_RelativeTimeReader::Read(std::string_view text) {
-  if (mHasFrames) return ReadSMPTE(text);
-  return mHasDates ? ReadUTC(text) : ReadDescribedWay(text);
-}
-
-SK_Time SK_RelativeTimeReader::ReadDescribedWay(std::string_view text) const {
-  SK_Time time;
-  SK_Utils::ConvertTimeStrToRelativeSKTime(text, time, mFormat);
-  return time;
 }
 
 void SK_RelativeTimeReader::PrepareFrames() {
@@ -134,8 +127,8 @@ void SK_RelativeTimeReader::PrepareFrameBase() {
   if (base.value < 0 || base.scale == 0) return;
   std::uint32_t const lastExact = ((1U << 30U) - 1) / mNumerator;
   if (base.value == 0) {
-    mFirstExactFrame = 0;
-    mLastExactFrame = lastExact;
+    mBaseFrame = 0;
+    mLargestExactDistance = lastExact;
     return;
   }
   std::uint32_t divisor = 1;
@@ -144,54 +137,59 @@ void SK_RelativeTimeReader::PrepareFrameBase() {
   std::uint64_t const unitsOfFrame = std::uint64_t{base.scale} * mNumerator;
   if (divisor != 1 || units % unitsOfFrame != 0 || units / unitsOfFrame > lastExact) return;
   mBaseFrame = static_cast<std::uint32_t>(units / unitsOfFrame);
-  mFirstExactFrame = mBaseFrame;
-  mLastExactFrame = lastExact;
+  mLargestExactDistance = lastExact - mBaseFrame;
 }
 
-SK_Time SK_RelativeTimeReader::ReadSMPTE(std::string_view text) const {
+/// The index of the frame that a plain text names. False for any other text.
+inline bool SK_RelativeTimeReader::ReadFrame(std::string_view text, std::uint32_t& out) const {
   ClockFields clock;
-  if (text.size() != mFrameTextLength || !ReadPlainClock(text.data(), clock)) return ReadDescribedWay(text);
-  std::uint32_t frame = 0;
-  for (std::size_t i = kSMPTEFrames; i < mFrameTextLength; ++i) {
-    if (!IsDigit(text[i])) return ReadDescribedWay(text);
-    frame = frame * 10 + static_cast<std::uint32_t>(text[i] - '0');
+  if (text.size() != mFrameTextLength || !ReadPlainClock(text.data(), clock)) return false;
+  char const* const digits = text.data() + kSMPTEFrames;
+  if (!IsDigit(digits[0]) || !IsDigit(digits[1])) return false;
+  std::uint64_t number = DigitValue(digits[0]) * 10 + DigitValue(digits[1]);
+  if (mFrameTextLength > kSMPTEFrames + 2) {
+    if (!IsDigit(digits[2])) return false;
+    number = number * 10 + DigitValue(digits[2]);
   }
-  std::uint64_t const number =
-      std::uint64_t{(clock.hour * 60 + clock.minute) * 60 + clock.second} * mNominalRate + frame;
-  if (number > kLargestValue) return ReadDescribedWay(text);
+  number += std::uint64_t{(clock.hour * 60 + clock.minute) * 60 + clock.second} * mNominalRate;
+  if (number > kLargestValue) return false;
 
-  auto frames = static_cast<std::uint32_t>(number);
+  out = static_cast<std::uint32_t>(number);
   if (mDropFactor != 0) {
-    std::uint32_t const minutes = (frames >> (mDropFactor - 1)) / kFramesOfFirstMinute;
-    frames -= (minutes / 10 * 18 + minutes % 10 * 2) * mDropFactor;
+    std::uint32_t const minutes = (out >> (mDropFactor - 1)) / kFramesOfFirstMinute;
+    out -= (minutes / 10 * 18 + minutes % 10 * 2) * mDropFactor;
   }
-  SK_Time time;
-  if (frames >= mFirstExactFrame && frames <= mLastExactFrame) {
-    FramesToTime(frames - mBaseFrame, time);
-    return time;
-  }
-  if (!FramesToTime(frames, time)) return ReadDescribedWay(text);
-  SK_TimeUtils::SK_SubTime2(&time, &mFormat.GetSMPTEBaseTime(), &time);
-  return time;
+  return true;
 }
 
 /// The time of a frame in lowest terms. False when that is not what the guarded product gives, because it
 /// predicts overflow even behind its cancellation.
-bool SK_RelativeTimeReader::FramesToTime(std::uint32_t frames, SK_Time& out) const {
-  auto const twos = static_cast<unsigned>(__builtin_ctz(frames | mPowerOfTwo));
-  frames >>= twos;
+inline bool SK_RelativeTimeReader::FrameToTime(std::uint32_t frame, SK_Time& out) const {
+  auto const twos = static_cast<unsigned>(__builtin_ctz(frame | mPowerOfTwo));
+  frame >>= twos;
   std::uint32_t denominator = mDenominator >> twos;
   for (std::size_t i = 0; i < mOddPrimeCount; ++i) {
     PrimePower const& power = mOddPrimes[i];
     for (std::uint32_t left = power.exponent; left > 0; --left) {
-      std::uint32_t const quotient = frames * power.inverse;
+      std::uint32_t const quotient = frame * power.inverse;
       if (quotient > power.limit) break;
-      frames = quotient;
+      frame = quotient;
       denominator *= power.inverse;
     }
   }
-  out = {AsSigned(frames * mNumerator), denominator};
-  return frames < mFactorLimit;
+  out = {AsSigned(frame * mNumerator), denominator};
+  return frame < mFactorLimit;
+}
+
+/// False for a text that is left to the described conversion.
+inline bool SK_RelativeTimeReader::ReadSMPTE(std::string_view text, SK_Time& out) const {
+  std::uint32_t frame = 0;
+  if (!ReadFrame(text, frame)) return false;
+  std::uint32_t const distance = frame - mBaseFrame;
+  if (distance <= mLargestExactDistance) return FrameToTime(distance, out);
+  if (!FrameToTime(frame, out)) return false;
+  SK_TimeUtils::SK_SubTime2(&out, &mFormat.GetSMPTEBaseTime(), &out);
+  return true;
 }
 
 void SK_RelativeTimeReader::PrepareDates() {
@@ -206,35 +204,8 @@ void SK_RelativeTimeReader::PrepareDates() {
   mHasDates = true;
 }
 
-/// Both dates lie in the calendar, so that fields, days and seconds order them alike.
-SK_Time SK_RelativeTimeReader::ReadUTC(std::string_view text) {
-  std::size_t const zone = kUTCFraction + mFractionDigits;
-  ClockFields clock;
-  std::uint32_t fractionOfText = 0;
-  if (text.size() <= zone || !IsPlainZone(text.substr(zone)) || !FindDate(text.data()) ||
-      !ReadPlainClock(text.data() + kUTCHour, clock) || clock.hour > 23 || clock.minute > 59 || clock.second > 59 ||
-      !ReadFraction(text.data(), fractionOfText)) {
-    return ReadDescribedWay(text);
-  }
-  std::int64_t seconds = mSecondsToDate + ((clock.hour * 60 + clock.minute) * 60 + clock.second) - mBaseSecondOfDay;
-  std::int32_t fraction = AsSigned(fractionOfText) - mFormat.GetUTCBaseTime().fraction;
-  bool const negative = seconds < 0 || (seconds == 0 && fraction < 0);
-  if (negative) {
-    seconds = -seconds;
-    fraction = -fraction;
-  }
-  if (fraction < 0) {
-    seconds -= 1;
-    fraction += AsSigned(mUnitsOfSecond);
-  }
-  if (seconds > std::int64_t{kLargestValue}) return ReadDescribedWay(text);
-  SK_Time time = SecondsAndFraction(static_cast<std::uint32_t>(seconds), AsUnsigned(fraction));
-  if (negative) time.value = WrapNegate(time.value);
-  return time;
-}
-
 /// Makes the date at the start of a text the current one. False when it is not plain.
-bool SK_RelativeTimeReader::FindDate(char const* text) {
+inline bool SK_RelativeTimeReader::FindDate(char const* text) {
   if (mHasDate && std::memcmp(text, mDate.data(), mDate.size()) == 0) return true;
   SK_DateTime date;
   if (!ReadPlainDate(text, date)) return false;
@@ -244,11 +215,11 @@ bool SK_RelativeTimeReader::FindDate(char const* text) {
   return true;
 }
 
-bool SK_RelativeTimeReader::ReadFraction(char const* text, std::uint32_t& out) const {
+inline bool SK_RelativeTimeReader::ReadFraction(char const* text, std::uint32_t& out) const {
   std::uint32_t value = 0;
   for (char const* p = text + kUTCFraction; p < text + kUTCFraction + mFractionDigits; ++p) {
     if (!IsDigit(*p)) return false;
-    value = value * 10 + static_cast<std::uint32_t>(*p - '0');
+    value = value * 10 + DigitValue(*p);
   }
   out = value;
   return true;
@@ -256,8 +227,7 @@ bool SK_RelativeTimeReader::ReadFraction(char const* text, std::uint32_t& out) c
 
 /// Reduces the fraction by the 2s and 5s that it has in common with a power of ten, and adds the seconds. The
 /// guarded sum does the same on its second try, or goes through a double when the result does not fit.
-SK_Time SK_RelativeTimeReader::SecondsAndFraction(std::uint32_t seconds, std::uint32_t fraction) const {
-  if (fraction == 0) return {AsSigned(seconds), 1};
+inline void SK_RelativeTimeReader::AddFraction(std::uint32_t seconds, std::uint32_t fraction, SK_Time& out) const {
   constexpr std::uint32_t kInverseOfFive = 0xCCCCCCCDU;
   constexpr std::uint32_t kMostFifths = std::numeric_limits<std::uint32_t>::max() / 5;
   auto const twos = static_cast<unsigned>(__builtin_ctz(fraction | (1U << mFractionDigits)));
@@ -270,15 +240,45 @@ SK_Time SK_RelativeTimeReader::SecondsAndFraction(std::uint32_t seconds, std::ui
   }
   std::uint32_t const scale = kPowersOfFive[fives] << (mFractionDigits - twos);
   std::uint64_t const value = std::uint64_t{seconds} * scale + reduced;
-  bool const fits = seconds == 0 || (seconds < FirstFactorTooLarge(scale) && value <= kLargestValue);
-  if (fits) return {static_cast<std::int32_t>(value), scale};
+  if (seconds == 0 || scale == 1 || (seconds < FirstFactorTooLarge(scale) && value <= kLargestValue)) {
+    out = {static_cast<std::int32_t>(value), scale};
+    return;
+  }
+  double const rest = static_cast<double>(fraction) / static_cast<double>(mUnitsOfSecond);
+  Mp_Double2RatioSmart(static_cast<double>(seconds) + rest, &out);
+}
 
-  SK_Time time;
-  std::uint8_t overflow = 0;
-  SK_FpLong2Ratio(static_cast<double>(seconds) + static_cast<double>(fraction) / static_cast<double>(mUnitsOfSecond),
-                  &time, &overflow);
-  SK_TimeUtils::ReduceRatio(time, time);
-  return time;
+/// False for a text that is left to the described conversion. Otherwise both dates lie in the calendar, so that
+/// fields, days and seconds order them alike.
+inline bool SK_RelativeTimeReader::ReadUTC(std::string_view text, SK_Time& out) {
+  std::size_t const zone = kUTCFraction + mFractionDigits;
+  ClockFields clock;
+  std::uint32_t fractionOfText = 0;
+  if (text.size() <= zone || !IsPlainZone(text.substr(zone)) || !FindDate(text.data()) ||
+      !ReadPlainClock(text.data() + kUTCHour, clock) || clock.hour > 23 || clock.minute > 59 || clock.second > 59 ||
+      !ReadFraction(text.data(), fractionOfText)) {
+    return false;
+  }
+  std::int64_t seconds = mSecondsToDate + ((clock.hour * 60 + clock.minute) * 60 + clock.second) - mBaseSecondOfDay;
+  std::int32_t fraction = AsSigned(fractionOfText) - mFormat.GetUTCBaseTime().fraction;
+  bool const negative = seconds < 0 || (seconds == 0 && fraction < 0);
+  if (negative) {
+    seconds = -seconds;
+    fraction = -fraction;
+  }
+  if (fraction < 0) {
+    seconds -= 1;
+    fraction += AsSigned(mUnitsOfSecond);
+  }
+  if (seconds >= std::int64_t{kLargestValue}) return false;
+  AddFraction(static_cast<std::uint32_t>(seconds), AsUnsigned(fraction), out);
+  if (negative) out.value = WrapNegate(out.value);
+  return true;
+}
+
+void SK_RelativeTimeReader::Read(std::string_view text, SK_Time& out) {
+  if (mHasFrames ? ReadSMPTE(text, out) : mHasDates && ReadUTC(text, out)) return;
+  SK_Utils::ConvertTimeStrToRelativeSKTime(text, out, mFormat);
 }
 
 }  // namespace SK_NAMESPACE_INT

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "SK_TimeFormat.h"
@@ -17,8 +18,16 @@ class SK_RelativeTimeReader {
  public:
   explicit SK_RelativeTimeReader(SK_TimeFormat const& format);
 
-  /// 0/1 for an empty text, and for every text of a format without a notation.
-  SK_Time Read(std::string_view text);
+  /// `out` becomes 0/1 for an empty text; it stays as it is for all other texts of a format without a
+  /// notation.
+  void Read(std::string_view text, SK_Time& out);
+  /// The same as a value, 0/1 for a format without a notation. The form above saves the way through memory
+  /// that a record of two numbers takes as a result.
+  SK_Time Read(std::string_view text) {
+    SK_Time time;
+    Read(text, time);
+    return time;
+  }
 
  private:
   /// An odd prime to the power in which it divides the denominator of all frame times.
@@ -34,13 +43,13 @@ class SK_RelativeTimeReader {
   bool FactorDenominator();
   void PrepareDates();
 
-  SK_Time ReadDescribedWay(std::string_view text) const;
-  SK_Time ReadSMPTE(std::string_view text) const;
-  bool FramesToTime(std::uint32_t frames, SK_Time& out) const;
-  SK_Time ReadUTC(std::string_view text);
+  bool ReadSMPTE(std::string_view text, SK_Time& out) const;
+  bool ReadFrame(std::string_view text, std::uint32_t& out) const;
+  bool FrameToTime(std::uint32_t frame, SK_Time& out) const;
+  bool ReadUTC(std::string_view text, SK_Time& out);
   bool FindDate(char const* text);
   bool ReadFraction(char const* text, std::uint32_t& out) const;
-  SK_Time SecondsAndFraction(std::uint32_t seconds, std::uint32_t fraction) const;
+  void AddFraction(std::uint32_t seconds, std::uint32_t fraction, SK_Time& out) const;
 
   SK_TimeFormat mFormat;
   bool mHasFrames = false;  ///< SMPTE, with a rate that the quick way can take
@@ -57,10 +66,9 @@ class SK_RelativeTimeReader {
   std::size_t mOddPrimeCount = 0;
   std::uint32_t mFactorLimit = 0;  ///< frames from here on times the numerator count as overflow
 
-  // The frames, from the first to the last, whose distance from the base is exact.
-  std::uint32_t mBaseFrame = 0;
-  std::uint32_t mFirstExactFrame = 1;
-  std::uint32_t mLastExactFrame = 0;
+  // Frames from the base's on whose distance from it is exact; without any, a base that no frame reaches.
+  std::uint32_t mBaseFrame = std::numeric_limits<std::uint32_t>::max();
+  std::uint32_t mLargestExactDistance = 0;
 
   std::uint32_t mFractionDigits = 0;  ///< 1 to 9
   std::uint32_t mUnitsOfSecond = 0;   ///< 10 to the number of digits

@@ -1,8 +1,11 @@
 #include "SK_TdjsonParserUtils.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <new>
+#include <string_view>
 
 #include "SK_JsonBytes.h"
 #include "SK_JsonError.h"
@@ -56,6 +59,24 @@ bool ScanBool(char const*& p, char const* end, char const* base, SK_JsonName con
   ThrowJsonTypeError(p, base, name, "JSON Boolean");
 }
 
+/// The format's own keys that are too long to stand inside a value. Each node of an outline repeats some of them, so
+/// the documents share these instead of holding copies.
+constexpr std::string_view kSharedKeys[] = {
+    "numberStringProperties", "numberArrayProperties", "paddedStringProperties", "arrayDisplayNames",
+    "hasExpectedFrequencyB",  "hasExpectedFrequecyB",  "maxDigitsInStrLength",   "expectedMaxInterSampleDuration",
+};
+constexpr std::size_t kShortestSharedKey = 17;
+
+/// Null for a key that is not shared.
+char const* FindSharedKey(SK_JsonText const& key) {
+  if (key.GetSize() < kShortestSharedKey) {
+    return nullptr;
+  }
+  std::string_view const text(key.begin, key.GetSize());
+  auto const* const found = std::find(std::begin(kSharedKeys), std::end(kSharedKeys), text);
+  return found == std::end(kSharedKeys) ? nullptr : found->data();
+}
+
 /// A size as rapidjson takes it. Larger ones, which only a container or string of more than 4 GiB has, are more
 /// than the document model can hold.
 SizeType CheckSize(std::size_t size) {
@@ -82,7 +103,7 @@ class ContainerScanner {
       if (!FindJsonText(p, mEnd, key)) {
         ThrowMissingKeyQuotes(key.end, mBase);
       }
-      AddText(key);
+      AddKey(key);
       SK_JsonName const memberName(name, key);
       p = ScanValue(SkipColon(key), memberName, depth);
       p = SkipSeparator(p, '}', memberName, isClosed);
@@ -169,6 +190,14 @@ class ContainerScanner {
     }
     AddText(text);
     return text.end + 1;
+  }
+
+  void AddKey(SK_JsonText const& key) {
+    if (char const* const shared = FindSharedKey(key); shared != nullptr) {
+      mDocument.Key(shared, CheckSize(key.GetSize()), false);
+      return;
+    }
+    AddText(key);
   }
 
   void AddText(SK_JsonText const& text) {
