@@ -15,17 +15,25 @@ using ns_sensor::SK_DataPath;
 
 class SK_Utils {
  public:
-  /// Code 2 for a null or empty path, 3 for one of 65,535 bytes or more.
+  /// Code 2 for a null or empty path, 3 for one of 65,535 bytes or more. No byte behind the first 65,535
+  /// is looked at.
   static void CheckFilePathValidity(char const* path);
-  /// The text behind the last "/", or else behind the last backslash; empty without either.
+  /// The text behind the last "/", or else behind the last backslash; empty without either. `path` is
+  /// not null.
   static std::string GetFileName(char const* path);
   /// The text up to and including the last "/", or else the last backslash; empty without either.
   static std::string GetDirName(std::string const& path);
-  /// The extension in lower case without its point; empty for a path without a folder.
+  /// The extension in lower case without its point; empty for a path without a folder, since only a name
+  /// behind a "/" or a backslash, whichever comes last, counts as one.
   static void GetFileExtension(std::string const& path, std::string& out);
+  /// Changes each byte by the C library's `tolower`.
   static void MakeLowerCase(std::string& text);
 
-  /// Reads the text form of a data path. `path` becomes the root and the segments of `text`.
+  /// Reads the text form of a data path, like `["arm"][2]["hand"]`. `path` becomes the root and the
+  /// segments of `text`; after an error, the root and those in front of the fault.
+  ///
+  /// Code 1 for an empty text; 33 for a missing "[", 45 for a missing "]", both without positions. An
+  /// index that is no number, or none of 32 bits, raises what `std::stoi` raises.
   static void DeSerialize(std::string const& text, SK_DataPath& path);
 
   /// Whether the first key of the file is "version" with the value of format version 2. Errors of
