@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/resource.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <new>
 #include <random>
 #include <string>
 
@@ -321,6 +324,30 @@ TEST(TdjsonParserUtils, StaticNumberNodeStaysBelow650Bytes) {
       R"("digitsDecimal":2},"range":{"occurring":{"min":-12.25,"max":117.5},"legal":{"min":-999.99,"max":999.99}}}},)"
       R"("value":25.25}])");
   EXPECT_LE(array.GetAllocatedBytes(), 650U);
+}
+
+TEST(TdjsonParserUtils, ShortageOfMemoryIsAnException) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "sanitizers need more address space than this limit leaves";
+#endif
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  auto const parseWithLittleMemory = [] {
+    std::string text = "[1";
+    for (int i = 0; i < 8 * 1024 * 1024; ++i) {
+      text += ",1";
+    }
+    rlimit const limit = {128 * 1024 * 1024, 128 * 1024 * 1024};
+    setrlimit(RLIMIT_AS, &limit);
+    JAllocator allocator;
+    JValue out;
+    try {
+      SK_TdjsonParserUtils::ParseJsonArray(text.data(), text.data() + text.size(), nullptr, "top", out, allocator, 0);
+    } catch (std::bad_alloc const&) {
+      std::_Exit(77);
+    }
+    std::_Exit(0);
+  };
+  EXPECT_EXIT(parseWithLittleMemory(), testing::ExitedWithCode(77), "");
 }
 
 struct RefusedValue {
