@@ -17,6 +17,11 @@ inline bool IsJsonStringStop(char byte) {
   return byte == '"' || byte == '\\' || static_cast<unsigned char>(byte) < 32;
 }
 
+/// A byte that surely is no blank; below it some are none either.
+inline bool IsAboveJsonBlanks(char byte) {
+  return static_cast<unsigned char>(byte) > ' ';
+}
+
 inline bool IsJsonDigit(char byte) {
   return byte >= '0' && byte <= '9';
 }
@@ -59,10 +64,10 @@ char const* SkipJsonBlankRun(char const* p, char const* end);
 /// First position from `p` on with a byte that is no `IsJsonBlank`, or `end`.
 inline char const* SkipJsonBlanks(char const* p, char const* end) {
   // Compact text has no blanks, and formatted text has mostly one where it has no line break.
-  if (p<end&& static_cast<unsigned char>(*p)> ' ') {
+  if (p < end && IsAboveJsonBlanks(*p)) {
     return p;
   }
-  if (end - p > 1 && *p == ' ' && static_cast<unsigned char>(p[1]) > ' ') {
+  if (end - p > 1 && *p == ' ' && IsAboveJsonBlanks(p[1])) {
     return p + 1;
   }
   return SkipJsonBlankRun(p, end);

@@ -13,6 +13,8 @@ namespace SK_NAMESPACE_INT {
 
 }  // namespace SK_NAMESPACE_INT
 
+// An assertion inside one of its functions must be able to leave that function.
+#define RAPIDJSON_HAS_CXX11_NOEXCEPT 0
 #define RAPIDJSON_ASSERT(x) ((x) ? static_cast<void>(0) : ::SK_NAMESPACE_INT::ThrowRapidJsonAssertion())
 
 // Its stack begins as a null pointer, to which the first push adds the size that it needs before it compares the
