@@ -34,6 +34,7 @@ set(SENMARK_SOURCES
     source/SK_Exception.cpp
     source/SK_FileMapper-POSIX.cpp
     source/SK_HostAPI.cpp
+    source/SK_JsonBytes.cpp
     source/SK_JsonError.cpp
     source/SK_JsonName.cpp
     source/SK_JsonNumber.cpp

@@ -17,6 +17,7 @@ senmark_suite(SK_TimeUtils)
 senmark_suite(SK_TimeUtilsText)
 senmark_suite(SK_UtilsTime)
 senmark_suite(SK_JsonNumber)
+senmark_suite(SK_JsonRandomDocuments)
 senmark_suite(SK_TdjsonParserUtils)
 
 senmark_suite(SK_ConversionInfo)
