@@ -23,27 +23,32 @@ struct SK_VideoSyncTime;
 
 namespace senmark::detail {
 
-/// The layout of `ns_sensor::SK_VideoSyncTime`: name, kind, and a variant of a text (0) and an int (1),
-/// which is the number of the alternative and room for the larger of them.
-struct VideoSyncMirror {
-  VideoSyncMirror() = default;
-  VideoSyncMirror(VideoSyncMirror const&) = delete;
-  VideoSyncMirror& operator=(VideoSyncMirror const&) = delete;
-  ~VideoSyncMirror() {
+/// The layout of a variant of a text (0) and an int (1): the number of the alternative, and room for the
+/// larger of them.
+struct VideoSyncValueMirror {
+  static constexpr int kText = 0;
+  static constexpr int kFrame = 1;
+
+  VideoSyncValueMirror() = default;
+  VideoSyncValueMirror(VideoSyncValueMirror const&) = delete;
+  VideoSyncValueMirror& operator=(VideoSyncValueMirror const&) = delete;
+  ~VideoSyncValueMirror() {
     if (which == kText) {
       Text().~basic_string();
     }
   }
 
-  static constexpr int kText = 0;
-  static constexpr int kFrame = 1;
-
   std::string& Text() { return *std::launder(reinterpret_cast<std::string*>(room)); }
 
-  std::string fileName;
-  std::uint8_t kind = 2;
   int which = kFrame;
   alignas(std::string) unsigned char room[sizeof(std::string)] = {};
+};
+
+/// The layout of `ns_sensor::SK_VideoSyncTime`.
+struct VideoSyncMirror {
+  std::string fileName;
+  std::uint8_t kind = 2;
+  VideoSyncValueMirror value;
 };
 
 /// Owns the list during one call.
@@ -65,8 +70,11 @@ class VideoSyncVessel {
     return reinterpret_cast<std::vector<ns_sensor::SK_VideoSyncTime>*>(&mList);
   }
 
-  /// Compares the list with what came through the proc.
-  void Verify(std::vector<VideoSyncTime> const& received) { mVerified = Matches(received); }
+  /// Compares the list with what came through the proc. True: its records can be destroyed.
+  bool Verify(std::vector<VideoSyncTime> const& received) {
+    mVerified = Matches(received);
+    return mVerified;
+  }
 
  private:
   bool Matches(std::vector<VideoSyncTime> const& received) {
@@ -74,9 +82,9 @@ class VideoSyncVessel {
       return false;
     }
     for (std::size_t i = 0; i != received.size(); ++i) {
-      int const which =
-          std::holds_alternative<std::string>(received[i].at) ? VideoSyncMirror::kText : VideoSyncMirror::kFrame;
-      if (mList[i].which != which || mList[i].kind != received[i].kind) {
+      int const which = std::holds_alternative<std::string>(received[i].at) ? VideoSyncValueMirror::kText
+                                                                            : VideoSyncValueMirror::kFrame;
+      if (mList[i].value.which != which || mList[i].kind != received[i].kind) {
         return false;
       }
     }
