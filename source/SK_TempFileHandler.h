@@ -19,7 +19,11 @@ class SK_TempFileHandler {
   SK_TempFileHandler(SK_TempFileHandler const&) = delete;
   SK_TempFileHandler& operator=(SK_TempFileHandler const&) = delete;
 
-  /// Appends `size` bytes in one write; the last chunk closes the file. False when not all was written.
+  /// Sets blocks for `size` bytes in all aside, so that writing need not look for them piece by piece. The
+  /// last chunk gives back what was not used. A system that cannot do it is no error.
+  void Reserve(std::uint64_t size);
+  /// Appends `size` bytes in one write; the last chunk closes the file. False when not all was written,
+  /// and then the file stays open.
   bool WriteToTempFile(char const* data, std::uint64_t size, bool isLastChunk);
   /// Maps what was written. Always true; fails with the codes of `SK_FileMapper`, 54 for an empty file.
   bool CreateTempFileMapping();
@@ -34,6 +38,8 @@ class SK_TempFileHandler {
   int mFileDescriptor;  // -1: closed
   std::string mFilePath;
   std::unique_ptr<SK_FileMapper> mFileMapper;
+  std::uint64_t mReservedSize;  // bytes from the start of the file
+  std::uint64_t mWrittenSize;   // bytes
 };
 
 }  // namespace SK_NAMESPACE_INT

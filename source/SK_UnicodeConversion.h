@@ -9,15 +9,19 @@ using UTF8 = unsigned char;
 using UTF16 = unsigned short;
 using UTF32 = unsigned int;
 
+inline constexpr UTF32 kMaxCodePoint = 0x10FFFF;
+inline constexpr UTF32 kReplacementCharacter = 0xFFFD;
+
 enum ConversionResult {
   conversionOK,
-  sourceExhausted,  ///< the source ends inside a character
+  sourceExhausted,  ///< the source ends inside a character, at whose first unit it now stands
   targetExhausted,  ///< the target is full; the source stands at the character that did not fit
   sourceIllegal,    ///< the source stands at a sequence that is not legal
 };
 
-/// Strict stops at a lone surrogate; lenient passes it in UTF-16 and UTF-8, and replaces it by U+FFFD
-/// where the target is UTF-32 or comes from it.
+/// Strict stops at a lone surrogate and at a code point above U+10FFFF. Lenient passes the surrogate,
+/// except from UTF-32 to UTF-16, where it becomes U+FFFD, as does such a code point everywhere. Bad UTF-8
+/// is illegal either way, and so are surrogates that are encoded in it.
 enum ConversionFlags { strictConversion, lenientConversion };
 
 ConversionResult ConvertUTF8toUTF16(UTF8 const** source, UTF8 const* sourceEnd, UTF16** target, UTF16* targetEnd,
@@ -38,5 +42,22 @@ ConversionResult ConvertUTF32toUTF16(UTF32 const** source, UTF32 const* sourceEn
 bool isLegalUTF8(UTF8 const* source, int length);
 /// The same for the sequence whose first byte stands at `source`; false when it passes `sourceEnd`.
 bool isLegalUTF8Sequence(UTF8 const* source, UTF8 const* sourceEnd);
+
+inline bool IsHighSurrogate(UTF32 unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+inline bool IsLowSurrogate(UTF32 unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+inline bool IsSurrogate(UTF32 unit) {
+  return unit >= 0xD800 && unit <= 0xDFFF;
+}
+/// The code point of a high and a low surrogate, from the low ten bits of each.
+inline UTF32 CombineSurrogates(UTF32 high, UTF32 low) {
+  return 0x10000 + ((high & 0x3FF) << 10) + (low & 0x3FF);
+}
+/// Writes the sequence of a code point of at most U+10FFFF, a surrogate as it stands, and gives its
+/// length: 1 to 4 bytes.
+int EncodeUTF8(UTF32 codePoint, UTF8 (&sequence)[4]);
 
 }  // namespace SK_UnicodeUtils

@@ -11,7 +11,7 @@
 
 namespace File_IO {
 
-enum SeekMode { kSeekFromStart = 0, kSeekFromCurrent = 1, kSeekFromEnd = 2 };
+enum SeekMode : int { kSeekFromStart = 0, kSeekFromCurrent = 1, kSeekFromEnd = 2 };
 
 /// What `GetFileMode` finds at a path.
 enum eFileKind : std::uint8_t { kAbsent = 0, kRegularFile = 1, kFolder = 2, kOtherKind = 3 };
@@ -23,7 +23,7 @@ std::uint8_t GetFileMode(std::string const& path);
 /// Makes an empty file. Without `overwrite` an existing regular file is left alone, with the result
 /// false. Codes 4, 7.
 bool Create(char const* path, bool overwrite, bool append);
-/// Codes 9, 18.
+/// A folder must be empty. Codes 9, 18.
 void Delete(char const* path);
 /// Gives a descriptor that the caller owns. Codes 6, 13: the latter also for a file whose owner may not
 /// write it, when it is opened for writing.
@@ -47,7 +47,7 @@ DIR* OpenFolder(char const* path);
 void CloseFolder(DIR* folder);
 bool GetNextChild(DIR* folder, std::string* name);
 
-/// Closes the folder that it holds.
+/// Closes the folder that it holds. `Close` raises what `CloseFolder` does; the destructor keeps it quiet.
 class Folder {
  public:
   explicit Folder(DIR* folder = nullptr) : mFolder(folder) {}
@@ -65,17 +65,23 @@ class Folder {
 /// Makes an empty file with a name of its own in `folder` (which ends in its separator), or in the
 /// folder for temporary files if that is empty. `path` receives its name. Always true; code 15.
 bool GetTempFile(std::string& path, std::string const& folder);
-/// One write; false unless all of it was written. `close` closes the descriptor in that case. No errors.
+/// One write; false unless all of it was written, with the reason in `errno`, which is 0 if the system
+/// took only a part. `close` then closes the descriptor in either case. No errors.
 bool AppendToTempFile(int fd, char const* data, unsigned long long size, bool close);
-/// Exchanges two files by a third name, and puts everything back if that fails half way.
+/// Exchanges two files by a third name, and puts everything back if that fails half way. Codes 15 and
+/// those of `Rename`.
 void SwapData(char const* pathA, char const* pathB);
 /// Code 21 if `to` exists, 22 if the system refuses.
 void Rename(char const* from, char const* to);
-/// Makes the existing file `destination` equal to `source`. Codes of `Open`, 11, 55.
+/// Makes the existing file `destination` equal to `source`, in bounded memory. Codes of `Open`, 10, 11,
+/// 55.
 void CopyFileContents(char const* source, char const* destination);
 
 /// The folder for temporary files: the first of the environment variables TEMP, TMP, TMPDIR that is set,
 /// as it stands, else "/tmp/". File names are appended to it without a separator.
 std::string GetTempFolder();
+
+/// The first of `path` + "._00_" to `path` + "._99_" that does not exist; empty if all do.
+std::string ConjureDerivedPath(std::string const& path);
 
 }  // namespace File_IO

@@ -1,0 +1,69 @@
+# Short commands for the whole project. `make help` lists them.
+SHELL := /bin/bash
+.SHELLFLAGS := -euo pipefail -c
+JOBS ?= $(shell nproc)
+export CTEST_PARALLEL_LEVEL ?= $(JOBS)
+
+DATA := tests/data
+FORMATTED := find $(wildcard include source plugin tools modules tests bench fuzz examples cmake) -name '*.h' -o -name '*.cpp'
+
+.PHONY: help demo check asan tsan coverage format format-check lint bench fuzz clean
+.DEFAULT_GOAL := help
+
+help:  ## Lists the commands
+	@grep -hE '^[a-z-]+:.*##' $(MAKEFILE_LIST) | sed -E 's/:[^#]*## /\t/' | expand -t 16
+
+demo: install-build  ## Builds the program and shows real recordings with it
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS) --target senmark_tool
+	build/senmark info $(DATA)/weather_montreal_utc_v2.tdjson
+	build/senmark tree $(DATA)/weather_montreal_utc_v2.tdjson
+
+check: install-build  ## Builds everything and runs all tests
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS)
+	ctest --preset release
+
+asan: install-build  ## Runs all tests under the address, leak and undefined behaviour sanitizers
+	cmake --preset asan-ubsan
+	cmake --build --preset asan-ubsan -j $(JOBS)
+	ctest --preset asan-ubsan
+
+tsan: install-build  ## Runs all tests under the thread sanitizer
+	cmake --preset tsan
+	cmake --build --preset tsan -j $(JOBS)
+	ctest --preset tsan
+
+coverage: install-build install-coverage  ## Runs all tests and tells which lines they reach
+	cmake --preset coverage
+	cmake --build --preset coverage -j $(JOBS)
+	find build-coverage -name '*.gcda' -delete
+	ctest --preset coverage
+	gcovr --root . --object-directory build-coverage --filter source/ --filter plugin/ --filter include/ \
+	  --exclude-throw-branches --exclude-unreachable-branches --print-summary --html-details build-coverage/coverage.html
+
+format: install-lint  ## Formats all C++ files
+	$(FORMATTED) | xargs -r clang-format -i
+
+format-check: install-lint  ## Fails when a C++ file is not formatted
+	$(FORMATTED) | xargs -r clang-format --dry-run -Werror
+
+lint: install-build install-lint  ## Runs clang-tidy over library, program and public headers
+	cmake --preset lint
+	scripts/lint.sh build-lint $(JOBS)
+
+bench: install-build install-bench  ## Builds the benchmarks; bench/README.md tells how to run them
+	cmake --preset bench
+	cmake --build --preset bench -j $(JOBS)
+
+SECONDS_PER_TARGET ?= 60
+fuzz: install-build install-fuzz  ## Runs every fuzz target for SECONDS_PER_TARGET seconds
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS)
+	fuzz/run.sh $(SECONDS_PER_TARGET)
+
+clean:  ## Removes all build folders
+	rm -rf build build-*/
+
+install-%:
+	@scripts/install-deps.sh $*

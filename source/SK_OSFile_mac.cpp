@@ -1,0 +1,20 @@
+#include <fcntl.h>
+
+#include <limits>
+
+#include "SK_OSFile.h"
+
+namespace SK_NAMESPACE_INT {
+
+// The reservation counts from the physical end of the file, which is its start before the first write.
+void ReserveFileBlocks(int fd, std::uint64_t size) noexcept {
+  if (size <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
+    fstore_t store = {};
+    store.fst_flags = F_ALLOCATEALL;
+    store.fst_posmode = F_PEOFPOSMODE;
+    store.fst_length = static_cast<off_t>(size);
+    static_cast<void>(::fcntl(fd, F_PREALLOCATE, &store));
+  }
+}
+
+}  // namespace SK_NAMESPACE_INT
