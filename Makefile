@@ -21,7 +21,7 @@ demo: install-build  ## Builds the program and shows real recordings with it
 	build/senmark samples $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet \
 	  --from 2012-07-14T12:00:00.000Z --to 2012-07-14T18:00:00.000Z
 	build/senmark plot $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet
-	build/senmark tree $(DATA)/dab_30hz_v2.tdjson | head -n 20
+	build/senmark info $(DATA)/dab_30hz_v2.tdjson
 	build/senmark samples $(DATA)/dab_30hz_v2.tdjson 0 --from 3/2 --to 2 --limit 5
 	build/senmark plot $(DATA)/dab_30hz_v2.tdjson 0
 
