@@ -12,10 +12,17 @@ if(SENMARK_CCACHE)
       CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${SENMARK_CCACHE})
 endif()
 
+if(SENMARK_BUILD_FUZZ AND NOT SENMARK_SANITIZE)
+  # The fuzzer finds its way by what the library itself does, so all of it is compiled for the fuzzer.
+  set(SENMARK_SANITIZE fuzzer-no-link,address,undefined)
+endif()
 set(SENMARK_INSTRUMENT_FLAGS "")
 if(SENMARK_SANITIZE)
   list(APPEND SENMARK_INSTRUMENT_FLAGS -fsanitize=${SENMARK_SANITIZE} -fno-sanitize-recover=all
        -fno-omit-frame-pointer)
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    list(APPEND SENMARK_INSTRUMENT_FLAGS -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitize_ignore.txt)
+  endif()
 endif()
 if(SENMARK_COVERAGE)
   list(APPEND SENMARK_INSTRUMENT_FLAGS --coverage -fprofile-update=atomic)

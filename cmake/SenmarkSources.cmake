@@ -1,9 +1,9 @@
 # The library's own files, by name. What differs by platform has a suffix and is chosen here.
 
 if(APPLE)
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_OSFile_mac.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp)
 else()
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_OSFile_linux.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp)
 endif()
 
 set(SENMARK_SOURCES
@@ -13,6 +13,7 @@ set(SENMARK_SOURCES
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
     source/SK_ClientTable.cpp
+    source/SK_ConversionInfo.cpp
     source/SK_ConverterManager.cpp
     source/SK_ConverterRegistry.cpp
     source/SK_DataQuery.cpp
@@ -20,11 +21,23 @@ set(SENMARK_SOURCES
     source/SK_Exception.cpp
     source/SK_FileMapper-POSIX.cpp
     source/SK_HostAPI.cpp
+    source/SK_JsonError.cpp
+    source/SK_JsonName.cpp
+    source/SK_JsonNumber.cpp
+    source/SK_JsonText.cpp
     source/SK_Ladder.cpp
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
+    source/SK_OutlinePath.cpp
     source/SK_RapidJson.cpp
+    source/SK_NumberLayout.cpp
+    source/SK_NumberText.cpp
+    source/SK_SampleBlock.cpp
+    source/SK_RelativeTimeReader.cpp
+    source/SK_RecordReset.cpp
     source/SK_SampleDataProcessor.cpp
+    source/SK_SampleDecoder.cpp
+    source/SK_SampleJsonReader.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
     source/SK_TdjsonParserFactory.cpp
@@ -36,6 +49,8 @@ set(SENMARK_SOURCES
     source/SK_TdjsonValidator_v2.cpp
     source/SK_TempFileHandler-POSIX.cpp
     source/SK_TimeFormat.cpp
+    source/SK_TimeRatio.cpp
+    source/SK_TimeText.cpp
     source/SK_TimeUtils.cpp
     source/SK_TimeUtilsText.cpp
     source/SK_UnicodeConversion.cpp

@@ -9,6 +9,7 @@
 
 namespace SK_NAMESPACE_INT {
 
+class SK_SampleBlock;
 class SK_TdjsonParser;
 
 using ns_sensor::SK_DataPath;
@@ -32,6 +33,13 @@ class SK_DataQuery {
   void GetAdjacentSamples(std::string const& id, SK_Time const& time, std::vector<SK_DynamicDataSample>* out) const;
   void GetAdjacentSamples(std::string const& id, SK_Time const& time, SK_DynamicDataSample*& samples,
                           unsigned long long& count, bool countOnly) const;
+
+  /// The same queries for the border, without a record for each sample. A `block` without samples is what
+  /// a null array or a count of 0 is above. `reversed` is set, and the samples stand in the order of the
+  /// file, when `start` is later than `end`.
+  void ReadDynamicSamples(std::string const& id, SK_Time const& start, SK_Time const& end, SK_SampleBlock& block,
+                          bool& reversed) const;
+  void ReadAdjacentSamples(std::string const& id, SK_Time const& time, SK_SampleBlock& block) const;
 
  private:
   std::shared_ptr<SK_TdjsonParser> mParser;

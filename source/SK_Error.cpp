@@ -74,6 +74,10 @@ void ThrowError(ErrorFormat const& format, SK_ReplacementValue const& value1, SK
   throw ns_sensor::SK_Exception(exception);
 }
 
+void ThrowInvalidPointer(char const* what) {
+  ThrowError({ns_sensor::kInvalidArgument, SK_Message::kInvalidPointer, -1, -1}, Quoted(what));
+}
+
 std::string SubstituteErrorMessage(char const* literal, SK_ReplacementValue const& value1,
                                    SK_ReplacementValue const& value2, SK_ReplacementValue const& value3,
                                    SK_ReplacementValue const& value4) {

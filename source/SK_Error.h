@@ -58,6 +58,9 @@ std::string Quoted(std::string const& text);
                              SK_ReplacementValue const& value3 = SK_ReplacementValue(),
                              SK_ReplacementValue const& value4 = SK_ReplacementValue());
 
+/// Raises code 1 for a null pointer where a `what` was to be given.
+[[noreturn]] void ThrowInvalidPointer(char const* what);
+
 /// The text of a literal in UTF-8 with its marks replaced, ^1 first. A value that itself holds a later
 /// mark is replaced in its turn.
 std::string SubstituteErrorMessage(char const* literal, SK_ReplacementValue const& value1,

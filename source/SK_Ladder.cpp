@@ -10,10 +10,17 @@ namespace SK_NAMESPACE_INT {
 
 namespace {
 
+void Report(void* clientErrorObject, eErrorCode code, char const* message, long long offset, long long line) {
+  // A host that gave no table still finds the error as the thread's last one.
+  if (gClientProcs != nullptr && gClientProcs->error != nullptr) {
+    gClientProcs->error(clientErrorObject, code, message, offset, line);
+  }
+}
+
 void ReportWithoutPlace(void* clientErrorObject, eErrorCode code, char const* literal) {
   std::string const message =
       SubstituteErrorMessage(literal, std::string(), std::string(), std::string(), std::string());
-  gClientProcs->error(clientErrorObject, code, message.c_str(), -1, -1);
+  Report(clientErrorObject, code, message.c_str(), -1, -1);
 }
 
 }  // namespace
@@ -36,8 +43,7 @@ void ReportAtBorder(void* clientErrorObject) noexcept {
   try {
     throw;
   } catch (ns_sensor::SK_Exception const& e) {
-    gClientProcs->error(clientErrorObject, e.GetErrorCode(), e.GetLocalizedErrMsg(), e.GetFileOffset(),
-                        e.GetFileLineNo());
+    Report(clientErrorObject, e.GetErrorCode(), e.GetLocalizedErrMsg(), e.GetFileOffset(), e.GetFileLineNo());
   } catch (std::bad_alloc const&) {
     ReportWithoutPlace(clientErrorObject, ns_sensor::kNoMemory, SK_Message::kMemoryNotAvailable);
   } catch (...) {

@@ -1,27 +1,31 @@
 #include "SK_Localizer.h"
 
-#include <memory>
-#include <thread>
+#include <mutex>
 
 #include "SK_Assert.h"
 #include "SK_UnicodeUtils.h"
 
 namespace SK_NAMESPACE_INT {
 
+namespace {
+
+// Lets one thread set up the instance while others wait for it.
+std::mutex gSetUpMutex;
+
+}  // namespace
+
 std::atomic<SK_Localizer*> SK_Localizer::mLocalizer{nullptr};
 std::atomic<bool> SK_Localizer::mIsIntialized{false};
 
 bool SK_Localizer::Initialize(std::string const& locale) {
   if (!mIsIntialized) {
-    // Made before the exchange, so that nothing can fail between the flag and the instance.
-    std::unique_ptr<SK_Localizer> created(new SK_Localizer(locale));
-    bool expected = false;
-    if (mIsIntialized.compare_exchange_strong(expected, true)) {
-      created->mReplaced = mLocalizer;
-      mLocalizer = created.release();
+    std::lock_guard<std::mutex> const lock(gSetUpMutex);
+    if (!mIsIntialized) {
+      mLocalizer = new SK_Localizer(locale, mLocalizer);
+      mIsIntialized = true;  // behind the instance, so that whoever sees the flag finds the right one
     }
   }
-  AwaitInstance("Initialize");
+  CheckedInstance("Initialize");
   return true;
 }
 
@@ -34,7 +38,7 @@ SK_Localizer* SK_Localizer::GetInstance() {
   if (!mIsIntialized) {
     Initialize(ns_sensor::SKEnglishUSCode);
   }
-  return AwaitInstance("GetInstance");
+  return CheckedInstance("GetInstance");
 }
 
 std::string SK_Localizer::GetLocaleId() const {
@@ -50,13 +54,10 @@ std::basic_string<unsigned short> SK_Localizer::GetLocalizedString(char const* l
   return SK_UnicodeUtils::UTF8to16(SK_UnicodeUtils::UTF8String(text.begin(), text.end()), nullptr, nullptr);
 }
 
-SK_Localizer::SK_Localizer(std::string const& locale) : mLocaleId(locale), mReplaced(nullptr) {}
+SK_Localizer::SK_Localizer(std::string const& locale, SK_Localizer* replaced)
+    : mLocaleId(locale), mReplaced(replaced) {}
 
-SK_Localizer* SK_Localizer::AwaitInstance(char const* function) {
-  // Another thread may have set the flag and not yet stored the instance.
-  while (mLocalizer == nullptr && mIsIntialized) {
-    std::this_thread::yield();
-  }
+SK_Localizer* SK_Localizer::CheckedInstance(char const* function) {
   SK_Localizer* const localizer = mLocalizer;
   if (localizer == nullptr) {
     SK_AssertFailed("mLocalizer", function, "source/SK_Localizer", __LINE__);

@@ -34,11 +34,11 @@ class SK_Localizer {
   std::basic_string<unsigned short> GetLocalizedString(char const* literal) const;
 
  private:
-  explicit SK_Localizer(std::string const& locale);
-  static SK_Localizer* AwaitInstance(char const* function);
+  SK_Localizer(std::string const& locale, SK_Localizer* replaced);
+  static SK_Localizer* CheckedInstance(char const* function);
 
   std::string mLocaleId;
-  SK_Localizer* mReplaced;  // the instance before this one, kept reachable; null for the first
+  [[maybe_unused]] SK_Localizer* mReplaced;  // the instance before this one, kept reachable; null for the first
 
   static std::atomic<SK_Localizer*> mLocalizer;
   static std::atomic<bool> mIsIntialized;  // the name is fixed

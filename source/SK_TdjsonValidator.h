@@ -4,13 +4,16 @@
 /// wrong type, 44 for a wrong value, 47 for an empty array; without positions. No value is changed.
 #pragma once
 
-#include <set>
-#include <string>
+#include <string_view>
+#include <unordered_set>
 
+#include "SK_OutlinePath.h"
 #include "SK_RapidJson.h"
 
 namespace SK_NAMESPACE_INT {
 
+/// What both format versions share. The versions differ in the kinds of data a node may have, and so in
+/// the checks of static and dynamic nodes.
 class SK_TdjsonValidator {
  public:
   virtual ~SK_TdjsonValidator() = default;
@@ -20,6 +23,70 @@ class SK_TdjsonValidator {
   virtual void ValidateTimeCodeInfo(JValue const& value, char const* begin, char const* end) const;
   virtual void ValidateOutline(JValue const& value, char const* begin, char const* end) const;
   virtual void ValidateSyncInfo(JValue const& value, char const* begin, char const* end) const;
+
+ protected:
+  /// Match names of all nodes seen so far. The texts belong to the values that are checked.
+  using MatchNames = std::unordered_set<std::string_view>;
+
+  // The primitive checks. `name` is what messages call the value; `path` is where it lies.
+
+  virtual JValue::Member const& FindProperty(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  /// The member under `key`, or else the one under `otherKey`. Messages name `key`.
+  virtual JValue::Member const& FindPropertyEither(JValue const& object, char const* key, char const* otherKey,
+                                                   SK_OutlinePath const& path) const;
+  virtual void CheckForObjectType(JValue const& value, char const* name, SK_OutlinePath const& path) const;
+  virtual void CheckForArrayType(JValue const& value, char const* name, SK_OutlinePath const& path) const;
+  virtual void CheckForStringType(JValue const& value, char const* name, SK_OutlinePath const& path) const;
+  virtual void CheckForNumberType(JValue const& value, char const* name, SK_OutlinePath const& path) const;
+  virtual void CheckForBoolType(JValue const& value, char const* name, SK_OutlinePath const& path) const;
+  virtual void CheckForEmptyArray(JValue const& array, char const* name, SK_OutlinePath const& path) const;
+
+  // Whole nodes. Each adds the node's display name to `path`.
+
+  virtual void ValidateDataGroup(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const;
+  virtual void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const = 0;
+  virtual void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const = 0;
+
+  // Parts of nodes. `path` is where the object lies that holds the checked key.
+
+  virtual void ValidateDisplayName(JValue const& node, SK_OutlinePath& path) const;
+  virtual void ValidateMatchName(JValue const& node, SK_OutlinePath const& path, MatchNames& matchNames) const;
+  virtual void ValidateNumberStringProperties(JValue const& dataType, SK_OutlinePath const& path) const;
+  virtual void ValidatePaddedStringProperties(JValue const& dataType, SK_OutlinePath const& path) const;
+  virtual void ValidateNumberArrayProperties(JValue const& dataType, SK_OutlinePath const& path) const;
+  virtual void ValidatePattern(JValue const& properties, SK_OutlinePath const& path) const;
+  virtual void ValidateArraySize(JValue const& properties, SK_OutlinePath const& path) const;
+  virtual void ValidateArrayDisplayName(JValue const& properties, SK_OutlinePath const& path) const;
+  virtual void ValidateArrayRanges(JValue const& properties, SK_OutlinePath const& path) const;
+  virtual void ValidateNumberRange(JValue const& range, SK_OutlinePath const& path) const;
+  virtual void ValidateMinMax(JValue const& minMax, SK_OutlinePath const& path) const;
+  virtual void ValidateSampleId(JValue const& node, SK_OutlinePath const& path) const;
+  virtual void ValidateInterpolation(JValue const& node, SK_OutlinePath const& path) const;
+  virtual void ValidateExpectedFrequency(JValue const& node, SK_OutlinePath const& path) const;
+  virtual void ValidateSampleCount(JValue const& node, SK_OutlinePath const& path) const;
+
+  // `FindProperty` and the check of its type in one step; each gives the value.
+
+  JValue const& RequireObject(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  JValue const& RequireFilledArray(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  JValue const& RequireString(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  void RequireNumber(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  void RequireBool(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+
+  /// An array with one element at least.
+  void CheckForFilledArray(JValue const& value, char const* name, SK_OutlinePath const& path) const;
+
+  /// What a dynamic node holds beyond names and data type.
+  void ValidateDynamicFields(JValue const& node, SK_OutlinePath const& path) const;
+
+  /// The value under an optional key, or null.
+  static JValue const* FindOptional(JValue const& object, char const* key);
+  static std::string_view TextOf(JValue const& string);
+  /// Code 44. `expected` is shown as it stands.
+  [[noreturn]] static void ThrowInvalidValue(char const* name, SK_OutlinePath const& path, char const* expected);
+
+ private:
+  void ValidateNode(JValue const& node, char const* arrayName, SK_OutlinePath& path, MatchNames& matchNames) const;
 };
 
 }  // namespace SK_NAMESPACE_INT

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "SK_DateTime.h"
 #include "SK_TimeFormat.h"
@@ -30,23 +31,34 @@ class SK_TimeUtils {
   static int ReduceRatio(SK_Time const& in, SK_Time& out);
   /// changed  may be null; receives whether the greatest common divisor was not 1.
   static int ReduceRatio2(SK_Time const* in, SK_Time* out, std::uint8_t* changed);
+  /// 1 when b is 0.
   static int ComputeGCD(std::uint32_t a, std::uint32_t b, std::uint32_t& result);
 
   /// Frames that are dropped at a time are twice this: 2 at 60 frames per second, else 1.
   static std::uint16_t CalcDropFactor(std::int32_t nominalRate);
 
+  /// `out` becomes the time code of the frame that shows at `time`, seconds from midnight. Hours count up
+  /// to 23. Text behind the twelfth character is lost.
   static int ConvertSKTimeToSMPTETime(SK_Time const& time, SK_TimeCodeInfo const& info, std::string& out);
-  static int ConvertSMPTETimeToSKTime(std::string const& text, SK_TimeCodeInfo const& info, SK_Time& out);
+  /// `out` becomes seconds from midnight. Separators are not looked at. 0/0 for a frame rate of 0.
+  static int ConvertSMPTETimeToSKTime(std::string_view text, SK_TimeCodeInfo const& info, SK_Time& out);
+  /// `out` becomes the text of base + time.
   static int ComputeRelativeTime(SK_Time const& base, SK_Time const& time, SK_TimeCodeInfo const& info,
                                  std::string& out);
+  /// The same as `AddUTCTime`.
   static int ComputeRelativeTime(SK_DateTime const& base, SK_Time const& time, std::uint16_t precision,
                                  std::string& out);
-  /// Appends the sum as text to `out`.
+  /// Appends the sum as text to `out`; the offset is that of the base. The text has a fraction even for a
+  /// precision of 0, which `ParseUTCDateTime` does not read.
   static int AddUTCTime(SK_DateTime const& base, SK_Time const& time, std::uint16_t precision, std::string& out);
-  static int ParseUTCDateTime(std::string const& text, std::uint16_t precision, SK_DateTime& out);
+  /// 21 for a text of less than 20 characters, with `out` as it was. No field is tested for its range.
+  static int ParseUTCDateTime(std::string_view text, std::uint16_t precision, SK_DateTime& out);
+  /// Days of a month, 0 for a number that is no month.
   static int GetDays(std::int32_t year, std::int32_t month);
   static bool IsLeapYear(std::int32_t year);
+  /// Leap years from the year 1 up to and with `year`.
   static std::int32_t LeapYearsCount(std::int32_t year);
+  /// Days of a minus days of b, in the Gregorian calendar.
   static std::int32_t GetDaysDiff(SK_DateTime const& a, SK_DateTime const& b);
   /// a minus b, in seconds.
   static int DiffUTCTime(SK_DateTime const& a, SK_DateTime const& b, std::uint16_t precision, SK_Time& out);

@@ -15,12 +15,14 @@ struct SK_Time {
   std::int32_t value = 0;   ///< numerator, seconds times `scale`
   std::uint32_t scale = 1;  ///< denominator, ticks per second
 };
+static_assert(sizeof(SK_Time) == 8);
 
 /// When something begins and how long it lasts, both in seconds.
 struct SK_TemporalExtent {
   SK_Time startTime;
   SK_Time duration;
 };
+static_assert(sizeof(SK_TemporalExtent) == 16);
 
 /// One step from a node to a child: by `matchName`, or by `index` where that is not negative.
 /// Where both are given they must name the same child.
@@ -75,5 +77,6 @@ struct SK_DynamicSampleInfo {
   std::uint64_t sampleCount = 0;
   eDataValueType valueType = kInvalidValue;
 };
+static_assert(sizeof(SK_DynamicSampleInfo) == 16);
 
 }  // namespace ns_sensor

@@ -16,14 +16,11 @@ namespace ns_sensor {
 /// Frame rate in frames per second, and whether frame numbers are dropped to follow the clock
 /// (SMPTE ST 12-1 counting).
 struct SK_TimeCodeInfo {
-  SK_TimeCodeInfo() : frameRate(), dropFrame(0) {
-    frameRate.value = 0;
-    frameRate.scale = 1;
-  }
+  SK_TimeCodeInfo() = default;
   SK_TimeCodeInfo(SK_Time rate, unsigned char drop) : frameRate(rate), dropFrame(drop) {}
 
-  SK_Time frameRate;
-  std::uint8_t dropFrame;  ///< 0 or 1
+  SK_Time frameRate;           ///< 0/1: not set
+  std::uint8_t dropFrame = 0;  ///< 0 or 1
 };
 
 /// How a file writes UTC times.
@@ -39,6 +36,7 @@ struct SK_DateTimeSMPTE {
   std::int32_t seconds = 0;
   std::int32_t frames = 0;
 };
+static_assert(sizeof(SK_DateTimeSMPTE) == 16);
 
 /// A calendar time as its fields.
 struct SK_DateTimeUTC {
@@ -53,6 +51,7 @@ struct SK_DateTimeUTC {
   std::int32_t offsetMinute = 0;
   std::int32_t fraction = 0;  ///< in units of 10 to the minus `SK_UTCInfo::precisionLength` seconds
 };
+static_assert(sizeof(SK_DateTimeUTC) == 40);
 
 /// One value of a static node or a sample.
 struct SK_DataValue {

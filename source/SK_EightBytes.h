@@ -1,0 +1,53 @@
+/// Eight bytes of text at once, in one register. For readers of fixed layouts and their tests only.
+///
+/// In every number that stands for 8 bytes the first byte of the text is the lowest.
+#pragma once
+
+#include <cstdint>
+
+namespace SK_NAMESPACE_INT {
+
+inline constexpr std::uint64_t kEveryByte = 0x0101010101010101U;
+inline constexpr std::uint64_t kHighBits = kEveryByte * 0x80U;
+
+inline std::uint64_t LoadEight(char const* bytes) {
+  auto const at = [bytes](unsigned i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8U * i); };
+  return at(0) | at(1) | at(2) | at(3) | at(4) | at(5) | at(6) | at(7);
+}
+
+/// Not 0 when one of 8 bytes is below `limit`, which is at most 128.
+inline std::uint64_t AnyBelow(std::uint64_t bytes, std::uint64_t limit) {
+  return (bytes - kEveryByte * limit) & ~bytes & kHighBits;
+}
+
+/// Not 0 when one of 8 bytes means something in a JSON string: a quote, a backslash or a control character.
+inline std::uint64_t AnySpecial(std::uint64_t bytes) {
+  return AnyBelow(bytes, ' ') | AnyBelow(bytes ^ (kEveryByte * '"'), 1) | AnyBelow(bytes ^ (kEveryByte * '\\'), 1);
+}
+
+/// All bits of the last `count` of 8 bytes, which is at most 8.
+constexpr std::uint64_t MaskOfLast(unsigned count) {
+  return count == 0 ? 0 : ~std::uint64_t{0} << (8U * (8U - count));
+}
+
+/// 8 digits as numbers from 0 to 9; bytes outside of `mask` become 0. A byte that is no digit becomes a number
+/// above 9.
+inline std::uint64_t DigitsIn(char const* bytes, std::uint64_t mask) {
+  return (LoadEight(bytes) ^ (kEveryByte * '0')) & mask;
+}
+
+/// Not 0 when one of 8 numbers is above 9.
+inline std::uint64_t AnyAboveNine(std::uint64_t digits) {
+  return (digits | (digits + kEveryByte * (0x7F - 9))) & kHighBits;
+}
+
+/// What 8 numbers from 0 to 9 are as the digits of one. Pairs first, then each pair times its place.
+inline std::uint64_t ValueOfDigits(std::uint64_t digits) {
+  constexpr std::uint64_t kPairs = 0x000000FF000000FFU;
+  constexpr std::uint64_t kFirstAndThird = 100 + (std::uint64_t{1000000} << 32U);
+  constexpr std::uint64_t kSecondAndFourth = 1 + (std::uint64_t{10000} << 32U);
+  std::uint64_t const pairs = digits * 10 + (digits >> 8U);
+  return ((pairs & kPairs) * kFirstAndThird + ((pairs >> 16U) & kPairs) * kSecondAndFourth) >> 32U;
+}
+
+}  // namespace SK_NAMESPACE_INT

@@ -1,0 +1,57 @@
+#include "SK_NumberText.h"
+
+#include <stdlib.h>
+
+#include <cerrno>
+#include <limits>
+#include <locale>  // brings the functions that take a locale on every platform
+#include <stdexcept>
+
+namespace SK_NAMESPACE_INT {
+namespace {
+
+/// Made once and kept: a host may change its own locale at any time.
+locale_t PlainLocale() {
+  static locale_t const locale = newlocale(LC_ALL_MASK, "C", nullptr);
+  return locale;
+}
+
+/// Keeps the caller's `errno`, as `std::stod` does.
+class ErrnoGuard {
+ public:
+  ErrnoGuard() : mBefore(errno) { errno = 0; }
+  ~ErrnoGuard() { errno = mBefore; }
+  ErrnoGuard(ErrnoGuard const&) = delete;
+  ErrnoGuard& operator=(ErrnoGuard const&) = delete;
+
+ private:
+  int mBefore;
+};
+
+}  // namespace
+
+double SK_NumberText::ToDouble(std::string const& text) {
+  ErrnoGuard const guard;
+  char* end = nullptr;
+  double const number = strtod_l(text.c_str(), &end, PlainLocale());
+  if (end == text.c_str()) {
+    throw std::invalid_argument("stod");
+  }
+  if (errno == ERANGE) {
+    throw std::out_of_range("stod");
+  }
+  return number;
+}
+
+std::uint64_t SK_NumberText::Truncate(double number) {
+  constexpr double kTwoTo63 = 9223372036854775808.0;
+  if (number >= -kTwoTo63 && number < 0) {
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(number));
+  }
+  if (number >= 0 && number < 2 * kTwoTo63) {
+    return static_cast<std::uint64_t>(number);
+  }
+  return std::numeric_limits<std::uint64_t>::max();
+}
+
+}  // namespace SK_NAMESPACE_INT

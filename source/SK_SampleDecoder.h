@@ -1,0 +1,69 @@
+/// The fast way to read samples: where their text keeps to one fixed layout, byte for byte, values are
+/// decoded in place.
+///
+/// The layout is what every writer of this format makes: `{"time":"T","value":V}`, or the two members the
+/// other way round, and numbers whose point stands at the same place in all of them. A sample of any other
+/// shape, broken ones included, is left to the reader that knows the whole grammar. For a sample that is taken
+/// both give the same.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "SK_DynamicSampleInfo.h"
+#include "SK_FormatVersion.h"
+#include "SK_NumberLayout.h"
+#include "SK_RelativeTimeReader.h"
+#include "SK_SampleBlock.h"
+
+namespace SK_NAMESPACE_INT {
+
+class SK_SampleDecoder {
+ public:
+  /// `info` must outlive the object. `timeLength` is that of the time texts, in bytes.
+  SK_SampleDecoder(SK_DynamicSampleInfo const& info, SK_RelativeTimeReader const& timeReader, std::uint16_t timeLength,
+                   eTDJSONVersion version);
+
+  /// Decodes samples from `first` on, up to the first that does not keep to the layout, and adds them to
+  /// `block`, which must have room. Gives how many it took. `std::stoi`'s exceptions on times pass.
+  ///
+  /// first  the first of `most` samples, all of the set's width, one comma behind each but the last.
+  ///        Nothing behind them is read.
+  std::uint64_t Decode(char const* first, std::uint64_t most, SK_SampleBlock& block);
+
+ private:
+  /// The bytes that all samples of a set share, but for those inside of the value. They are compared in
+  /// the pieces that stand here.
+  struct Frame {
+    std::uint64_t head = 0;           ///< the first 8 bytes
+    char headEnd = 0;                 ///< the ninth
+    std::uint16_t beforeKey = 0;      ///< the 2 bytes before the second key
+    std::uint64_t key = 0;            ///< the second key, 8 bytes
+    std::uint64_t keyOffset = 0;
+    std::uint16_t tail = 0;           ///< the last 2 bytes
+    std::uint64_t timeOffset = 0;     ///< of the text behind its quote
+    std::uint64_t valueOffset = 0;
+  };
+
+  bool WidthsFit() const;
+  void LearnFrame(char const* sample);
+  bool LearnNumber(char const* sample);
+  bool HasFrame(char const* sample) const;
+  template <unsigned kChunks>
+  bool ReadNumbers(char const* value, double* out) const;
+  template <unsigned kChunks>
+  std::uint64_t DecodeNumbers(char const* first, std::uint64_t most, SK_SampleBlock& block);
+  bool ReadText(char const* value, std::string_view& text) const;
+  std::uint64_t DecodeTexts(char const* first, std::uint64_t most, SK_SampleBlock& block);
+
+  SK_DynamicSampleInfo const& mInfo;
+  SK_RelativeTimeReader mTimeReader;
+  std::uint64_t mTimeLength;
+  bool mIsVersion2;
+  std::uint64_t mValueWidth = 0;
+  std::uint64_t mFirstNumber = 0;  ///< offset of the first number's text in the value
+  Frame mFrame;
+  SK_NumberLayout mNumber;
+};
+
+}  // namespace SK_NAMESPACE_INT
