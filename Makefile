@@ -65,7 +65,6 @@ bench: install-build install-bench  ## Builds the benchmarks; bench/README.md te
 SECONDS_PER_TARGET ?= 60
 fuzz: install-build install-fuzz  ## Runs every fuzz target for SECONDS_PER_TARGET seconds
 	cmake --preset fuzz
-	cmake --build --preset fuzz -j $(JOBS)
 	fuzz/run.sh $(SECONDS_PER_TARGET)
 
 clean:  ## Removes all build folders

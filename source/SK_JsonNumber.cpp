@@ -216,7 +216,7 @@ class NumberScanner {
   double GetResult() const {
     if (mUseDouble) {
       // Never above 308 by the limit of positive exponents; far below -308 all exponents give 0.
-      std::int64_t const exponent = std::max<std::int64_t>(mExponent + mFractionExponent, -4 * kMaxExponent);
+      std::int64_t const exponent = std::max(mExponent + mFractionExponent, std::int64_t{-4} * kMaxExponent);
       double const result = SK_TdjsonParserUtils::StrtodNormalPrecision(mDouble, static_cast<int>(exponent));
       return mIsNegative ? -result : result;
     }
