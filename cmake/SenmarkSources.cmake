@@ -45,6 +45,7 @@ set(SENMARK_SOURCES
     source/SK_RapidJson.cpp
     source/SK_NumberLayout.cpp
     source/SK_NumberText.cpp
+    source/SK_OutlineReader.cpp
     source/SK_SampleBlock.cpp
     source/SK_RelativeTimeReader.cpp
     source/SK_RecordReset.cpp
@@ -54,6 +55,8 @@ set(SENMARK_SOURCES
     source/SK_SampleSectionCopy.cpp
     source/SK_SampleDecoder.cpp
     source/SK_SampleJsonReader.cpp
+    source/SK_SampleSearch.cpp
+    source/SK_SampleSet.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
     source/SK_TdjsonParserFactory.cpp
@@ -65,6 +68,7 @@ set(SENMARK_SOURCES
     source/SK_TdjsonValidator_v2.cpp
     source/SK_TempFileHandler-POSIX.cpp
     source/SK_TimeFormat.cpp
+    source/SK_TimeTarget.cpp
     source/SK_TimeRatio.cpp
     source/SK_TimeText.cpp
     source/SK_TimeUtils.cpp
