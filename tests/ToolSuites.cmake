@@ -10,6 +10,7 @@ set_target_properties(senmark_host_module PROPERTIES PREFIX "")
 # Not linked with the library: it is loaded at run time.
 add_executable(HostLoaded_test HostLoaded_test.cpp)
 senmark_compile(HostLoaded_test)
+senmark_link(HostLoaded_test)
 add_dependencies(HostLoaded_test senmark senmark_host_module)
 target_include_directories(HostLoaded_test PRIVATE "${PROJECT_SOURCE_DIR}/include")
 target_compile_definitions(HostLoaded_test PRIVATE SENMARK_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"

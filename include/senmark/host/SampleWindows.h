@@ -94,14 +94,25 @@ class SampleWindows {
 
   /// The last sample of the set, or the last one that can be reached. The time is as little behind the
   /// end of the set as need be: time codes begin anew after 24 hours, so a time far behind would not do.
-  Position Last() const { return Beyond(mExtent.end, At(mExtent.end)); }
+  Position Last() const {
+    double const end = mExtent.end.seconds();
+    Position last = At(mExtent.end);
+    for (std::uint64_t before = ~std::uint64_t{0}; last.index != LastIndex() && last.index != before;) {
+      before = last.index;
+      last = FirstBeyond(end, end + kFarthest, last);
+    }
+    return last;
+  }
 
   /// As `At`, for any time: before the set it finds the first sample, behind it the last one.
   Position Clamped(Time time) const {
     if (time <= Time{0, 1}) {
       return First();
     }
-    return time > mExtent.end ? Last() : At(time);
+    Position const found = At(time);
+    // A time code of more than 24 hours begins anew, so that a late time may find an early sample.
+    bool const isMistaken = time > mExtent.end && found.index < At(mExtent.end).index;
+    return isMistaken ? Last() : found;
   }
 
   /// A position behind `position`, with a time as little behind `time` as need be. The same position when
@@ -239,6 +250,7 @@ class SampleWindows {
   /// the result are it; else it lies between them, but cannot be asked for.
   /// Needs low.index < least or low.index == least, and high.index > most.
   Bracket Narrow(Position low, Position high, std::uint64_t least, std::uint64_t most) const {
+    double coarseness = 0.25;  // of a time, as a share of the room around it
     for (int step = 0; step != kMostSteps; ++step) {
       double const from = low.time.seconds();
       double const to = high.time.seconds();
@@ -248,7 +260,7 @@ class SampleWindows {
             static_cast<double>(least - std::min(low.index, least)) + static_cast<double>(most - least) / 2;
         share = std::clamp(wanted / static_cast<double>(high.index - low.index), 0.001, 0.999);
       }
-      double const tolerance = (to - from) * std::min(share, 1 - share) / 4;
+      double const tolerance = (to - from) * std::min(share, 1 - share) * coarseness;
       Time const time = GridTime(from + (to - from) * share, tolerance);
       if (!(low.time < time && time < high.time)) {
         if (step % 2 == 0) {
@@ -261,7 +273,8 @@ class SampleWindows {
         return {found, found};
       }
       if (found.index < low.index || found.index > high.index) {
-        break;  // time and order do not agree here
+        coarseness *= 4;  // taken for another time: one with a smaller scale may not be
+        continue;
       }
       (found.index < least ? low : high) = found;
     }
