@@ -6,6 +6,19 @@ else()
   set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp)
 endif()
 
+# The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
+# what they need and hold nothing else, and run only where the processor has it.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
+  set(SENMARK_PROCESSOR_SOURCES source/SK_WhiteSpaceFilter_avx2.cpp source/SK_WhiteSpaceFilter_avx512.cpp
+                                source/SK_WhiteSpaceFilter_x86.cpp)
+  set_source_files_properties(source/SK_WhiteSpaceFilter_avx2.cpp
+                              PROPERTIES COMPILE_OPTIONS -mavx2 SKIP_PRECOMPILE_HEADERS ON)
+  set_source_files_properties(source/SK_WhiteSpaceFilter_avx512.cpp
+                              PROPERTIES COMPILE_OPTIONS "-mavx512bw;-mavx512vbmi2" SKIP_PRECOMPILE_HEADERS ON)
+else()
+  set(SENMARK_PROCESSOR_SOURCES source/SK_WhiteSpaceFilter_generic.cpp)
+endif()
+
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
     source/ISenmark.cpp
@@ -36,7 +49,10 @@ set(SENMARK_SOURCES
     source/SK_SampleBlock.cpp
     source/SK_RelativeTimeReader.cpp
     source/SK_RecordReset.cpp
+    source/SK_RelativeTimeReader.cpp
     source/SK_SampleDataProcessor.cpp
+    source/SK_SampleOffsets.cpp
+    source/SK_SampleSectionCopy.cpp
     source/SK_SampleDecoder.cpp
     source/SK_SampleJsonReader.cpp
     source/SK_SampleSearch.cpp
@@ -61,8 +77,10 @@ set(SENMARK_SOURCES
     source/SK_UnicodeUtils.cpp
     source/SK_Utils.cpp
     source/SK_UtilsTime.cpp
+    source/SK_WhiteSpaceFilter.cpp
     source/SenmarkExports.cpp
     source/SenmarkImpl.cpp
     source/SensorFileHandlerImpl.cpp
     source/TdjsonStreamImpl.cpp
-    ${SENMARK_PLATFORM_SOURCES})
+    ${SENMARK_PLATFORM_SOURCES}
+    ${SENMARK_PROCESSOR_SOURCES})
