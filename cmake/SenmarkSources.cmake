@@ -34,6 +34,7 @@ set(SENMARK_SOURCES
     source/SK_Exception.cpp
     source/SK_FileMapper-POSIX.cpp
     source/SK_HostAPI.cpp
+    source/SK_JsonBytes.cpp
     source/SK_JsonError.cpp
     source/SK_JsonName.cpp
     source/SK_JsonNumber.cpp
@@ -41,21 +42,20 @@ set(SENMARK_SOURCES
     source/SK_Ladder.cpp
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
-    source/SK_OutlinePath.cpp
-    source/SK_RapidJson.cpp
     source/SK_NumberLayout.cpp
     source/SK_NumberText.cpp
+    source/SK_OutlinePath.cpp
     source/SK_OutlineReader.cpp
-    source/SK_SampleBlock.cpp
-    source/SK_RelativeTimeReader.cpp
+    source/SK_RapidJson.cpp
     source/SK_RecordReset.cpp
     source/SK_RelativeTimeReader.cpp
+    source/SK_SampleBlock.cpp
     source/SK_SampleDataProcessor.cpp
-    source/SK_SampleOffsets.cpp
-    source/SK_SampleSectionCopy.cpp
     source/SK_SampleDecoder.cpp
     source/SK_SampleJsonReader.cpp
+    source/SK_SampleOffsets.cpp
     source/SK_SampleSearch.cpp
+    source/SK_SampleSectionCopy.cpp
     source/SK_SampleSet.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
@@ -68,8 +68,8 @@ set(SENMARK_SOURCES
     source/SK_TdjsonValidator_v2.cpp
     source/SK_TempFileHandler-POSIX.cpp
     source/SK_TimeFormat.cpp
-    source/SK_TimeTarget.cpp
     source/SK_TimeRatio.cpp
+    source/SK_TimeTarget.cpp
     source/SK_TimeText.cpp
     source/SK_TimeUtils.cpp
     source/SK_TimeUtilsText.cpp

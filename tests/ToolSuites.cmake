@@ -1,0 +1,50 @@
+# Suites of the wrapper for hosts and of the command-line program.
+
+# A shared object that holds a copy of the wrapper of its own and hides it.
+add_library(senmark_host_module MODULE support/HostModule.cpp)
+senmark_compile(senmark_host_module)
+senmark_link(senmark_host_module)
+target_include_directories(senmark_host_module PRIVATE "${PROJECT_SOURCE_DIR}/include")
+set_target_properties(senmark_host_module PROPERTIES PREFIX "")
+
+# Not linked with the library: it is loaded at run time.
+add_executable(HostLoaded_test HostLoaded_test.cpp)
+senmark_compile(HostLoaded_test)
+senmark_link(HostLoaded_test)
+add_dependencies(HostLoaded_test senmark senmark_host_module)
+target_include_directories(HostLoaded_test PRIVATE "${PROJECT_SOURCE_DIR}/include")
+target_compile_definitions(HostLoaded_test PRIVATE SENMARK_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+                                                   SENMARK_LIBRARY="$<TARGET_FILE:senmark>"
+                                                   SENMARK_HOST_MODULE="$<TARGET_FILE:senmark_host_module>")
+target_link_libraries(HostLoaded_test PRIVATE senmark_test_support GTest::gtest_main)
+gtest_discover_tests(HostLoaded_test DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+
+# The wrapper needs no Boost: none of its headers may reach one.
+add_test(NAME HostHeaders.NeedNoBoost
+         COMMAND ${CMAKE_COMMAND} "-DCOMPILER=${CMAKE_CXX_COMPILER}" "-DINCLUDE=${PROJECT_SOURCE_DIR}/include" -P
+                 "${CMAKE_CURRENT_SOURCE_DIR}/CheckHostHeaders.cmake")
+
+if(NOT TARGET senmark_tool)
+  return()
+endif()
+
+# One suite of a part of the program.
+function(senmark_tool_suite name)
+  add_executable(${name}_test ${name}_test.cpp)
+  senmark_compile(${name}_test)
+  target_link_libraries(${name}_test PRIVATE senmark_tool_parts senmark_test_support GTest::gtest_main)
+  gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+endfunction()
+
+senmark_tool_suite(BraillePlot)
+senmark_tool_suite(Excerpt)
+senmark_tool_suite(JsonWriter)
+senmark_tool_suite(TimeHeader)
+senmark_tool_suite(TimeText)
+senmark_tool_suite(Utf8)
+
+# The program as a whole, in processes of its own.
+senmark_tool_suite(Tool)
+add_dependencies(Tool_test senmark_tool)
+target_compile_definitions(Tool_test PRIVATE SENMARK_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+                                             SENMARK_TOOL="$<TARGET_FILE:senmark_tool>")

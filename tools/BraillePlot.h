@@ -1,0 +1,90 @@
+/// Charts of braille characters: each character cell holds two by four dots.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace senmark_tool {
+
+/// A grid of dots. Dots outside are not drawn. Row 0 is the top one.
+class BrailleCanvas {
+ public:
+  static constexpr std::size_t kDotsAcross = 2;
+  static constexpr std::size_t kDotsDown = 4;
+
+  /// Both in character cells.
+  BrailleCanvas(std::size_t width, std::size_t height) : mWidth(width), mHeight(height), mCells(width * height) {}
+
+  std::size_t DotColumns() const { return mWidth * kDotsAcross; }
+  std::size_t DotRows() const { return mHeight * kDotsDown; }
+
+  void Dot(std::int64_t column, std::int64_t row);
+  /// A straight line, both ends drawn.
+  void Line(std::int64_t column, std::int64_t row, std::int64_t toColumn, std::int64_t toRow);
+
+  /// One row of cells in UTF-8, three bytes each.
+  std::string Row(std::size_t row) const;
+
+ private:
+  std::size_t mWidth;
+  std::size_t mHeight;
+  std::vector<std::uint8_t> mCells;  ///< row by row; bits as in U+2800 and behind it
+};
+
+/// What a curve does between two samples.
+enum class Join : std::uint8_t {
+  kDots,   ///< nothing
+  kLines,  ///< a straight line
+  kSteps,  ///< the earlier value until the later sample
+};
+
+/// The samples of one curve that fall on one column of dots.
+struct CurveColumn {
+  bool isUsed = false;
+  double first = 0;
+  double last = 0;
+  double min = 0;
+  double max = 0;
+
+  void Add(double value);
+};
+
+/// A curve in memory that depends on the width of the chart alone.
+class Curve {
+ public:
+  explicit Curve(std::size_t columns) : mColumns(columns) {}
+
+  /// Adds the next sample. column: below the count of columns; value: finite.
+  void Add(std::size_t column, double value);
+
+  bool IsEmpty() const { return mCount == 0; }
+  double Min() const { return mMin; }
+  double Max() const { return mMax; }
+  std::vector<CurveColumn> const& Columns() const { return mColumns; }
+
+ private:
+  std::vector<CurveColumn> mColumns;
+  std::uint64_t mCount = 0;
+  double mMin = 0;
+  double mMax = 0;
+};
+
+/// Draws a curve over the whole canvas: its largest value in the top row, its smallest in the bottom row,
+/// and a curve of one value only in the middle.
+void DrawCurve(Curve const& curve, Join join, BrailleCanvas& canvas);
+
+/// A number for an axis: at most six digits that count.
+std::string AxisNumber(double number);
+
+/// One curve with its axis on the left: `height` lines, each `labelWidth` + 1 + `width` columns.
+///
+/// labelWidth  columns for the numbers of the axis; they are set to the right.
+std::vector<std::string> PanelLines(Curve const& curve, Join join, std::size_t width, std::size_t height,
+                                    std::size_t labelWidth);
+
+/// Axis of time below a panel: two lines, with the seconds at begin, middle and end.
+std::vector<std::string> TimeAxisLines(double from, double to, std::size_t width, std::size_t labelWidth);
+
+}  // namespace senmark_tool

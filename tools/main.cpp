@@ -1,0 +1,104 @@
+/// The command-line program. It is a host of the library like any other.
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+#include "Command.h"
+#include "Utf8.h"
+
+namespace {
+
+using senmark_tool::Request;
+using Run = int (*)(senmark::Senmark const&, Request const&, std::ostream&);
+
+constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the file writes it";
+
+/// The options of all subcommands, and which of these was chosen.
+struct CommandLine {
+  Request request;
+  std::string moduleFolder;
+  Run run = nullptr;
+};
+
+CLI::App* AddCommand(CLI::App& app, CommandLine& line, char const* name, char const* help, Run run) {
+  CLI::App* const command = app.add_subcommand(name, help);
+  command->add_flag("--json", line.request.asJson, "machine-readable output");
+  command->callback([&line, run] { line.run = run; });
+  return command;
+}
+
+CLI::App* AddFileCommand(CLI::App& app, CommandLine& line, char const* name, char const* help, Run run) {
+  CLI::App* const command = AddCommand(app, line, name, help, run);
+  command->add_option("FILE", line.request.file, "a file that the library can open")->required();
+  return command;
+}
+
+void AddRange(CLI::App& command, CommandLine& line) {
+  command.add_option("ID", line.request.sampleSet, "id of a sample set, as \"tree\" shows it")->required();
+  command.add_option("--from", line.request.from, std::string("first time: ") + kTimeHelp);
+  command.add_option("--to", line.request.to, std::string("last time: ") + kTimeHelp);
+}
+
+void AddCommands(CLI::App& app, CommandLine& line) {
+  using namespace senmark_tool;
+  app.add_option("--modules", line.moduleFolder, "folder of converter modules");
+  AddFileCommand(app, line, "info", "what a file says about itself", &RunInfo);
+  AddFileCommand(app, line, "tree", "names, kinds and types of all nodes", &RunTree);
+  AddFileCommand(app, line, "get", "one node with all its properties", &RunGet)
+      ->add_option("PATH", line.request.path, "path of a node, like arm/hand or [\"arm\"][0]")
+      ->required();
+  CLI::App* const samples = AddFileCommand(app, line, "samples", "times and values of a sample set", &RunSamples);
+  AddRange(*samples, line);
+  samples->add_option("--limit", line.request.limit, "at most so many samples");
+  CLI::App* const plot = AddFileCommand(app, line, "plot", "a chart of a sample set", &RunPlot);
+  AddRange(*plot, line);
+  plot->add_option("--width", line.request.width, "columns, instead of the terminal's");
+  plot->add_option("--height", line.request.height, "lines, instead of the terminal's");
+  AddFileCommand(app, line, "check", "reads all of a file and shows the first error with its place", &RunCheck);
+  AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
+  app.require_subcommand(1);
+}
+
+/// Tells on standard error what went wrong with a file.
+void Complain(std::string const& file, std::string const& message) {
+  std::cerr << "senmark: " << (file.empty() ? "" : senmark_tool::Printable(file) + ": ")
+            << senmark_tool::Printable(message) << '\n';
+}
+
+int RunCommand(CommandLine const& line) {
+  std::string const& file = line.request.file;
+  try {
+    senmark::Options options;
+    options.pluginFolder = line.moduleFolder;
+    senmark::Senmark const manager(senmark::Library::Linked(), options);
+    int const status = line.run(manager, line.request, std::cout);
+    if (!std::cout.flush()) {
+      Complain("", "cannot write the output");
+      return senmark_tool::kFileAtFault;
+    }
+    return status;
+  } catch (senmark_tool::UsageError const& error) {
+    Complain(file, error.what());
+    return senmark_tool::kUsageAtFault;
+  } catch (senmark::Error const& error) {
+    Complain(file, error.message() + " (code " + std::to_string(error.code()) + ")");
+  } catch (std::exception const& error) {
+    Complain(file, error.what());
+  }
+  return senmark_tool::kFileAtFault;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  CLI::App app("Looks into files of timed sensor data.", "senmark");
+  CommandLine line;
+  AddCommands(app, line);
+  try {
+    app.parse(argc, argv);
+  } catch (CLI::ParseError const& error) {
+    return app.exit(error) == 0 ? senmark_tool::kFine : senmark_tool::kUsageAtFault;
+  }
+  return RunCommand(line);
+}
