@@ -8,7 +8,7 @@ namespace senmark_tool {
 namespace {
 
 void PrintNode(std::ostream& out, senmark::Node const& node, int depth) {
-  out << std::string(2u * static_cast<unsigned>(depth), ' ') << Printable(node.matchName);
+  out << std::string(2 * static_cast<std::size_t>(depth), ' ') << Printable(node.matchName);
   if (node.displayName != node.matchName) {
     out << " \"" << Printable(node.displayName) << '"';
   }

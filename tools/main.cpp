@@ -90,7 +90,7 @@ int RunCommand(CommandLine const& line) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): without memory the program ends
   std::ios::sync_with_stdio(false);
   CLI::App app("Looks into files of timed sensor data.", "senmark");
   CommandLine line;
