@@ -218,9 +218,8 @@ TEST_F(Tool, InfoOfAFileWithoutSamples) {
 // tree and get
 
 constexpr char kGroup[] =
-    R"({"objectType":"dataGroup","displayName":"The \"arm\")"
-    "\x1b"
-    R"(","matchName":"arm","children":[)"
+    R"({"objectType":"dataGroup","displayName":"The \"arm\"\n","matchName":"arm",)"
+    R"("children":[)"
     R"({"objectType":"dataStatic","displayName":"N","matchName":"n","dataType":{"type":"number",)"
     R"("numberStringProperties":{"pattern":{"isSigned":true,"digitsInteger":2,"digitsDecimal":1},)"
     R"("range":{"occurring":{"min":-1,"max":2},"legal":{"min":1,"max":-1}}}},"value":0.1}]})";
@@ -236,7 +235,7 @@ TEST_F(Tool, TreeIsIndented) {
 TEST_F(Tool, TreeNestsInJson) {
   rapidjson::Document const tree = RunJson({"tree", Write(NumberSetFile::Smpte(30).AddNode(kGroup).Add("s", {0}))});
   ASSERT_EQ(tree.Size(), 2u);
-  EXPECT_STREQ(tree[0]["displayName"].GetString(), "The \"arm\"\x1b");
+  EXPECT_STREQ(tree[0]["displayName"].GetString(), "The \"arm\"\n");
   EXPECT_STREQ(tree[0]["kind"].GetString(), "group");
   EXPECT_STREQ(tree[0]["children"][0]["path"].GetString(), "[\"arm\"][\"n\"]");
   EXPECT_EQ(tree[0]["children"][0]["value"].GetDouble(), 0.1);
