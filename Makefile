@@ -18,6 +18,12 @@ demo: install-build  ## Builds the program and shows real recordings with it
 	cmake --build --preset release -j $(JOBS) --target senmark_tool
 	build/senmark info $(DATA)/weather_montreal_utc_v2.tdjson
 	build/senmark tree $(DATA)/weather_montreal_utc_v2.tdjson
+	build/senmark samples $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet \
+	  --from 2012-07-14T12:00:00.000Z --to 2012-07-14T18:00:00.000Z
+	build/senmark plot $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet
+	build/senmark info $(DATA)/dab_30hz_v2.tdjson
+	build/senmark samples $(DATA)/dab_30hz_v2.tdjson 0 --from 3/2 --to 2 --limit 5
+	build/senmark plot $(DATA)/dab_30hz_v2.tdjson 0
 
 check: install-build  ## Builds everything and runs all tests
 	cmake --preset release
@@ -59,7 +65,6 @@ bench: install-build install-bench  ## Builds the benchmarks; bench/README.md te
 SECONDS_PER_TARGET ?= 60
 fuzz: install-build install-fuzz  ## Runs every fuzz target for SECONDS_PER_TARGET seconds
 	cmake --preset fuzz
-	cmake --build --preset fuzz -j $(JOBS)
 	fuzz/run.sh $(SECONDS_PER_TARGET)
 
 clean:  ## Removes all build folders

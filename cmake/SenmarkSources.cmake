@@ -6,6 +6,19 @@ else()
   set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp)
 endif()
 
+# The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
+# what they need and hold nothing else, and run only where the processor has it.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
+  set(SENMARK_PROCESSOR_SOURCES source/SK_WhiteSpaceFilter_avx2.cpp source/SK_WhiteSpaceFilter_avx512.cpp
+                                source/SK_WhiteSpaceFilter_x86.cpp)
+  set_source_files_properties(source/SK_WhiteSpaceFilter_avx2.cpp
+                              PROPERTIES COMPILE_OPTIONS -mavx2 SKIP_PRECOMPILE_HEADERS ON)
+  set_source_files_properties(source/SK_WhiteSpaceFilter_avx512.cpp
+                              PROPERTIES COMPILE_OPTIONS "-mavx512bw;-mavx512vbmi2" SKIP_PRECOMPILE_HEADERS ON)
+else()
+  set(SENMARK_PROCESSOR_SOURCES source/SK_WhiteSpaceFilter_generic.cpp)
+endif()
+
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
     source/ISenmark.cpp
@@ -21,6 +34,7 @@ set(SENMARK_SOURCES
     source/SK_Exception.cpp
     source/SK_FileMapper-POSIX.cpp
     source/SK_HostAPI.cpp
+    source/SK_JsonBytes.cpp
     source/SK_JsonError.cpp
     source/SK_JsonName.cpp
     source/SK_JsonNumber.cpp
@@ -28,16 +42,21 @@ set(SENMARK_SOURCES
     source/SK_Ladder.cpp
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
-    source/SK_OutlinePath.cpp
-    source/SK_RapidJson.cpp
     source/SK_NumberLayout.cpp
     source/SK_NumberText.cpp
-    source/SK_SampleBlock.cpp
-    source/SK_RelativeTimeReader.cpp
+    source/SK_OutlinePath.cpp
+    source/SK_OutlineReader.cpp
+    source/SK_RapidJson.cpp
     source/SK_RecordReset.cpp
+    source/SK_RelativeTimeReader.cpp
+    source/SK_SampleBlock.cpp
     source/SK_SampleDataProcessor.cpp
     source/SK_SampleDecoder.cpp
     source/SK_SampleJsonReader.cpp
+    source/SK_SampleOffsets.cpp
+    source/SK_SampleSearch.cpp
+    source/SK_SampleSectionCopy.cpp
+    source/SK_SampleSet.cpp
     source/SK_SampleSizeEstimator.cpp
     source/SK_TdjsonParser.cpp
     source/SK_TdjsonParserFactory.cpp
@@ -50,6 +69,7 @@ set(SENMARK_SOURCES
     source/SK_TempFileHandler-POSIX.cpp
     source/SK_TimeFormat.cpp
     source/SK_TimeRatio.cpp
+    source/SK_TimeTarget.cpp
     source/SK_TimeText.cpp
     source/SK_TimeUtils.cpp
     source/SK_TimeUtilsText.cpp
@@ -57,8 +77,10 @@ set(SENMARK_SOURCES
     source/SK_UnicodeUtils.cpp
     source/SK_Utils.cpp
     source/SK_UtilsTime.cpp
+    source/SK_WhiteSpaceFilter.cpp
     source/SenmarkExports.cpp
     source/SenmarkImpl.cpp
     source/SensorFileHandlerImpl.cpp
     source/TdjsonStreamImpl.cpp
-    ${SENMARK_PLATFORM_SOURCES})
+    ${SENMARK_PLATFORM_SOURCES}
+    ${SENMARK_PROCESSOR_SOURCES})

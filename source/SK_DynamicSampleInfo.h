@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 
 #include "SK_RapidJson.h"
 
@@ -40,3 +41,10 @@ struct SK_DynamicSampleInfo {
   std::uint8_t mValueKind = SK_NAMESPACE_INT::kNoSampleSet;  ///< an `eSampleValueKind`
   SK_NAMESPACE_INT::TemporalRange mTemporalRange;
 };
+
+namespace SK_NAMESPACE_INT {
+
+/// Sample sets by "sampleSetID".
+using SK_DataCache = std::unordered_map<std::string, SK_DynamicSampleInfo>;
+
+}  // namespace SK_NAMESPACE_INT

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 namespace SK_NAMESPACE_INT {
 
@@ -11,8 +12,12 @@ inline constexpr std::uint64_t kEveryByte = 0x0101010101010101U;
 inline constexpr std::uint64_t kHighBits = kEveryByte * 0x80U;
 
 inline std::uint64_t LoadEight(char const* bytes) {
-  auto const at = [bytes](unsigned i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8U * i); };
-  return at(0) | at(1) | at(2) | at(3) | at(4) | at(5) | at(6) | at(7);
+  std::uint64_t number = 0;
+  std::memcpy(&number, bytes, sizeof(number));
+  if constexpr (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__) {
+    number = __builtin_bswap64(number);
+  }
+  return number;
 }
 
 /// Not 0 when one of 8 bytes is below `limit`, which is at most 128.

@@ -17,6 +17,11 @@ inline bool IsJsonStringStop(char byte) {
   return byte == '"' || byte == '\\' || static_cast<unsigned char>(byte) < 32;
 }
 
+/// A byte that surely is no blank; below it some are none either.
+inline bool IsAboveJsonBlanks(char byte) {
+  return static_cast<unsigned char>(byte) > ' ';
+}
+
 inline bool IsJsonDigit(char byte) {
   return byte >= '0' && byte <= '9';
 }
@@ -26,19 +31,24 @@ inline bool PeekIs(char const* p, char const* end, char byte) {
   return p < end && *p == byte;
 }
 
+#if defined(__SSE2__)
+/// One bit for each of the sixteen bytes at `p` that `IsJsonStringStop`, the first byte lowest.
+inline unsigned MarkJsonStringStops(char const* p) {
+  __m128i const lastControl = _mm_set1_epi8(31);
+  __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
+  __m128i const isControl = _mm_cmpeq_epi8(_mm_max_epu8(block, lastControl), lastControl);
+  __m128i const isQuote = _mm_cmpeq_epi8(block, _mm_set1_epi8('"'));
+  __m128i const isBackslash = _mm_cmpeq_epi8(block, _mm_set1_epi8('\\'));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isControl, _mm_or_si128(isQuote, isBackslash))));
+}
+#endif
+
 /// First position from `p` on with a byte that `IsJsonStringStop`, or `end`.
 inline char const* FindJsonStringStop(char const* p, char const* end) {
 #if defined(__SSE2__)
-  __m128i const quote = _mm_set1_epi8('"');
-  __m128i const backslash = _mm_set1_epi8('\\');
-  __m128i const lastControl = _mm_set1_epi8(31);
   for (; end - p >= 16; p += 16) {
-    __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
-    __m128i const isControl = _mm_cmpeq_epi8(_mm_max_epu8(block, lastControl), lastControl);
-    __m128i const isMark = _mm_or_si128(_mm_cmpeq_epi8(block, quote), _mm_cmpeq_epi8(block, backslash));
-    int const found = _mm_movemask_epi8(_mm_or_si128(isControl, isMark));
-    if (found != 0) {
-      return p + __builtin_ctz(static_cast<unsigned>(found));
+    if (unsigned const stops = MarkJsonStringStops(p); stops != 0) {
+      return p + __builtin_ctz(stops);
     }
   }
 #endif
@@ -48,30 +58,19 @@ inline char const* FindJsonStringStop(char const* p, char const* end) {
   return p;
 }
 
+/// The same as `SkipJsonBlanks`, for longer runs.
+char const* SkipJsonBlankRun(char const* p, char const* end);
+
 /// First position from `p` on with a byte that is no `IsJsonBlank`, or `end`.
 inline char const* SkipJsonBlanks(char const* p, char const* end) {
-  if (p<end&& static_cast<unsigned char>(*p)> ' ') {
+  // Compact text has no blanks, and formatted text has mostly one where it has no line break.
+  if (p < end && IsAboveJsonBlanks(*p)) {
     return p;
   }
-#if defined(__SSE2__)
-  __m128i const space = _mm_set1_epi8(' ');
-  __m128i const lineFeed = _mm_set1_epi8('\n');
-  __m128i const tab = _mm_set1_epi8('\t');
-  __m128i const carriageReturn = _mm_set1_epi8('\r');
-  for (; end - p >= 16; p += 16) {
-    __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
-    __m128i const isSpaceOrTab = _mm_or_si128(_mm_cmpeq_epi8(block, space), _mm_cmpeq_epi8(block, tab));
-    __m128i const isBreak = _mm_or_si128(_mm_cmpeq_epi8(block, lineFeed), _mm_cmpeq_epi8(block, carriageReturn));
-    unsigned const blank = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isSpaceOrTab, isBreak)));
-    if (blank != 0xFFFF) {
-      return p + __builtin_ctz(~blank);
-    }
+  if (end - p > 1 && *p == ' ' && IsAboveJsonBlanks(p[1])) {
+    return p + 1;
   }
-#endif
-  while (p < end && IsJsonBlank(*p)) {
-    ++p;
-  }
-  return p;
+  return SkipJsonBlankRun(p, end);
 }
 
 }  // namespace SK_NAMESPACE_INT

@@ -40,6 +40,7 @@ constexpr std::uint64_t kMaxExactInDouble = 9007199254740991;  // 2 to the 53rd,
 constexpr int kMaxSignificantDigits = 17;
 constexpr double kLargestDoubleByTen = 1.7976931348623157e307;
 constexpr std::int64_t kNegativeExponentLimit = 214748364;
+constexpr std::int64_t kLowestExponent = -2000;  // with this one and those below it every result is 0
 
 /// Where an integer must leave its type: at `value`, followed by a digit above `lastDigit`, or behind it.
 template <typename Integer>
@@ -215,8 +216,8 @@ class NumberScanner {
 
   double GetResult() const {
     if (mUseDouble) {
-      // Never above 308 by the limit of positive exponents; far below -308 all exponents give 0.
-      std::int64_t const exponent = std::max<std::int64_t>(mExponent + mFractionExponent, -4 * kMaxExponent);
+      // Never above 308, by the limit of positive exponents.
+      std::int64_t const exponent = std::max(mExponent + mFractionExponent, kLowestExponent);
       double const result = SK_TdjsonParserUtils::StrtodNormalPrecision(mDouble, static_cast<int>(exponent));
       return mIsNegative ? -result : result;
     }

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "SK_JsonBytes.h"
-
 namespace SK_NAMESPACE_INT {
 
 namespace {
@@ -31,7 +29,7 @@ char EscapedCharacter(char byte) {
 
 }  // namespace
 
-bool FindJsonText(char const* p, char const* end, SK_JsonText& text) {
+bool FindLongJsonText(char const* p, char const* end, SK_JsonText& text) {
   text = {p, p, false};
   if (!PeekIs(p, end, '"')) {
     return false;

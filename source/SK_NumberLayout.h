@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 #include "SK_EightBytes.h"
@@ -36,7 +35,7 @@ class SK_NumberLayout {
   static constexpr std::uint64_t kFullScale = 100000000;
 
   template <unsigned kChunks>
-  double Compose(std::uint64_t integer, std::array<std::uint64_t, kMostDecimalChunks> const& chunks,
+  double Compose(std::uint64_t integer, std::array<std::uint64_t, kMostDecimalChunks> const& chunks, bool negative,
                  char const* digits) const;
 
   std::uint64_t mLength = 0;
@@ -50,31 +49,16 @@ class SK_NumberLayout {
   double mDivisor = 1;                ///< 10 to the power of all decimals; 0 when that is no exact double
 };
 
-namespace number_layout {
-
 /// 10 to the power of 8 decimals for each chunk.
 inline constexpr std::array<double, 3> kChunkDivisors = {1.0, 1e8, 1e16};
-
-inline double WithSign(double magnitude, bool negative) {
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &magnitude, sizeof(bits));
-  bits |= std::uint64_t{negative} << 63U;
-  std::memcpy(&magnitude, &bits, sizeof(bits));
-  return magnitude;
-}
-
-}  // namespace number_layout
 
 /// Integers up to 2 to the 53rd and powers of ten up to the 22nd are exact doubles, so their quotient is
 /// rounded once and therefore right. Everything else goes the long way. Chunks of nothing but zeros at the
 /// end are left out: they change the integer and the power, but not the quotient.
 template <unsigned kChunks>
 double SK_NumberLayout::Compose(std::uint64_t integer, std::array<std::uint64_t, kMostDecimalChunks> const& chunks,
-                                char const* digits) const {
+                                bool negative, char const* digits) const {
   std::uint64_t mantissa = integer;
-  if constexpr (kChunks == 0) {
-    return static_cast<double>(mantissa);
-  }
   unsigned used = kChunks;
   while (used > 1 && chunks[used - 1] == 0) {
     --used;
@@ -85,25 +69,22 @@ double SK_NumberLayout::Compose(std::uint64_t integer, std::array<std::uint64_t,
     exact = exact && mantissa <= (i + 1 == kChunks ? mLastChunkLimit : kLargestExact / kFullScale);
     mantissa = mantissa * scale + chunks[i];
   }
-  double const divisor = used == kChunks ? mDivisor : number_layout::kChunkDivisors[used];
+  double const divisor = used == kChunks ? mDivisor : kChunkDivisors[used];
+  std::array<double, 2> const signs = {1.0, -1.0};
   if (exact && mantissa <= kLargestExact && divisor != 0) {
-    return static_cast<double>(mantissa) / divisor;
+    return static_cast<double>(mantissa) * signs[negative] / divisor;
   }
-  return SK_NumberText::PlainToDouble(digits, digits + (mLength - mHasSign));
+  return SK_NumberText::PlainToDouble(digits, digits + (mLength - mHasSign)) * signs[negative];
 }
 
 template <unsigned kChunks>
 bool SK_NumberLayout::Read(char const* text, double& out) const {
-  bool negative = false;
-  if (mHasSign) {
-    negative = *text == '-';
-    if (!negative && *text != '+') {
-      return false;
-    }
-  }
+  // Signs are as good as random: nothing here may branch on them.
+  bool const negative = *text == '-';
+  bool const positive = *text == '+';
   char const* const integerEnd = text + mIntegerEnd;
   std::uint64_t const integer = DigitsIn(integerEnd - kChunk, mIntegerMask);
-  std::uint64_t wrong = AnyAboveNine(integer);
+  std::uint64_t wrong = AnyAboveNine(integer) | static_cast<std::uint64_t>((negative | positive) != mHasSign);
   std::array<std::uint64_t, kMostDecimalChunks> chunks = {};
   if constexpr (kChunks != 0) {
     wrong |= *integerEnd == '.' ? 0U : 1U;
@@ -119,7 +100,7 @@ bool SK_NumberLayout::Read(char const* text, double& out) const {
   if (wrong != 0) {
     return false;
   }
-  out = number_layout::WithSign(Compose<kChunks>(ValueOfDigits(integer), chunks, text + mHasSign), negative);
+  out = Compose<kChunks>(ValueOfDigits(integer), chunks, negative, text + mHasSign);
   return true;
 }
 

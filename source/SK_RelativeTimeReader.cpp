@@ -119,9 +119,9 @@ bool SK_RelativeTimeReader::FactorDenominator() {
 }
 
 /// Where the base time is itself the time of a frame, as it is in every file that was read, the distance
-/// to it is that of the two frames. This holds as long as no step of the subtraction on the base's and the
-/// frame's own scales counts as overflow: both scales divide the denominator, so none does while frames
-/// times numerator stay below 2 to the 30th.
+/// to it is that of the two frames. This holds as long as no step of the subtraction counts as overflow once
+/// both times are in lowest terms: both scales divide the denominator then, so no step does while frames times
+/// numerator stay below 2 to the 30th.
 void SK_RelativeTimeReader::PrepareFrameBase() {
   SK_Time const& base = mFormat.GetSMPTEBaseTime();
   if (base.value < 0 || base.scale == 0) return;
@@ -131,11 +131,9 @@ void SK_RelativeTimeReader::PrepareFrameBase() {
     mLargestExactDistance = lastExact;
     return;
   }
-  std::uint32_t divisor = 1;
-  SK_TimeUtils::ComputeGCD(AsUnsigned(base.value), base.scale, divisor);
   std::uint64_t const units = std::uint64_t{AsUnsigned(base.value)} * mDenominator;
   std::uint64_t const unitsOfFrame = std::uint64_t{base.scale} * mNumerator;
-  if (divisor != 1 || units % unitsOfFrame != 0 || units / unitsOfFrame > lastExact) return;
+  if (units % unitsOfFrame != 0 || units / unitsOfFrame > lastExact) return;
   mBaseFrame = static_cast<std::uint32_t>(units / unitsOfFrame);
   mLargestExactDistance = lastExact - mBaseFrame;
 }
@@ -198,7 +196,7 @@ void SK_RelativeTimeReader::PrepareDates() {
   SK_DateTime const& base = mFormat.GetUTCBaseTime();
   if (digits == 0 || digits > kDigitsThatFit || !IsInCalendar(base) || !IsOnClock(base)) return;
   mUnitsOfSecond = PowerOfTen(digits);
-  if (base.fraction < 0 || AsUnsigned(base.fraction) >= mUnitsOfSecond) return;
+  if (AsUnsigned(base.fraction) >= mUnitsOfSecond) return;  // negative ones too
   mFractionDigits = digits;
   mBaseSecondOfDay = (base.hour * 60 + base.minute) * 60 + base.second;
   mHasDates = true;

@@ -8,6 +8,7 @@
 #include "SK_SampleBlock.h"
 #include "SK_SampleDecoder.h"
 #include "SK_SampleJsonReader.h"
+#include "SK_SampleSearch.h"
 #include "SK_Utils.h"
 
 namespace SK_NAMESPACE_INT {
@@ -15,11 +16,6 @@ namespace SK_NAMESPACE_INT {
 using ns_sensor::SK_DynamicDataSample;
 
 namespace {
-
-/// What a sample is called in messages.
-std::string NameOfSample(std::string const& id, std::uint64_t index) {
-  return "sampleSetID:" + id + "/sample[" + std::to_string(index) + "]";
-}
 
 std::uint64_t DivideOrZero(std::uint64_t dividend, std::uint64_t divisor) {
   return divisor == 0 ? 0 : dividend / divisor;
@@ -52,12 +48,13 @@ SK_SampleDataProcessor::SK_SampleDataProcessor(SK_DataCache const& cache, SK_Tim
 unsigned long long SK_SampleDataProcessor::GetSamplesData(std::string const& id, std::string const& start,
                                                           std::string const& end, SK_DynamicDataSample*& out,
                                                           bool countOnly) const {
-  ClearUnless(countOnly, out);
+  out = countOnly ? out : nullptr;
   return PrepareOutput(FindRange(id, start, end), out, countOnly);
 }
 
 unsigned long long SK_SampleDataProcessor::GetAdjacentSamples(std::string const& id, std::string const& time,
                                                               SK_DynamicDataSample*& out, bool countOnly) const {
+  out = countOnly ? out : nullptr;
   return PrepareOutput(FindAdjacentRange(id, time), out, countOnly);
 }
 
@@ -72,7 +69,7 @@ void SK_SampleDataProcessor::ReadAdjacentSamples(std::string const& id, std::str
 }
 
 /// The set with this id, whole in the mapping: everything behind relies on that.
-SK_SampleDataProcessor::SampleSet SK_SampleDataProcessor::FindSet(std::string const& id) const {
+SK_SampleSet SK_SampleDataProcessor::FindSet(std::string const& id) const {
   auto const entry = mDataCache.find(id);
   if (entry == mDataCache.end()) {
     ThrowForSet(ns_sensor::kUnknownSampleId, SK_Message::kSampleIdNotFound, id);
@@ -87,19 +84,27 @@ SK_SampleDataProcessor::SampleSet SK_SampleDataProcessor::FindSet(std::string co
   if (!firstFits || info.mSampleCount - 1 > (fileSize - info.mSampleOffset - size) / (size + 1)) {
     ThrowForSet(ns_sensor::kSampleSetOutOfRange, SK_Message::kInvalidSampleSetInfo, id);
   }
-  return {&id, &info, mFileStart + info.mSampleOffset, size + 1};
+  return {&id, &info, mFileStart, mFileStart + info.mSampleOffset, size + 1};
 }
 
 SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindRange(std::string const& id, std::string const& start,
                                                                       std::string const& end) const {
-  SampleSet const set = FindSet(id);
-  std::uint64_t const low = DoBinarySearch(set, start);
-  return {set, low, end.empty() ? low : DoBinarySearch(set, end)};
+  SK_SampleSet const set = FindSet(id);
+  SK_RelativeTimeReader timeReader = mTimeReader;
+  SK_SampleSearch search(set, mTimeFormat, timeReader);
+  search.Prefetch(start);
+  if (end.empty()) {
+    std::uint64_t const found = search.DoBinarySearch(start);
+    return {set, found, found};
+  }
+  search.Prefetch(end);
+  std::uint64_t const low = search.DoBinarySearch(start);
+  return {set, low, search.DoBinarySearch(end)};
 }
 
 SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindAdjacentRange(std::string const& id,
                                                                               std::string const& time) const {
-  SampleSet const set = FindSet(id);
+  SK_SampleSet const set = FindSet(id);
   TemporalRange const& extent = set.info->mTemporalRange;
   int const fromEnd = SK_Utils::CompareTimeStrings(std::string_view(time), extent.mEndTime, mTimeFormat);
   int const fromStart = SK_Utils::CompareTimeStrings(std::string_view(time), extent.mStartTime, mTimeFormat);
@@ -109,7 +114,10 @@ SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindAdjacentRange(st
   if (fromEnd > 0) {
     return FindRange(id, extent.mEndTime, "");
   }
-  std::uint64_t const found = DoBinarySearch(set, time);
+  SK_RelativeTimeReader timeReader = mTimeReader;
+  SK_SampleSearch search(set, mTimeFormat, timeReader);
+  search.Prefetch(time);
+  std::uint64_t const found = search.DoBinarySearch(time);
   std::uint64_t const last = set.LastIndex();
   if (fromEnd == 0) {
     return found > 0 ? SampleRange{set, found - 1, found} : SampleRange{};
@@ -118,59 +126,10 @@ SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindAdjacentRange(st
     return found < last ? SampleRange{set, 0, found + 1} : SampleRange{};
   }
   // A file may show other times to the search than to the scanner, so neither neighbour is certain.
-  bool const isAtTime = SK_Utils::CompareTimeStrings(time, TimeOf(set, found), mTimeFormat) == 0;
+  bool const isAtTime =
+      SK_Utils::CompareTimeStrings(time, set.TimeOf(found, mTimeFormat.GetTimeStrLength()), mTimeFormat) == 0;
   std::uint64_t const low = isAtTime && found > 0 ? found - 1 : found;
   return {set, low, std::min(found + 1, last)};
-}
-
-/// The text in the mapping. Throws for a sample that does not begin as one.
-std::string_view SK_SampleDataProcessor::TimeOf(SampleSet const& set, std::uint64_t index) const {
-  char const* const sample = set.Address(index);
-  char const* const end = sample + set.info->mSampleSize;
-  char const* const text = *sample == '{' ? SK_Utils::GetTimeValueOffset(*set.info, sample, end) : nullptr;
-  if (text == nullptr) {
-    ThrowInvalidSample(set, index);
-  }
-  return {text, std::min<std::size_t>(mTimeFormat.GetTimeStrLength(), static_cast<std::size_t>(end - text))};
-}
-
-/// The number in the name is a label for people and not the sample's index.
-void SK_SampleDataProcessor::ThrowInvalidSample(SampleSet const& set, std::uint64_t index) const {
-  auto const offset = static_cast<std::uint64_t>(set.Address(index) - mFileStart);
-  std::uint64_t const label =
-      DivideOrZero(offset + set.info->mSampleOffset - set.info->mSampleSize, set.info->mSampleSize + 1);
-  ThrowForSet(ns_sensor::kMalformedSample, SK_Message::kInvalidSample, NameOfSample(*set.id, label));
-}
-
-/// The first sample at `target`; without one, the last before it; without one, the first of the set.
-///
-/// In a set that is not in the order of time the answer depends on which samples are looked at, and so does
-/// whether a malformed one is met: the middles are fixed behaviour.
-std::uint64_t SK_SampleDataProcessor::DoBinarySearch(SampleSet const& set, std::string_view target) const {
-  constexpr std::int64_t kNone = -1;
-  std::int64_t low = 0;
-  auto high = static_cast<std::int64_t>(set.LastIndex());
-  std::int64_t result = kNone;
-  bool exact = false;
-  while (low <= high) {
-    std::int64_t const middle = low + (high - low + 1) / 2;
-    int const order = SK_Utils::CompareTimeStrings(target, TimeOf(set, static_cast<std::uint64_t>(middle)), mTimeFormat);
-    if (order > 0) {
-      if (!exact) {
-        result = middle;
-      }
-      low = middle + 1;
-      continue;
-    }
-    if (order == 0) {
-      exact = true;
-      result = middle;
-    } else if (low == high && result == kNone) {
-      result = middle;
-    }
-    high = middle - 1;
-  }
-  return static_cast<std::uint64_t>(result);
 }
 
 unsigned long long SK_SampleDataProcessor::PrepareOutput(SampleRange const& range, SK_DynamicDataSample*& out,
@@ -178,7 +137,6 @@ unsigned long long SK_SampleDataProcessor::PrepareOutput(SampleRange const& rang
   if (countOnly) {
     return range.set.info == nullptr ? 0 : CountOf(range.low, range.high, range.set.step);
   }
-  out = nullptr;
   SK_SampleBlock block;
   FillBlock(range, block);
   if (block.Count() == 0) {

@@ -6,11 +6,10 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "SK_FormatVersion.h"
-#include "SK_RapidJson.h"
 #include "SK_RelativeTimeReader.h"
+#include "SK_SampleSet.h"
 #include "SK_TdjsonParser.h"
 #include "SK_TimeFormat.h"
 #include "senmark/SK_Records.h"
@@ -45,30 +44,17 @@ class SK_SampleDataProcessor {
   void ReadAdjacentSamples(std::string const& id, std::string const& time, SK_SampleBlock& block) const;
 
  private:
-  /// One set, proved to lie in the mapping whole.
-  struct SampleSet {
-    std::string const* id = nullptr;
-    SK_DynamicSampleInfo const* info = nullptr;
-    char const* first = nullptr;  ///< the first sample
-    std::uint64_t step = 0;       ///< bytes from one sample to the next, over the comma
-
-    char const* Address(std::uint64_t index) const { return first + index * step; }
-    std::uint64_t LastIndex() const { return info->mSampleCount - 1; }
-  };
   /// Samples `low` to `high` of a set; without a set, no samples. `high` is below `low` only in a set that is not
   /// in the order of time.
   struct SampleRange {
-    SampleSet set;
+    SK_SampleSet set;
     std::uint64_t low = 0;
     std::uint64_t high = 0;
   };
 
-  SampleSet FindSet(std::string const& id) const;
+  SK_SampleSet FindSet(std::string const& id) const;
   SampleRange FindRange(std::string const& id, std::string const& start, std::string const& end) const;
   SampleRange FindAdjacentRange(std::string const& id, std::string const& time) const;
-  std::uint64_t DoBinarySearch(SampleSet const& set, std::string_view target) const;
-  std::string_view TimeOf(SampleSet const& set, std::uint64_t index) const;
-  [[noreturn]] void ThrowInvalidSample(SampleSet const& set, std::uint64_t index) const;
   unsigned long long PrepareOutput(SampleRange const& range, ns_sensor::SK_DynamicDataSample*& out,
                                    bool countOnly) const;
   void FillBlock(SampleRange const& range, SK_SampleBlock& block) const;

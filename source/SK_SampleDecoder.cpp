@@ -1,5 +1,6 @@
 #include "SK_SampleDecoder.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "SK_EightBytes.h"
@@ -27,6 +28,7 @@ struct PaddedPieces {
 constexpr PaddedPieces kPaddedVersion1 = {R"({"length":)", R"(,"str":")", R"("})"};
 constexpr PaddedPieces kPaddedVersion2 = {R"({"length":")", R"(","str":")", R"("})"};
 
+constexpr std::uint64_t kPart = 64;  // samples
 constexpr std::uint64_t kChunk = 8;
 constexpr std::uint64_t kMostLengthDigits = 9;  // they fit 32 bits
 
@@ -40,7 +42,7 @@ std::uint16_t TwoBytes(char first, char second) {
 }
 
 /// Whether a JSON string of these bytes means just them.
-bool IsPlain(char const* text, std::uint64_t size) {
+inline bool IsPlain(char const* text, std::uint64_t size) {
   std::uint64_t special = 0;
   std::uint64_t done = 0;
   for (; size - done >= kChunk; done += kChunk) {
@@ -78,7 +80,6 @@ SK_SampleDecoder::SK_SampleDecoder(SK_DynamicSampleInfo const& info, SK_Relative
   if (info.mSampleSize > kFrameSize + mTimeLength) {
     mValueWidth = info.mSampleSize - kFrameSize - mTimeLength;
   }
-  mFirstNumber = info.mValueKind == kNumberArraySamples ? 2 : 1;
 }
 
 std::uint64_t SK_SampleDecoder::Decode(char const* first, std::uint64_t most, SK_SampleBlock& block) {
@@ -92,6 +93,20 @@ std::uint64_t SK_SampleDecoder::Decode(char const* first, std::uint64_t most, SK
   if (!LearnNumber(first)) {
     return 0;
   }
+  // In parts that stay in the first cache between values and times.
+  std::uint64_t taken = 0;
+  while (taken != most) {
+    std::uint64_t const part = std::min(kPart, most - taken);
+    std::uint64_t const done = DecodePart(first + taken * (mInfo.mSampleSize + 1), part, block);
+    taken += done;
+    if (done != part) {
+      break;
+    }
+  }
+  return taken;
+}
+
+std::uint64_t SK_SampleDecoder::DecodePart(char const* first, std::uint64_t most, SK_SampleBlock& block) {
   switch (mNumber.DecimalChunks()) {
     case 0:
       return DecodeNumbers<0>(first, most, block);
@@ -112,11 +127,11 @@ bool SK_SampleDecoder::WidthsFit() const {
     case kNumberStringSamples:
       return number > 2 && number == mValueWidth;
     case kNumberArraySamples:
-      return number > 2 && number < mValueWidth && mInfo.mArraySize != 0 &&
-             (mValueWidth - 1) % mInfo.mArraySize == 0 && (mValueWidth - 1) / mInfo.mArraySize == number + 1;
+      return number > 2 && number < mValueWidth && mInfo.mArraySize != 0 && (mValueWidth - 1) % mInfo.mArraySize == 0 &&
+             (mValueWidth - 1) / mInfo.mArraySize == number + 1;
     case kPaddedStringSamples:
-      return mValueWidth > around && mInfo.mMaxDigits <= kMostLengthDigits && mInfo.mMaxDigits <= mValueWidth - around &&
-             mInfo.mMaxLength == mValueWidth - around - mInfo.mMaxDigits;
+      return mValueWidth > around && mInfo.mMaxDigits <= kMostLengthDigits &&
+             mInfo.mMaxDigits <= mValueWidth - around && mInfo.mMaxLength == mValueWidth - around - mInfo.mMaxDigits;
     default:
       return false;
   }
@@ -136,6 +151,8 @@ void SK_SampleDecoder::LearnFrame(char const* sample) {
   mFrame.beforeKey = TwoBytes(valueFirst ? valueEnd : timeEnd, ',');
   mFrame.key = LoadEight(valueFirst ? kValueFirstKey.data() : kTimeFirstKey.data());
   mFrame.keyOffset = kHeadSize + (valueFirst ? mValueWidth + 1 : mTimeLength + 2);
+  mFrame.tailOffset = mInfo.mSampleSize - 2;
+  mFrame.timeLength = mTimeLength;
   mFrame.tail = TwoBytes(valueFirst ? timeEnd : valueEnd, '}');
   std::uint64_t const behindKey = mFrame.keyOffset + kKeySize;
   mFrame.timeOffset = valueFirst ? behindKey : kHeadSize;
@@ -143,30 +160,30 @@ void SK_SampleDecoder::LearnFrame(char const* sample) {
 }
 
 bool SK_SampleDecoder::LearnNumber(char const* sample) {
-  return mNumber.Learn({sample + mFrame.valueOffset + mFirstNumber, mInfo.mNumberLength - 2});
+  std::uint64_t const firstNumber = mInfo.mValueKind == kNumberArraySamples ? 2 : 1;
+  return mNumber.Learn({sample + mFrame.valueOffset + firstNumber, mInfo.mNumberLength - 2});
 }
 
-inline bool SK_SampleDecoder::HasFrame(char const* sample) const {
-  std::uint64_t difference = (LoadEight(sample) ^ mFrame.head) | (LoadEight(sample + mFrame.keyOffset) ^ mFrame.key);
-  difference |= static_cast<std::uint64_t>(sample[kHeadSize - 1] != mFrame.headEnd);
-  difference |= static_cast<std::uint64_t>(TwoBytes(sample + mFrame.keyOffset - 2) ^ mFrame.beforeKey);
-  difference |= static_cast<std::uint64_t>(TwoBytes(sample + mInfo.mSampleSize - 2) ^ mFrame.tail);
-  return difference == 0 && IsPlain(sample + mFrame.timeOffset, mTimeLength);
+inline bool SK_SampleDecoder::HasFrame(Frame const& frame, char const* sample) {
+  std::uint64_t difference = (LoadEight(sample) ^ frame.head) | (LoadEight(sample + frame.keyOffset) ^ frame.key);
+  difference |= static_cast<std::uint64_t>(sample[kHeadSize - 1] != frame.headEnd);
+  difference |= static_cast<std::uint64_t>(TwoBytes(sample + frame.keyOffset - 2) ^ frame.beforeKey);
+  difference |= static_cast<std::uint64_t>(TwoBytes(sample + frame.tailOffset) ^ frame.tail);
+  return difference == 0 && IsPlain(sample + frame.timeOffset, frame.timeLength);
 }
 
-/// The frame has shown the last byte of the value.
+namespace {
+
+/// The numbers of an array. The frame has shown its last byte.
 template <unsigned kChunks>
-inline bool SK_SampleDecoder::ReadNumbers(char const* value, double* out) const {
-  std::uint64_t const textLength = mInfo.mNumberLength - 2;
-  char const* text = value + mFirstNumber;
-  if (mInfo.mValueKind == kNumberStringSamples) {
-    return *value == '"' && mNumber.Read<kChunks>(text, *out);
-  }
+inline bool ReadArray(SK_NumberLayout const& layout, std::uint64_t textLength, std::uint64_t count, char const* value,
+                      double* out) {
   if (TwoBytes(value) != TwoBytes('[', '"')) {
     return false;
   }
-  for (std::uint64_t left = mInfo.mArraySize; left != 0; --left) {
-    if (!mNumber.Read<kChunks>(text, *out++) || text[textLength] != '"') {
+  char const* text = value + 2;
+  for (std::uint64_t left = count; left != 0; --left) {
+    if (!layout.Read<kChunks>(text, *out++) || text[textLength] != '"') {
       return false;
     }
     text += textLength + 1;
@@ -178,20 +195,35 @@ inline bool SK_SampleDecoder::ReadNumbers(char const* value, double* out) const 
   return true;
 }
 
+}  // namespace
+
+/// Values first and times then, so that the loop over the values calls nothing.
 template <unsigned kChunks>
 std::uint64_t SK_SampleDecoder::DecodeNumbers(char const* first, std::uint64_t most, SK_SampleBlock& block) {
+  Frame const frame = mFrame;
+  SK_NumberLayout const layout = mNumber;
+  bool const isArray = mInfo.mValueKind == kNumberArraySamples;
+  std::uint64_t const textLength = mInfo.mNumberLength - 2;
+  std::uint64_t const count = isArray ? mInfo.mArraySize : 1;
   std::uint64_t const step = mInfo.mSampleSize + 1;
-  std::uint64_t const numbersPerSample = mInfo.mValueKind == kNumberArraySamples ? mInfo.mArraySize : 1;
-  SK_Time* const times = block.NextTime();
   double* const numbers = block.NextNumbers();
   std::uint64_t taken = 0;
   for (; taken != most; ++taken) {
     char const* const sample = first + taken * step;
-    if (!HasFrame(sample) ||
-        !ReadNumbers<kChunks>(sample + mFrame.valueOffset, numbers + taken * numbersPerSample)) {
+    char const* const value = sample + frame.valueOffset;
+    double* const out = numbers + taken * count;
+    if (!HasFrame(frame, sample)) {
       break;
     }
-    times[taken] = mTimeReader.Read({sample + mFrame.timeOffset, mTimeLength});
+    bool const isRead = isArray ? ReadArray<kChunks>(layout, textLength, count, value, out)
+                                : *value == '"' && layout.Read<kChunks>(value + 1, *out);
+    if (!isRead) {
+      break;
+    }
+  }
+  SK_Time* const times = block.NextTime();
+  for (std::uint64_t i = 0; i != taken; ++i) {
+    times[i] = mTimeReader.Read({first + i * step + frame.timeOffset, frame.timeLength});
   }
   block.Advance(taken);
   return taken;
@@ -222,7 +254,7 @@ std::uint64_t SK_SampleDecoder::DecodeTexts(char const* first, std::uint64_t mos
   for (; taken != most; ++taken) {
     char const* const sample = first + taken * step;
     std::string_view text;
-    if (!HasFrame(sample) || !ReadText(sample + mFrame.valueOffset, text)) {
+    if (!HasFrame(mFrame, sample) || !ReadText(sample + mFrame.valueOffset, text)) {
       break;
     }
     block.AddText(mTimeReader.Read({sample + mFrame.timeOffset, mTimeLength}), text);

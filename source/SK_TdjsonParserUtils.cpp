@@ -6,6 +6,7 @@
 #include <limits>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "SK_JsonBytes.h"
 #include "SK_JsonError.h"
@@ -84,6 +85,23 @@ SizeType CheckSize(std::size_t size) {
     throw std::bad_alloc();
   }
   return static_cast<SizeType>(size);
+}
+
+/// Texts up to this length stand inside a value.
+constexpr SizeType kLongestInlineText = 13;
+
+template <SizeType kLength>
+void AddTextOfLength(JDocument& document, char const* text) {
+  document.String(text, kLength, true);
+}
+
+/// One function for each length, which copies with a move or two: a call that copies a few bytes takes longer.
+template <SizeType... kLengths>
+void AddInlineText(JDocument& document, char const* text, SizeType length,
+                   std::integer_sequence<SizeType, kLengths...>) {
+  using Add = void (*)(JDocument&, char const*);
+  static constexpr Add kAdd[] = {&AddTextOfLength<kLengths>...};
+  kAdd[length](document, text);
 }
 
 /// Reads one container with all that is in it and hands the values to a document, which keeps them on a stack of
@@ -201,6 +219,11 @@ class ContainerScanner {
   }
 
   void AddText(SK_JsonText const& text) {
+    if (!text.hasEscapes && text.GetSize() <= kLongestInlineText) {
+      AddInlineText(mDocument, text.begin, static_cast<SizeType>(text.GetSize()),
+                    std::make_integer_sequence<SizeType, kLongestInlineText + 1>());
+      return;
+    }
     if (!text.hasEscapes) {
       mDocument.String(text.begin, CheckSize(text.GetSize()), true);
       return;

@@ -39,8 +39,8 @@ class SK_TdjsonParserUtils {
   static char const* ParseJsonArray(char const* p, char const* end, char const* base, std::string const& name,
                                     JValue& out, JAllocator& allocator, unsigned short depth);
 
-  /// d times 10 to the p, p up to 308, with the precision of one division or multiplication; below -308 of two
-  /// divisions in the first and 0 in the second.
+  /// d times 10 to the p, for p up to 308, by one multiplication or division. Below -308 the first divides twice and
+  /// the second gives 0.
   static double StrtodNormalPrecision(double d, int p);
   static double FastPath(double d, int p);
   static double Pow10(int n);  ///< n from 0 to 308, infinity for all others

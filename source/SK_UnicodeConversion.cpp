@@ -51,7 +51,7 @@ ConversionResult ReadUTF8(UTF8 const*& source, UTF8 const* sourceEnd, Conversion
   if (length > sourceEnd - source) {
     return sourceExhausted;
   }
-  if (!isLegalUTF8(source, length)) {
+  if (length > 4 || !isLegalUTF8(source, length)) {
     return sourceIllegal;
   }
   constexpr UTF32 kFirstByteBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -122,6 +123,10 @@ CodeFormat const kCodeFormats[] = {
     {"1/30", {1, 30}, 0},
     {"30 drop", {30, 1}, 1},
     {"negative", {-24, 1}, 0},
+    {"negative, of small primes as unsigned", {-256, 1}, 0},
+    {"two thousand million", {2000000000, 1}, 0},
+    {"two thousand million drop", {2000000000, 1}, 1},
+    {"negative scale as signed", {30, 4294967295U}, 0},
     {"large", {2147483647, 1}, 0},
     {"slow", {1, 2147483647}, 0},
     {"large scale", {2147483647, 4294967295U}, 1},
@@ -205,7 +210,10 @@ TEST(RelativeTimeReader, AgreesOnBaseTimesOfAnyKind) {
       format.SetSMPTEBaseTime(base);
       SK_RelativeTimeReader reader(format);
       for (int i = 0; i < 200; ++i) ASSERT_TRUE(Agrees(reader, RandomCode(random, format, 0), format));
-      ASSERT_TRUE(Agrees(reader, format.GetTimeStrLength() == 12 ? "00:00:00:000" : "00:00:00:00", format));
+      for (std::uint64_t second = 0; second < 6; ++second) {
+        std::string const clock = Clock(second);
+        ASSERT_TRUE(Agrees(reader, clock + (format.GetTimeStrLength() == 12 ? ":000" : ":00"), format));
+      }
     }
   }
 }
@@ -287,6 +295,55 @@ TEST(RelativeTimeReader, AgreesOnDates) {
         Mutate(text, random);
         ASSERT_TRUE(Agrees(reader, text, format));
       }
+    }
+  }
+}
+
+/// Year, month, day, hour, minute, second and milliseconds at the limits of the calendar and the clock, and
+/// beside them.
+using Fields = std::array<unsigned, 7>;
+std::vector<unsigned> const kFieldsAtLimits[] = {
+    {0, 1, 2015, 2016},        {1, 2, 3, 4, 11, 12, 13},      {0, 1, 2, 28, 29, 30, 31, 32}, {0, 1, 22, 23, 24, 25},
+    {0, 1, 2, 58, 59, 60, 61}, {0, 1, 2, 58, 59, 60, 61, 62}, {0, 1, 250, 500, 998, 999}};
+
+/// Makes each field another one with a chance of `percent`, and the last in any case: many differences
+/// show in the fraction only.
+Fields Redrawn(Fields fields, unsigned percent, std::mt19937& random) {
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    std::vector<unsigned> const& choice = kFieldsAtLimits[i];
+    if (i == 6 || random() % 100 < percent) fields[i] = choice[random() % choice.size()];
+  }
+  return fields;
+}
+
+std::string TextOf(Fields const& fields) {
+  std::string text;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    Put(text, fields[i], i == 0 ? 4 : i == 6 ? 3 : 2);
+    text += "--T::.Z"[i];
+  }
+  return text;
+}
+
+/// Where fields lie beside the calendar their order may not be that of the instants.
+TEST(RelativeTimeReader, AgreesBesideTheCalendar) {
+  std::mt19937 random(9);
+  for (int i = 0; i < 10000; ++i) {
+    Fields fields = Redrawn({2015, 1, 1, 0, 0, 0, 0}, 100, random);
+    if (i % 16 == 0) fields = {1, 1, 1, 0, 30, 0, 500};
+    if (i % 16 == 1) fields = {0, 12, 31, 0, 30, 0, 500};
+    SK_TimeFormat format;
+    format.SetUTCInfo(3, 1);
+    SK_DateTime base;
+    SK_TimeUtils::ParseUTCDateTime(TextOf(fields), 3, base);
+    if (i % 8 == 7) base.fraction = static_cast<std::int32_t>(random() % 4000) - 2000;
+    format.SetUTCBaseTime(base);
+    SK_RelativeTimeReader reader(format);
+    for (int k = 0; k < 20; ++k) {
+      Fields other = Redrawn(fields, 20, random);
+      if (i % 16 == 0 && k % 4 == 0) other = {0, 12, 31, other[3], other[4], other[5], other[6]};
+      if (i % 16 == 1 && k % 4 == 0) other = {1, 1, 1, other[3], other[4], other[5], other[6]};
+      ASSERT_TRUE(Agrees(reader, TextOf(other), format)) << "from " << TextOf(fields);
     }
   }
 }

@@ -5,21 +5,18 @@
 #include <pthread.h>
 #include <sys/resource.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <new>
-#include <random>
 #include <string>
 
 #include "ExactRange.h"
+#include "ParsedJson.h"
 #include "SK_Error.h"
-#include "SK_JsonBytes.h"
 
 namespace {
 
 using ns_sensor::SK_Exception;
 using SK_NAMESPACE_INT::JAllocator;
-using SK_NAMESPACE_INT::JDocument;
 using SK_NAMESPACE_INT::JValue;
 using SK_NAMESPACE_INT::SK_TdjsonParserUtils;
 
@@ -40,29 +37,6 @@ void ExpectSyntaxError(std::string const& message, long long offset, Work work) 
     EXPECT_EQ(error.GetFileLineNo(), -1);
   }
 }
-
-/// A value of the format, parsed by the operation that its first byte asks for.
-class Parsed {
- public:
-  explicit Parsed(std::string const& text, unsigned short depth = 0) {
-    ExactRange const range(text);
-    bool const isObject = text.find_first_of("{[") != std::string::npos && text[text.find_first_of("{[")] == '{';
-    auto* const parse = isObject ? &SK_TdjsonParserUtils::ParseJsonObject : &SK_TdjsonParserUtils::ParseJsonArray;
-    char const* const next = parse(range.begin(), range.end(), range.begin(), "top", value, mAllocator, depth);
-    length = static_cast<std::size_t>(next - range.begin());
-    // What was parsed keeps nothing of the input.
-    std::fill(range.begin(), range.end(), '#');
-  }
-
-  std::size_t GetAllocatedBytes() const { return mAllocator.Size(); }
-
- private:
-  JAllocator mAllocator;
-
- public:
-  JValue value;
-  std::size_t length;
-};
 
 TEST(TdjsonParserUtils, SkipsTheFourBlanks) {
   struct Row {
@@ -148,7 +122,7 @@ TEST_P(JsonStringAccepted, GivesTextAndPosition) {
 
 TEST_P(JsonStringAccepted, IsTheSameAsKeyAndValueOfAnObject) {
   std::string const text = GetParam().text.substr(0, GetParam().length);
-  Parsed const object("{" + text + ":" + text + "}");
+  ParsedJson const object("{" + text + ":" + text + "}");
   ASSERT_EQ(object.value.MemberCount(), 1U);
   JValue::Member const& member = *object.value.MemberBegin();
   EXPECT_EQ(std::string(member.name.GetString(), member.name.GetStringLength()), GetParam().value);
@@ -252,7 +226,7 @@ TEST(TdjsonParserUtils, OtherWordsAreNoBool) {
 
 TEST(TdjsonParserUtils, ObjectKeepsMembersInOrder) {
   std::string const text = "{ \"n\" : 1.5 ,\n\"s\":\"text\",\"t\":true,\"f\":false,\"a\":[1,2],\"o\":{\"x\":-3} }";
-  Parsed const object(text + " rest");
+  ParsedJson const object(text + " rest");
   EXPECT_EQ(object.length, text.size());
   ASSERT_TRUE(object.value.IsObject());
   ASSERT_EQ(object.value.MemberCount(), 6U);
@@ -270,7 +244,7 @@ TEST(TdjsonParserUtils, ObjectKeepsMembersInOrder) {
 }
 
 TEST(TdjsonParserUtils, AllNumbersAreDoubles) {
-  Parsed const array("[0,-1,5000000000,0.5]");
+  ParsedJson const array("[0,-1,5000000000,0.5]");
   for (JValue const& element : array.value.GetArray()) {
     EXPECT_TRUE(element.IsDouble());
   }
@@ -278,14 +252,14 @@ TEST(TdjsonParserUtils, AllNumbersAreDoubles) {
 }
 
 TEST(TdjsonParserUtils, RepeatedKeysAllStay) {
-  Parsed const object(R"({"a":1,"b":2,"a":3})");
+  ParsedJson const object(R"({"a":1,"b":2,"a":3})");
   ASSERT_EQ(object.value.MemberCount(), 3U);
   EXPECT_EQ(object.value.MemberBegin()[0].value.GetDouble(), 1.0);
   EXPECT_EQ(object.value.MemberBegin()[2].value.GetDouble(), 3.0);
 }
 
 TEST(TdjsonParserUtils, NegativeExponentMayTakeABlankAlong) {
-  Parsed const array("[1e-15 ,1e-5,1.2e-05 ]");
+  ParsedJson const array("[1e-15 ,1e-5,1.2e-05 ]");
   ASSERT_EQ(array.value.Size(), 3U);
   EXPECT_EQ(array.value[0].GetDouble(), 1e-15);
   EXPECT_EQ(array.value[1].GetDouble(), 1e-5);
@@ -303,14 +277,15 @@ TEST(TdjsonParserUtils, OutStaysAsItWasAfterAnError) {
 }
 
 TEST(TdjsonParserUtils, ContainersTakeNoMoreThanTheyNeed) {
-  Parsed const array("[" + std::string(R"({"a":1,"b":[2,3]})") + R"(,"fourteen bytes"])");
+  ParsedJson const array("[" + std::string(R"({"a":1,"b":[2,3]})") + R"(,"fourteen bytes"])");
   // Two elements, two members, two elements, and one string that does not fit into its value.
   EXPECT_EQ(array.GetAllocatedBytes(), 2 * sizeof(JValue) + 2 * sizeof(JValue::Member) + 2 * sizeof(JValue) + 16);
   EXPECT_EQ(array.value.Capacity(), 2U);
 }
 
 TEST(TdjsonParserUtils, LongKeysOfTheFormatTakeNoMemory) {
-  Parsed const object(R"({"numberStringProperties":1,"hasExpectedFrequecyB":2,"expectedMaxInterSampleDuratioX":3})");
+  ParsedJson const object(
+      R"({"numberStringProperties":1,"hasExpectedFrequecyB":2,"expectedMaxInterSampleDuratioX":3})");
   EXPECT_EQ(object.GetAllocatedBytes(), 3 * sizeof(JValue::Member) + 32);
   EXPECT_EQ(object.value["numberStringProperties"].GetDouble(), 1.0);
   EXPECT_EQ(object.value["hasExpectedFrequecyB"].GetDouble(), 2.0);
@@ -318,7 +293,7 @@ TEST(TdjsonParserUtils, LongKeysOfTheFormatTakeNoMemory) {
 }
 
 TEST(TdjsonParserUtils, StaticNumberNodeStaysBelow650Bytes) {
-  Parsed const array(
+  ParsedJson const array(
       R"([{"objectType":"dataStatic","displayName":"Speed over ground","matchName":"speedOverGround",)"
       R"("dataType":{"type":"number","numberStringProperties":{"pattern":{"isSigned":true,"digitsInteger":3,)"
       R"("digitsDecimal":2},"range":{"occurring":{"min":-12.25,"max":117.5},"legal":{"min":-999.99,"max":999.99}}}},)"
@@ -360,7 +335,7 @@ struct RefusedValue {
 class JsonValueRefused : public testing::TestWithParam<RefusedValue> {};
 
 TEST_P(JsonValueRefused, GivesCodeMessageAndOffset) {
-  ExpectSyntaxError(GetParam().message, GetParam().offset, [] { Parsed{GetParam().text}; });
+  ExpectSyntaxError(GetParam().message, GetParam().offset, [] { ParsedJson{GetParam().text}; });
 }
 
 char const kKeyQuotes[] = "Unable to find enclosing quotes for Tdjson key.";
@@ -463,13 +438,13 @@ char const kTooDeep[] = "SK does not support TDJSON dataGroup with nesting more 
 
 TEST(TdjsonParserUtils, Depth100Passes) {
   // The outermost array has depth 0.
-  EXPECT_EQ(Parsed(Nested(100)).length, 201U);
-  EXPECT_EQ(Parsed(Nested(101)).length, 203U);
+  EXPECT_EQ(ParsedJson(Nested(100)).length, 201U);
+  EXPECT_EQ(ParsedJson(Nested(101)).length, 203U);
 }
 
 TEST(TdjsonParserUtils, Depth101IsRefusedWithoutPosition) {
-  ExpectSyntaxError(kTooDeep, -1, [] { Parsed{Nested(102)}; });
-  ExpectSyntaxError(kTooDeep, -1, [] { Parsed{Nested(100000)}; });
+  ExpectSyntaxError(kTooDeep, -1, [] { ParsedJson{Nested(102)}; });
+  ExpectSyntaxError(kTooDeep, -1, [] { ParsedJson{Nested(100000)}; });
 }
 
 TEST(TdjsonParserUtils, ObjectsAndArraysShareTheDepth) {
@@ -477,18 +452,18 @@ TEST(TdjsonParserUtils, ObjectsAndArraysShareTheDepth) {
   for (int i = 0; i < 50; ++i) {
     text = R"({"a":[)" + text + "]}";
   }
-  EXPECT_EQ(Parsed("[" + text + "]").value.Size(), 1U);
-  ExpectSyntaxError(kTooDeep, -1, [&] { Parsed{"[[" + text + "]]"}; });
-  ExpectSyntaxError(kTooDeep, -1, [&] { Parsed{R"({"b":{"c":)" + text + "}}"}; });
+  EXPECT_EQ(ParsedJson("[" + text + "]").value.Size(), 1U);
+  ExpectSyntaxError(kTooDeep, -1, [&] { ParsedJson{"[[" + text + "]]"}; });
+  ExpectSyntaxError(kTooDeep, -1, [&] { ParsedJson{R"({"b":{"c":)" + text + "}}"}; });
 }
 
 TEST(TdjsonParserUtils, DepthBeginsWhereTheCallerSays) {
-  EXPECT_EQ(Parsed("[1]", 100).length, 3U);
-  EXPECT_EQ(Parsed(R"({"a":1})", 100).length, 7U);
-  ExpectSyntaxError(kTooDeep, -1, [] { Parsed("[[1]]", 100); });
-  ExpectSyntaxError(kTooDeep, -1, [] { Parsed("[1]", 101); });
-  ExpectSyntaxError(kTooDeep, -1, [] { Parsed(R"({"a":1})", 101); });
-  ExpectSyntaxError(kTooDeep, -1, [] { Parsed("x", 65535); });
+  EXPECT_EQ(ParsedJson("[1]", 100).length, 3U);
+  EXPECT_EQ(ParsedJson(R"({"a":1})", 100).length, 7U);
+  ExpectSyntaxError(kTooDeep, -1, [] { ParsedJson("[[1]]", 100); });
+  ExpectSyntaxError(kTooDeep, -1, [] { ParsedJson("[1]", 101); });
+  ExpectSyntaxError(kTooDeep, -1, [] { ParsedJson(R"({"a":1})", 101); });
+  ExpectSyntaxError(kTooDeep, -1, [] { ParsedJson("x", 65535); });
 }
 
 TEST(TdjsonParserUtils, DeepNestingFitsASmallStack) {
@@ -501,7 +476,7 @@ TEST(TdjsonParserUtils, DeepNestingFitsASmallStack) {
   ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
   pthread_t thread;
   auto const parse = [](void* argument) -> void* {
-    Parsed const parsed(*static_cast<std::string*>(argument));
+    ParsedJson const parsed(*static_cast<std::string*>(argument));
     return parsed.value.IsObject() ? argument : nullptr;
   };
   ASSERT_EQ(pthread_create(&thread, &attributes, parse, &text), 0);
@@ -514,10 +489,10 @@ TEST(TdjsonParserUtils, DeepNestingFitsASmallStack) {
 TEST(TdjsonParserUtils, EveryCutIsASyntaxError) {
   std::string const text = R"([ {"type":"data\"St\\atic", "yes":true,"no" : false,"list":[1,-2.5,3.25e+2,4e-5],)"
                            R"("inner":{"a":{"b":["x","y\u0041"]}}} , {"n":123456789012345678901234567890.5} ])";
-  EXPECT_EQ(Parsed(text).length, text.size());
+  EXPECT_EQ(ParsedJson(text).length, text.size());
   for (std::size_t length = 0; length < text.size(); ++length) {
     try {
-      Parsed{text.substr(0, length)};
+      ParsedJson{text.substr(0, length)};
       ADD_FAILURE() << "accepted when cut to " << length;
     } catch (SK_Exception const& error) {
       EXPECT_EQ(error.GetErrorCode(), 32) << length;
@@ -525,190 +500,6 @@ TEST(TdjsonParserUtils, EveryCutIsASyntaxError) {
       EXPECT_LE(error.GetFileOffset(), static_cast<long long>(length));
     }
   }
-}
-
-TEST(TdjsonParserUtils, WideSearchesFindWhatTheByteTestsFind) {
-  std::mt19937 random(20240611);
-  std::string const choices =
-      " \n\t\r\"\\\x01\x1F\x7F\x80\xFF"
-      "aZ ";
-  for (int round = 0; round < 3000; ++round) {
-    std::string text(random() % 70, random() % 2 == 0 ? ' ' : 'x');
-    for (unsigned long i = random() % 3; i > 0 && !text.empty(); --i) {
-      text[random() % text.size()] = choices[random() % choices.size()];
-    }
-    ExactRange const range(text);
-    char const* const stop = std::find_if(range.begin(), range.end(), SK_NAMESPACE_INT::IsJsonStringStop);
-    char const* const solid = std::find_if_not(range.begin(), range.end(), SK_NAMESPACE_INT::IsJsonBlank);
-    EXPECT_EQ(SK_NAMESPACE_INT::FindJsonStringStop(range.begin(), range.end()), stop);
-    EXPECT_EQ(SK_NAMESPACE_INT::SkipJsonBlanks(range.begin(), range.end()), solid);
-  }
-}
-
-/// Random documents of what the format and JSON have in common and mean alike.
-class RandomDocument {
- public:
-  explicit RandomDocument(unsigned seed) : mRandom(seed) {}
-
-  std::string Make() { return Container(0); }
-
-  /// Changes, inserts or removes some bytes.
-  std::string Mutate(std::string text) {
-    std::string const bytes = "{}[]\",:\\ 0123456789-+.eEtfnu\n\t\x01\x80";
-    for (unsigned changes = 1 + Below(3); changes > 0 && !text.empty(); --changes) {
-      std::size_t const at = Below(static_cast<unsigned>(text.size()));
-      char const byte = bytes[Below(static_cast<unsigned>(bytes.size()))];
-      switch (Below(4)) {
-        case 0:
-          text.erase(at, 1 + Below(4));
-          break;
-        case 1:
-          text.insert(at, 1, byte);
-          break;
-        case 2:
-          text.insert(at, text.substr(Below(static_cast<unsigned>(text.size())), Below(8)));
-          break;
-        default:
-          text[at] = byte;
-      }
-    }
-    return text;
-  }
-
- private:
-  unsigned Below(unsigned limit) { return static_cast<unsigned>(mRandom() % limit); }
-
-  std::string Blanks() {
-    std::string blanks;
-    for (unsigned i = Below(8) == 0 ? Below(40) : 0; i > 0; --i) {
-      blanks += " \n\t\r"[Below(4)];
-    }
-    return blanks;
-  }
-
-  std::string Container(int depth) {
-    bool const isObject = Below(2) == 0;
-    std::string text = isObject ? "{" : "[";
-    for (unsigned items = 1 + Below(4); items > 0; --items) {
-      text += Blanks();
-      if (isObject) {
-        text += String() + Blanks() + ":" + Blanks();
-      }
-      text += Value(depth) + Blanks() + (items > 1 ? "," : "");
-    }
-    return text + (isObject ? "}" : "]");
-  }
-
-  std::string Value(int depth) {
-    switch (Below(depth < 6 ? 6 : 4)) {
-      case 0:
-        return String();
-      case 1:
-        return Below(2) == 0 ? "true" : "false";
-      case 2:
-      case 3:
-        return Number();
-      default:
-        return Container(depth + 1);
-    }
-  }
-
-  std::string String() {
-    static char const* const kPieces[] = {"a",        "key",   "0",     " ",     R"(\")",      R"(\\)",
-                                          R"(\/)",    R"(\b)", R"(\f)", R"(\n)", R"(\r)",      R"(\t)",
-                                          "\xC3\xA9", "{",     "]",     ",",     "objectType", "dataDynamicNode"};
-    std::string text = "\"";
-    for (unsigned i = Below(9); i > 0; --i) {
-      text += kPieces[Below(sizeof kPieces / sizeof *kPieces)];
-    }
-    return text + "\"";
-  }
-
-  std::string Digits(unsigned count) {
-    std::string digits;
-    for (; count > 0; --count) {
-      digits += static_cast<char>('0' + Below(10));
-    }
-    return digits;
-  }
-
-  /// Integers that do not wrap, exponents of which no digit is lost, and at most sixteen digits of which the first
-  /// is not zero: behind them rapidjson takes one digit more.
-  std::string Number() {
-    std::string const sign = Below(3) == 0 ? "-" : "";
-    std::string const integer = Below(4) == 0 ? "0" : std::to_string(1 + Below(9)) + Digits(Below(9));
-    unsigned const longestFraction = integer == "0" ? 25 : 16 - static_cast<unsigned>(integer.size());
-    std::string text = sign + integer;
-    if (Below(2) == 0) {
-      text += "." + Digits(1 + Below(longestFraction));
-    }
-    switch (Below(6)) {
-      case 0:
-        return text + "e-" + std::to_string(Below(10));
-      case 1:
-        return text + "E+" + Digits(1 + Below(2));
-      default:
-        return text;
-    }
-  }
-
-  std::mt19937 mRandom;
-};
-
-/// Fails where two trees differ, as doubles where they hold numbers, in the order of their members.
-void ExpectEqualTrees(JValue const& ours, JValue const& theirs) {
-  ASSERT_EQ(ours.GetType(), theirs.GetType());
-  if (ours.IsNumber()) {
-    EXPECT_EQ(ours.GetDouble(), theirs.GetDouble());
-  } else if (ours.IsString()) {
-    EXPECT_EQ(std::string(ours.GetString(), ours.GetStringLength()),
-              std::string(theirs.GetString(), theirs.GetStringLength()));
-  } else if (ours.IsArray()) {
-    ASSERT_EQ(ours.Size(), theirs.Size());
-    for (rapidjson::SizeType i = 0; i < ours.Size(); ++i) {
-      ExpectEqualTrees(ours[i], theirs[i]);
-    }
-  } else if (ours.IsObject()) {
-    ASSERT_EQ(ours.MemberCount(), theirs.MemberCount());
-    for (rapidjson::SizeType i = 0; i < ours.MemberCount(); ++i) {
-      ExpectEqualTrees(ours.MemberBegin()[i].name, theirs.MemberBegin()[i].name);
-      ExpectEqualTrees(ours.MemberBegin()[i].value, theirs.MemberBegin()[i].value);
-    }
-  }
-}
-
-TEST(TdjsonParserUtils, CommonDocumentsGiveTheTreeOfRapidJson) {
-  RandomDocument random(7);
-  for (int round = 0; round < 4000; ++round) {
-    std::string const text = random.Make();
-    JDocument theirs;
-    theirs.Parse(text.data(), text.size());
-    ASSERT_FALSE(theirs.HasParseError()) << text;
-    Parsed const ours(text);
-    EXPECT_EQ(ours.length, text.size());
-    ExpectEqualTrees(ours.value, theirs);
-    ASSERT_FALSE(testing::Test::HasFailure()) << text;
-  }
-}
-
-TEST(TdjsonParserUtils, MutatedDocumentsParseOrEndInASyntaxError) {
-  RandomDocument random(11);
-  int accepted = 0;
-  int refused = 0;
-  for (int round = 0; round < 20000; ++round) {
-    std::string const text = random.Mutate(random.Make());
-    try {
-      EXPECT_LE(Parsed(text).length, text.size()) << text;
-      ++accepted;
-    } catch (SK_Exception const& error) {
-      ++refused;
-      ASSERT_EQ(error.GetErrorCode(), 32) << text;
-      ASSERT_GE(error.GetFileOffset(), -1) << text;
-      ASSERT_LE(error.GetFileOffset(), static_cast<long long>(text.size())) << text;
-    }
-  }
-  EXPECT_GT(accepted, 1000);
-  EXPECT_GT(refused, 1000);
 }
 
 }  // namespace

@@ -377,7 +377,7 @@ std::string GetTempFolder() {
 std::string ConjureDerivedPath(std::string const& path) {
   for (char tens = '0'; tens <= '9'; ++tens) {
     for (char ones = '0'; ones <= '9'; ++ones) {
-      std::string const derived = path + "._" + tens + ones + '_';
+      std::string derived = path + "._" + tens + ones + '_';
       if (!Exists(derived.c_str())) {
         return derived;
       }

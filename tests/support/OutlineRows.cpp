@@ -87,7 +87,7 @@ JDocument Parsed(std::string const& json) {
 JDocument Edited(std::string const& json, std::vector<Edit> const& edits) {
   JDocument document = Parsed(json);
   for (Edit const& edit : edits) {
-    rapidjson::Pointer const pointer(edit.pointer);
+    rapidjson::GenericPointer<JValue> const pointer(edit.pointer);
     if (edit.json == nullptr) {
       EXPECT_TRUE(pointer.Erase(document)) << edit.pointer;
     } else {

@@ -1,0 +1,108 @@
+#include "SK_SampleSearch.h"
+
+#include <exception>
+
+#include "SK_EightBytes.h"
+#include "SK_TimeTarget.h"
+
+namespace SK_NAMESPACE_INT {
+namespace {
+
+/// Sets up to here are found in a cache sooner than a guess is made.
+constexpr std::uint64_t kSmallSet = 1024;
+
+// How a sample begins that has its time first: `{"time":"`, as far as the search looks. Behind it stands a digit.
+constexpr std::string_view kTimeFirst = R"({"time":")";
+constexpr std::uint64_t kLookedAt = 0x0000FFFFFFFF00FFU;  // the brace and the letters
+
+std::int64_t MiddleOf(std::int64_t low, std::int64_t high) {
+  return low + (high - low + 1) / 2;
+}
+
+double Seconds(SK_Time const& time) {
+  return static_cast<double>(time.value) / time.scale;
+}
+
+}  // namespace
+
+SK_SampleSearch::SK_SampleSearch(SK_SampleSet const& set, SK_TimeFormat const& timeFormat,
+                                 SK_RelativeTimeReader& timeReader)
+    : mSet(set), mTimeFormat(timeFormat), mTimeReader(timeReader) {}
+
+/// What `SK_SampleSet::TimeOf` gives, without a call for the usual form.
+inline std::string_view SK_SampleSearch::TimeAt(std::uint64_t index) const {
+  char const* const sample = mSet.Address(index);
+  std::uint16_t const length = mTimeFormat.GetTimeStrLength();
+  if (mSet.info->mSampleSize > kTimeFirst.size() + length) {
+    std::uint64_t const difference = (LoadEight(sample) ^ LoadEight(kTimeFirst.data())) & kLookedAt;
+    char const* const text = sample + kTimeFirst.size();
+    if (difference == 0 && *text >= '0' && *text <= '9') {
+      return {text, length};
+    }
+  }
+  return mSet.TimeOf(index, length);
+}
+
+std::uint64_t SK_SampleSearch::DoBinarySearch(std::string_view target) const {
+  constexpr std::int64_t kNone = -1;
+  SK_TimeTarget const time(target, mTimeFormat);
+  std::int64_t low = 0;
+  auto high = static_cast<std::int64_t>(mSet.LastIndex());
+  std::int64_t result = kNone;
+  bool exact = false;
+  while (low <= high) {
+    std::int64_t const middle = MiddleOf(low, high);
+    int const order = time.Order(TimeAt(static_cast<std::uint64_t>(middle)));
+    if (order > 0) {
+      if (!exact) {
+        result = middle;
+      }
+      low = middle + 1;
+      continue;
+    }
+    if (order == 0) {
+      exact = true;
+      result = middle;
+    } else if (low == high && result == kNone) {
+      result = middle;
+    }
+    high = middle - 1;
+  }
+  return static_cast<std::uint64_t>(result);
+}
+
+/// Where the target would be if all samples were equally far apart, as they mostly are.
+bool SK_SampleSearch::Guess(std::string_view target, std::uint64_t& index) {
+  TemporalRange const& extent = mSet.info->mTemporalRange;
+  try {
+    double const start = Seconds(mTimeReader.Read(extent.mStartTime));
+    double const end = Seconds(mTimeReader.Read(extent.mEndTime));
+    double const part = (Seconds(mTimeReader.Read(target)) - start) / (end - start);
+    if (!(part >= 0 && part <= 1)) {
+      return false;
+    }
+    index = static_cast<std::uint64_t>(part * static_cast<double>(mSet.LastIndex()) + 0.5);
+    return true;
+  } catch (std::exception const&) {
+    return false;  // a time that is none: the search itself tells
+  }
+}
+
+void SK_SampleSearch::Prefetch(std::string_view target) {
+  std::uint64_t guess = 0;
+  if (mSet.info->mSampleCount <= kSmallSet || !Guess(target, guess)) {
+    return;
+  }
+  auto const found = static_cast<std::int64_t>(guess);
+  std::int64_t low = 0;
+  auto high = static_cast<std::int64_t>(mSet.LastIndex());
+  while (low <= high) {
+    std::int64_t const middle = MiddleOf(low, high);
+    __builtin_prefetch(mSet.Address(static_cast<std::uint64_t>(middle)));
+    bool const isBehind = found > middle;
+    low = isBehind ? middle + 1 : low;
+    high = isBehind ? high : middle - 1;
+  }
+}
+
+}  // namespace SK_NAMESPACE_INT

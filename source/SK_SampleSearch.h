@@ -1,0 +1,39 @@
+/// Finds samples by time: a binary search on the text in the mapping.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "SK_RelativeTimeReader.h"
+#include "SK_SampleSet.h"
+#include "SK_TimeFormat.h"
+
+namespace SK_NAMESPACE_INT {
+
+class SK_TimeTarget;
+
+class SK_SampleSearch {
+ public:
+  /// All three must outlive the object.
+  SK_SampleSearch(SK_SampleSet const& set, SK_TimeFormat const& timeFormat, SK_RelativeTimeReader& timeReader);
+
+  /// The first sample at `target`; without one, the last before it; without one, the first of the set. Code 39
+  /// for a malformed sample on the way.
+  ///
+  /// In a set that is not in the order of time the answer depends on which samples are looked at, and so does
+  /// whether a malformed one is met: the way is fixed behaviour.
+  std::uint64_t DoBinarySearch(std::string_view target) const;
+
+  /// Asks for the memory that a search for `target` is going to want, all of it at once. It changes no result.
+  void Prefetch(std::string_view target);
+
+ private:
+  std::string_view TimeAt(std::uint64_t index) const;
+  bool Guess(std::string_view target, std::uint64_t& index);
+
+  SK_SampleSet const& mSet;
+  SK_TimeFormat const& mTimeFormat;
+  SK_RelativeTimeReader& mTimeReader;
+};
+
+}  // namespace SK_NAMESPACE_INT
