@@ -90,14 +90,14 @@ SK_TimeFormat TakeFormat(Input& input) {
   return format;
 }
 
-/// The quick way and the described one agree, and the time can be written again.
+/// The quick way and the general one agree, and the time can be written again.
 void CheckConversion(SK_RelativeTimeReader& reader, std::string_view text, SK_TimeFormat const& format) {
   SK_Time expected;
   SK_Time actual;
-  int const described = Outcome([&] { SK_Utils::ConvertTimeStrToRelativeSKTime(text, expected, format); });
+  int const general = Outcome([&] { SK_Utils::ConvertTimeStrToRelativeSKTime(text, expected, format); });
   int const quick = Outcome([&] { reader.Read(text, actual); });
-  Require(quick == described);
-  if (described != 0) return;
+  Require(quick == general);
+  if (general != 0) return;
   Require(actual.value == expected.value && actual.scale == expected.scale);
   std::string written;
   SK_Utils::ConvertSKTimeToRelativeStr(expected, written, format);

@@ -179,7 +179,7 @@ inline bool SK_RelativeTimeReader::FrameToTime(std::uint32_t frame, SK_Time& out
   return frame < mFactorLimit;
 }
 
-/// False for a text that is left to the described conversion.
+/// False for a text that is left to the general conversion.
 inline bool SK_RelativeTimeReader::ReadSMPTE(std::string_view text, SK_Time& out) const {
   std::uint32_t frame = 0;
   if (!ReadFrame(text, frame)) return false;
@@ -246,7 +246,7 @@ inline void SK_RelativeTimeReader::AddFraction(std::uint32_t seconds, std::uint3
   Mp_Double2RatioSmart(static_cast<double>(seconds) + rest, &out);
 }
 
-/// False for a text that is left to the described conversion. Otherwise both dates lie in the calendar, so that
+/// False for a text that is left to the general conversion. Otherwise both dates lie in the calendar, so that
 /// fields, days and seconds order them alike.
 inline bool SK_RelativeTimeReader::ReadUTC(std::string_view text, SK_Time& out) {
   std::size_t const zone = kUTCFraction + mFractionDigits;

@@ -36,7 +36,7 @@ class SK_RelativeTimeReader {
     std::uint32_t limit;    ///< the largest quotient; any larger product is that of no multiple
     std::uint32_t exponent;
   };
-  static constexpr std::size_t kMostOddPrimes = 9;  // their product is 2 to the 31st and more from there on
+  static constexpr std::size_t kMostOddPrimes = 9;  // the product of the first nine is above 2 to the 31st
 
   void PrepareFrames();
   void PrepareFrameBase();

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 
 #include "SK_DynamicSampleInfo.h"
 #include "SK_Error.h"
+#include "SK_IntegerOf.h"
 #include "SK_TimeText.h"
 #include "SK_TimeUtils.h"
 #include "SK_Utils.h"
@@ -96,19 +96,6 @@ constexpr std::uint64_t kTimeFirstOffset = 9;  // `{"time":"`
 bool FirstKeyIs(std::string_view key, char const* begin, char const* end) {
   if (end - begin <= kFirstKeyOffset + static_cast<std::ptrdiff_t>(key.size())) return false;
   return std::equal(key.begin(), key.end(), begin + kFirstKeyOffset);
-}
-
-/// Sums and products of widths, which come from the file, end at this instead of wrapping.
-constexpr std::uint64_t kTooFar = std::numeric_limits<std::uint64_t>::max();
-
-std::uint64_t AddUpToLimit(std::uint64_t a, std::uint64_t b) {
-  std::uint64_t sum = 0;
-  return __builtin_add_overflow(a, b, &sum) ? kTooFar : sum;
-}
-
-std::uint64_t MultiplyUpToLimit(std::uint64_t a, std::uint64_t b) {
-  std::uint64_t product = 0;
-  return __builtin_mul_overflow(a, b, &product) ? kTooFar : product;
 }
 
 /// Bytes from the opening brace of a sample with its value first to its time text.

@@ -41,7 +41,7 @@ Outcome OutcomeOf(Read read) {
   return outcome;
 }
 
-Outcome Described(std::string_view text, SK_TimeFormat const& format) {
+Outcome General(std::string_view text, SK_TimeFormat const& format) {
   return OutcomeOf([&] {
     SK_Time time;
     SK_Utils::ConvertTimeStrToRelativeSKTime(text, time, format);
@@ -50,7 +50,7 @@ Outcome Described(std::string_view text, SK_TimeFormat const& format) {
 }
 
 ::testing::AssertionResult Agrees(SK_RelativeTimeReader& reader, std::string_view text, SK_TimeFormat const& format) {
-  Outcome const expected = Described(text, format);
+  Outcome const expected = General(text, format);
   Outcome const actual = OutcomeOf([&] { return reader.Read(text); });
   if (actual == expected) return ::testing::AssertionSuccess();
   return ::testing::AssertionFailure() << testing::PrintToString(text) << " gives " << actual << ", not " << expected;
