@@ -124,9 +124,17 @@ TEST(TimeAxis, NamesBeginMiddleAndEndInSeconds) {
   EXPECT_EQ(lines[1], std::string(4, ' ') + "0 s" + std::string(16, ' ') + "4.5 s" + std::string(14, ' ') + "9 s");
 }
 
+TEST(TimeAxis, LongSpansHaveLargerUnits) {
+  EXPECT_NE(TimeAxisLines(0, 119, 40, 0)[1].find("119 s"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(0, 120, 40, 0)[1].find("2 min"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(0, 7199, 40, 0)[1].find("min"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(3600, 10800, 40, 0)[1].find("3 h"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(0, 31622400, 40, 0)[1].find("366 d"), std::string::npos);
+}
+
 TEST(TimeAxis, LeavesOutWhatHasNoRoom) {
-  std::vector<std::string> const lines = TimeAxisLines(100000, 900000, 12, 0);
-  EXPECT_EQ(lines[1].find("500000"), std::string::npos);
+  std::vector<std::string> const lines = TimeAxisLines(100000, 100009, 12, 0);
+  EXPECT_EQ(lines[1].find("100004"), std::string::npos);
   EXPECT_LE(lines[1].size(), 13u);
 }
 

@@ -23,6 +23,21 @@ std::int64_t RowOf(double value, Curve const& curve, std::size_t rows) {
   return static_cast<std::int64_t>(std::lround(share * last));
 }
 
+struct TimeUnit {
+  double seconds;
+  char const* name;
+};
+
+/// The largest unit of which a span has at least two.
+TimeUnit UnitFor(double span) {
+  for (TimeUnit const& unit : {TimeUnit{86400, " d"}, TimeUnit{3600, " h"}, TimeUnit{60, " min"}}) {
+    if (span >= 2 * unit.seconds) {
+      return unit;
+    }
+  }
+  return {1, " s"};
+}
+
 std::string PadLeft(std::string const& text, std::size_t width) {
   return text.size() >= width ? text : std::string(width - text.size(), ' ') + text;
 }
@@ -141,6 +156,8 @@ std::vector<std::string> PanelLines(Curve const& curve, Join join, std::size_t w
 }
 
 std::vector<std::string> TimeAxisLines(double from, double to, std::size_t width, std::size_t labelWidth) {
+  TimeUnit const unit = UnitFor(to - from);
+  auto const label = [&](double seconds) { return AxisNumber(seconds / unit.seconds) + unit.name; };
   std::string axis;
   for (std::size_t x = 0; x != width; ++x) {
     axis += x == 0 || x == width / 2 || x + 1 == width ? "┬" : "─";
@@ -158,9 +175,9 @@ std::vector<std::string> TimeAxisLines(double from, double to, std::size_t width
       numbers.replace(start, text.size(), text);
     }
   };
-  place(AxisNumber(to) + " s", width - 1);
-  place(AxisNumber(from) + " s", 0);
-  place(AxisNumber(from / 2 + to / 2) + " s", width / 2);
+  place(label(to), width - 1);
+  place(label(from), 0);
+  place(label(from / 2 + to / 2), width / 2);
   return {std::string(labelWidth, ' ') + "└" + axis, numbers.substr(0, numbers.find_last_not_of(' ') + 1)};
 }
 

@@ -84,7 +84,8 @@ std::string AxisNumber(double number);
 std::vector<std::string> PanelLines(Curve const& curve, Join join, std::size_t width, std::size_t height,
                                     std::size_t labelWidth);
 
-/// Axis of time below a panel: two lines, with the seconds at begin, middle and end.
+/// Axis of time below a panel: two lines, with the times at begin, middle and end. from, to: seconds; they
+/// are shown in minutes, hours or days where the span is long.
 std::vector<std::string> TimeAxisLines(double from, double to, std::size_t width, std::size_t labelWidth);
 
 }  // namespace senmark_tool

@@ -55,8 +55,19 @@ void Add(Chart& chart, std::size_t curve, std::size_t columns, double seconds, d
   }
 }
 
-Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& data, senmark::Extent const& extent,
-                std::size_t columns) {
+/// The display name of the node that a set belongs to. Files tell units there, if anywhere.
+std::string NameOfSet(senmark::File const& file, std::string const& id) {
+  std::string name;
+  file.walk([&](senmark::Node const& node, int) {
+    if (node.dynamic && node.dynamic->sampleSetId == id) {
+      name = node.displayName;
+    }
+  });
+  return name;
+}
+
+Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& data, std::string const& name,
+                senmark::Extent const& extent, std::size_t columns) {
   Chart chart;
   chart.extent = extent;
   senmark::NumberArrayProperties const* const array = std::get_if<senmark::NumberArrayProperties>(&data.properties);
@@ -64,7 +75,9 @@ Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& d
   for (std::uint64_t i = 0; i != count; ++i) {
     chart.curves.emplace_back(columns);
     bool const isNamed = array != nullptr && i < array->displayNames.size();
-    chart.names.push_back(isNamed ? array->displayNames[i] : array == nullptr ? "value" : std::to_string(i));
+    chart.names.push_back(name + (array == nullptr ? ""
+                                  : isNamed        ? ", " + array->displayNames[i]
+                                                   : ", " + std::to_string(i)));
   }
   for (senmark::Sample const& sample : range) {
     double const seconds = sample.time.seconds();
@@ -187,7 +200,8 @@ int RunPlot(senmark::Senmark const& manager, Request const& request, std::ostrea
   // The numbers of an axis take at most 12 columns, so this is enough room for them.
   std::size_t const chartWidth = width - 13;
   std::size_t const columns = chartWidth * BrailleCanvas::kDotsAcross;
-  Chart const chart = MakeChart(RequestedSamples(manager, file, samples, request), samples.data(), *extent, columns);
+  Chart const chart = MakeChart(RequestedSamples(manager, file, samples, request), samples.data(),
+                                NameOfSet(file, request.sampleSet), *extent, columns);
   if (request.asJson) {
     WriteChart(out, chart, request, columns);
     return kFine;
