@@ -489,7 +489,7 @@ constexpr char kStatics[] =
 TEST_F(Host, NodesHaveTheirProperties) {
   senmark::File const file = mManager.open(Write(NumberSetFile::Smpte(30).AddNode(kStatics).Add("s", {0, 15})));
   senmark::Node const number = file.node("[\"g\"][0]");
-  EXPECT_EQ(number.kind, senmark::NodeKind::kStatic);
+  EXPECT_EQ(number.kind, senmark::eNodeKind::kStatic);
   EXPECT_EQ(number.displayName, "N");
   EXPECT_EQ(number.matchName, "n");
   ASSERT_TRUE(number.fixed);
@@ -517,7 +517,7 @@ TEST_F(Host, NodesHaveTheirProperties) {
   ASSERT_TRUE(dynamic.dynamic);
   EXPECT_EQ(dynamic.dynamic->sampleSetId, "s");
   EXPECT_EQ(dynamic.dynamic->sampleCount, 2u);
-  EXPECT_EQ(dynamic.dynamic->interpolation, senmark::Interpolation::kLinear);
+  EXPECT_EQ(dynamic.dynamic->interpolation, senmark::eInterpolation::kLinear);
   EXPECT_EQ(dynamic.dynamic->extent->end, (Time{1, 2}));
 }
 

@@ -100,7 +100,7 @@ void Curve::Add(std::size_t column, double value) {
   ++mCount;
 }
 
-void DrawCurve(Curve const& curve, Join join, BrailleCanvas& canvas) {
+void DrawCurve(Curve const& curve, eJoin join, BrailleCanvas& canvas) {
   std::size_t const rows = canvas.DotRows();
   std::int64_t lastColumn = -1;
   std::int64_t lastRow = 0;
@@ -111,13 +111,13 @@ void DrawCurve(Curve const& curve, Join join, BrailleCanvas& canvas) {
     }
     std::int64_t const x = static_cast<std::int64_t>(i);
     std::int64_t const firstRow = RowOf(column.first, curve, rows);
-    if (lastColumn >= 0 && join == Join::kLines) {
+    if (lastColumn >= 0 && join == eJoin::kLines) {
       canvas.Line(lastColumn, lastRow, x, firstRow);
-    } else if (lastColumn >= 0 && join == Join::kSteps) {
+    } else if (lastColumn >= 0 && join == eJoin::kSteps) {
       canvas.Line(lastColumn, lastRow, x, lastRow);
       canvas.Line(x, lastRow, x, firstRow);
     }
-    if (join == Join::kDots) {
+    if (join == eJoin::kDots) {
       canvas.Dot(x, firstRow);
       canvas.Dot(x, RowOf(column.min, curve, rows));
       canvas.Dot(x, RowOf(column.max, curve, rows));
@@ -135,7 +135,7 @@ std::string AxisNumber(double number) {
   return std::string(text.data(), static_cast<std::size_t>(length));
 }
 
-std::vector<std::string> PanelLines(Curve const& curve, Join join, std::size_t width, std::size_t height,
+std::vector<std::string> PanelLines(Curve const& curve, eJoin join, std::size_t width, std::size_t height,
                                     std::size_t labelWidth) {
   BrailleCanvas canvas(width, height);
   DrawCurve(curve, join, canvas);

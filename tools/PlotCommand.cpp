@@ -92,16 +92,16 @@ Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& d
   return chart;
 }
 
-Join JoinOf(senmark::Interpolation interpolation) {
+eJoin JoinOf(senmark::eInterpolation interpolation) {
   switch (interpolation) {
-    case senmark::Interpolation::kLinear:
-      return Join::kLines;
-    case senmark::Interpolation::kHold:
-      return Join::kSteps;
-    case senmark::Interpolation::kNone:
+    case senmark::eInterpolation::kLinear:
+      return eJoin::kLines;
+    case senmark::eInterpolation::kHold:
+      return eJoin::kSteps;
+    case senmark::eInterpolation::kNone:
       break;
   }
-  return Join::kDots;
+  return eJoin::kDots;
 }
 
 /// Columns that the numbers of all axes need.
@@ -113,7 +113,7 @@ std::size_t LabelWidth(Chart const& chart) {
   return width;
 }
 
-void PrintChart(std::ostream& out, Chart const& chart, Join join, std::size_t width, std::size_t height) {
+void PrintChart(std::ostream& out, Chart const& chart, eJoin join, std::size_t width, std::size_t height) {
   std::size_t const labelWidth = LabelWidth(chart);
   for (std::size_t i = 0; i != chart.curves.size(); ++i) {
     Curve const& curve = chart.curves[i];
@@ -144,13 +144,13 @@ void WriteChart(std::ostream& out, Chart const& chart, Request const& request, s
   json.Key("to");
   WriteTime(json, chart.extent.end);
   json.Key("curves");
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   for (std::size_t i = 0; i != chart.curves.size(); ++i) {
     json.BeginObject();
     json.Key("name");
     json.String(chart.names[i]);
     json.Key("columns");
-    json.BeginArray(JsonWriter::Layout::kLines);
+    json.BeginArray(JsonWriter::eLayout::kLines);
     for (std::size_t column = 0; column != columns; ++column) {
       CurveColumn const& cell = chart.curves[i].Columns()[column];
       if (!cell.isUsed) {
@@ -186,8 +186,8 @@ int RunPlot(senmark::Senmark const& manager, Request const& request, std::ostrea
 
   senmark::File const file = manager.open(request.file);
   senmark::Samples const samples = RequestedSet(file, request);
-  senmark::ValueType const type = samples.data().type;
-  if (type != senmark::ValueType::kNumber && type != senmark::ValueType::kNumberArray) {
+  senmark::eValueType const type = samples.data().type;
+  if (type != senmark::eValueType::kNumber && type != senmark::eValueType::kNumberArray) {
     throw UsageError("the samples of \"" + request.sampleSet + "\" are no numbers");
   }
   std::optional<senmark::Extent> const extent = RequestedExtent(manager, file, samples, request);

@@ -90,15 +90,19 @@ int RunCommand(CommandLine const& line) {
 
 }  // namespace
 
-int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): without memory the program ends
-  std::ios::sync_with_stdio(false);
-  CLI::App app("Looks into files of timed sensor data.", "senmark");
-  CommandLine line;
-  AddCommands(app, line);
+int main(int argc, char** argv) {
   try {
-    app.parse(argc, argv);
-  } catch (CLI::ParseError const& error) {
-    return app.exit(error) == 0 ? senmark_tool::kFine : senmark_tool::kUsageAtFault;
+    std::ios::sync_with_stdio(false);
+    CLI::App app("Looks into files of timed sensor data.", "senmark");
+    CommandLine line;
+    AddCommands(app, line);
+    try {
+      app.parse(argc, argv);
+    } catch (CLI::ParseError const& error) {
+      return app.exit(error) == 0 ? senmark_tool::kFine : senmark_tool::kUsageAtFault;
+    }
+    return RunCommand(line);
+  } catch (...) {
+    return senmark_tool::kFileAtFault;  // no memory is left even for a message
   }
-  return RunCommand(line);
 }
