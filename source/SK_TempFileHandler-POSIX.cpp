@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <limits>
-#include <vector>
 
 #include "SK_Error.h"
 #include "SK_FileIO.h"
@@ -75,9 +74,8 @@ bool SK_TempFileHandler::GetTempDir(std::string& dir) {
 
 void SK_TempFileHandler::GetTempFileDescriptor(std::string& path) {
   path += "XXXXXX";
-  std::vector<char> name(path.c_str(), path.c_str() + path.size() + 1);
-  mFileDescriptor = ::mkostemp(name.data(), O_CLOEXEC);
-  mFilePath.assign(name.data());
+  mFilePath = path;  // before there is a file: nothing may fail between making it and knowing its name
+  mFileDescriptor = ::mkostemp(mFilePath.data(), O_CLOEXEC);
   if (mFileDescriptor == -1) {
     ThrowError({ns_sensor::kCannotMakeTempFile, SK_Message::kFailureOpeningTempFile, -1, -1});
   }

@@ -48,9 +48,14 @@ std::atomic<unsigned short> SenmarkImpl::mInitializationCount{0};
 SenmarkImpl* SenmarkImpl::Initialize(char const* pluginFolder, char const* wantedModules, char const* locale) {
   SK_Mutex const lock;
   if (mInitializationCount == 0) {
-    SK_Localizer::Initialize(locale == nullptr ? SKEnglishUSCode : locale);
-    SK_ConverterManager::Initialize(pluginFolder, wantedModules);
-    mSKInstance = new SenmarkImpl();
+    try {
+      SK_Localizer::Initialize(locale == nullptr ? SKEnglishUSCode : locale);
+      SK_ConverterManager::Initialize(pluginFolder, wantedModules);
+      mSKInstance = new SenmarkImpl();
+    } catch (...) {
+      ShutDown();  // the next creation is a first one again, and must not find half of this one
+      throw;
+    }
   }
   // Counted when nothing can fail any more: a failed creation needs no destruction.
   ++mInitializationCount;
@@ -62,10 +67,7 @@ bool SenmarkImpl::Terminate() {
   if (mInitializationCount == 0 || --mInitializationCount != 0) {
     return false;
   }
-  SK_ConverterManager::Terminate();
-  SK_Localizer::Terminate();
-  delete mSKInstance;
-  mSKInstance = nullptr;
+  ShutDown();
   return true;
 }
 
@@ -138,6 +140,13 @@ SenmarkImpl::~SenmarkImpl() {
   } catch (...) {
     // The host is shutting the library down: there is nobody left to tell.
   }
+}
+
+void SenmarkImpl::ShutDown() {
+  SK_ConverterManager::Terminate();
+  SK_Localizer::Terminate();
+  delete mSKInstance;
+  mSKInstance = nullptr;
 }
 
 void SenmarkImpl::OpenLocked(ISensorFileHandler** handler, char const* path, char const* outputPath) {

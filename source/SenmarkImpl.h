@@ -30,6 +30,9 @@ class SenmarkImpl : public ISenmark_I {
   SenmarkImpl() = default;
   ~SenmarkImpl() override;
 
+  /// Undoes what the first creation set up. The lock is held.
+  static void ShutDown();
+
   /// Opens `path`, or counts one more opening of it. The lock is held.
   void OpenLocked(ISensorFileHandler** handler, char const* path, char const* outputPath);
 

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "SK_Assert.h"
 #include "SK_Error.h"
@@ -302,7 +303,7 @@ bool GetTempFile(std::string& path, std::string const& folder) {
   if (fd == -1) {
     Throw(ns_sensor::kCannotMakeTempFile, SK_Message::kTempFileOpen, "File_IO::GetTempFile");
   }
-  path = name;
+  path = std::move(name);  // which cannot fail: the file must not be lost
   Close(fd);
   return true;
 }
@@ -330,13 +331,13 @@ void SwapData(char const* pathA, char const* pathB) {
   Rename(pathA, thirdPath.c_str());
   try {
     Rename(pathB, pathA);
-  } catch (ns_sensor::SK_Exception const&) {
+  } catch (...) {
     MoveBack(thirdPath.c_str(), pathA);
     throw;
   }
   try {
     Rename(thirdPath.c_str(), pathB);
-  } catch (ns_sensor::SK_Exception const&) {
+  } catch (...) {
     MoveBack(pathA, pathB);
     MoveBack(thirdPath.c_str(), pathA);
     throw;
