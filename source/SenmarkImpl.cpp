@@ -89,7 +89,7 @@ void SenmarkImpl::CloseFile(ISensorFileHandler** handler) {
     if (handler == nullptr || *handler == nullptr) {
       ThrowInvalidPointer("ISensorFileHandler");
     }
-    if (mFileHandlerMap.empty()) {
+    if (mOpenPathCount == 0) {
       ThrowError({kNoFileOpen, SK_Message::kNoFileOpened, -1, -1});
     }
     // A foreign object fails in the cast, as an unknown exception.
@@ -105,6 +105,7 @@ void SenmarkImpl::CloseFile(ISensorFileHandler** handler) {
     }
     ISensorFileHandler* const lastUse = openHandler;
     mFileHandlerMap.erase(entry);
+    mOpenPathCount = mFileHandlerMap.size();
     DestroyHandler(lastUse);
     *handler = nullptr;
   });
@@ -165,6 +166,7 @@ void SenmarkImpl::OpenLocked(ISensorFileHandler** handler, char const* path, cha
   auto opened = std::make_unique<SensorFileHandlerImpl>(path, std::strlen(path), info->filePath.c_str(),
                                                         info->filePath.size(), info->version);
   mFileHandlerMap[path] = {opened.get(), static_cast<unsigned short>(1)};
+  mOpenPathCount = mFileHandlerMap.size();
   *handler = opened.release();
   if (IsOutputWanted(outputPath)) {
     CopyTdjsonAtPath(outputPath, info->filePath.c_str(), info->isTemporary);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <map>
 #include <string>
 #include <utility>
@@ -46,6 +47,7 @@ class SenmarkImpl : public ISenmark_I {
   // From the path as the client gave it to the handler and how often it is open. Paths are compared byte
   // for byte: two spellings of one file have two handlers.
   std::map<std::string, std::pair<ISensorFileHandler*, unsigned short>> mFileHandlerMap;
+  std::atomic<std::size_t> mOpenPathCount{0};  // entries of the map, for a close that does not hold the lock yet
 
   static SenmarkImpl* mSKInstance;
   static std::atomic<unsigned short> mInitializationCount;
