@@ -129,6 +129,16 @@ TEST_F(SensorFileHandler, StaticNodesOfVersion1) {
             "  range 0..1 legal 0..1\n");
 }
 
+TEST_F(SensorFileHandler, EmptyStaticTextHasSizeZero) {
+  std::string empty = kSmallVersion2;
+  empty.replace(empty.find("left  "), 6, "");
+  ISensorFileHandler* const file = mHost.Open(mFolder.Write("empty.tdjson", empty));
+  EXPECT_EQ(StaticInfo(file, R"(["arm"]["label"])"),
+            "static \"Label\" \"label\" type 1 value \"\" size 0\n"
+            "  string 8 bytes, 1 digits, events\n");
+  EXPECT_EQ(mHost.Close(file), nullptr);
+}
+
 TEST_F(SensorFileHandler, DynamicNodes) {
   EXPECT_EQ(DynamicInfo(mVersion2, R"(["arm"]["angle"])"),
             "dynamic \"Angle\" \"angle\" type 0 set \"a1\" count 4 interpolation 1 frequency start 0/1 duration 1/1 "
@@ -374,6 +384,19 @@ TEST_F(SensorFileHandler, NodeOfAnotherKindIsRefused) {
   std::string const leaf = R"(["arm"]["angle"])";
   mVersion2->getGroupChildren(leaf.c_str(), leaf.size(), &mHost, &mHost);
   EXPECT_EQ(mHost.TakeError(), (ReportedError{33, "Leaf node is not a group node.", -1, -1}));
+}
+
+TEST_F(SensorFileHandler, ProcThatThrowsIsReportedAndNothingMoreIsSent) {
+  int callsLeft = 2;
+  mHost.onCall = [&callsLeft] {
+    if (callsLeft-- == 0) {
+      throw 1;
+    }
+  };
+  EXPECT_EQ(Samples(mVersion2, "a1", {0, 1}, {2, 1}), "count 4\nsample 0/1 1.5 size 0\n");
+  EXPECT_EQ(mHost.TakeError(), (ReportedError{23, "Unknown exception occurred.", -1, -1}));
+  mHost.onCall = [] {};
+  EXPECT_EQ(Samples(mVersion2, "a1", {0, 1}, {0, 1}), "count 1\nsample 0/1 1.5 size 0\n");
 }
 
 TEST_F(SensorFileHandler, NullResultsAreRefusedFirst) {

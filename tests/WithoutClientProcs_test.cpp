@@ -6,6 +6,7 @@
 #include "RecordingHost.h"
 #include "SmallFiles.h"
 #include "TempFolder.h"
+#include "senmark/SK_Records.h"
 #include "senmark/Senmark.h"
 
 namespace senmark_test {
@@ -44,6 +45,14 @@ TEST(WithoutClientProcs, EveryAnswerIsAnErrorThatIsTheLastOne) {
   handler->getFileInfo(&info, nullptr, nullptr);
   EXPECT_EQ(LastError(true), expected);
   EXPECT_EQ(info.creator, "by hand");
+  std::vector<ns_sensor::SK_VideoSyncTime> list;
+  handler->getVideoSyncTime(&list, nullptr, nullptr);
+  EXPECT_EQ(LastError(true), expected);
+  EXPECT_EQ(list.size(), 2u);
+  ns_sensor::SK_DynamicSampleInfo sampleInfo;
+  handler->getSampleInfo("a1", 2, 0, 1, 1, 1, &sampleInfo, 0, nullptr, nullptr);
+  EXPECT_EQ(LastError(true).code, 0) << "what it tells needs no procs";
+  EXPECT_EQ(sampleInfo.sampleCount, 4u);
   manager->closeFile(&handler, nullptr);
   DestroySenmark_1(&manager, nullptr);
 }

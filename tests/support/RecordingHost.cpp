@@ -227,7 +227,10 @@ std::string ValueText(std::uint8_t kind, void const* value, std::uint64_t size) 
     case ns_sensor::kNumberValue:
       return NumberText(*static_cast<double const*>(value)) + " size " + std::to_string(size);
     case ns_sensor::kStringValue:
-      return Quote(std::string(static_cast<char const*>(value), size)) + " size " + std::to_string(size);
+      // An empty text has an address too.
+      return value == nullptr
+                 ? "null"
+                 : Quote(std::string(static_cast<char const*>(value), size)) + " size " + std::to_string(size);
     case ns_sensor::kNumberArrayValue: {
       std::string text = "[";
       for (std::uint64_t i = 0; i != size; ++i) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -58,7 +59,13 @@ class RecordingHost {
   /// Has the properties pushed from inside the data info procs.
   bool fetchProperties = true;
 
-  void AddCall(std::string const& line) { mCalls += line + '\n'; }
+  /// Run before each call is kept; what it throws passes into the library.
+  std::function<void()> onCall = [] {};
+
+  void AddCall(std::string const& line) {
+    onCall();
+    mCalls += line + '\n';
+  }
   void AddError(ReportedError const& error) { mErrors.push_back(error); }
 
  private:
