@@ -20,7 +20,7 @@ bool SK_NumberLayout::Learn(std::string_view text) {
   }
   std::size_t const integerDigits = point - mHasSign;
   std::size_t const decimals = point < text.size() ? text.size() - point - 1 : 0;
-  if (integerDigits > kChunk || decimals > kChunk * kMostDecimalChunks || integerDigits + decimals == 0) {
+  if (integerDigits > kChunk || decimals > std::size_t{kChunk} * kMostDecimalChunks || integerDigits + decimals == 0) {
     return false;
   }
   mIntegerEnd = point;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -92,7 +93,7 @@ bool SK_NumberLayout::Read(char const* text, double& out) const {
   if constexpr (kChunks != 0) {
     wrong |= *integerEnd == '.' ? 0U : 1U;
     for (unsigned i = 0; i + 1 < kChunks; ++i) {
-      chunks[i] = DigitsIn(integerEnd + 1 + i * kChunk, ~std::uint64_t{0});
+      chunks[i] = DigitsIn(integerEnd + 1 + std::size_t{i} * kChunk, ~std::uint64_t{0});
       wrong |= AnyAboveNine(chunks[i]);
       chunks[i] = ValueOfDigits(chunks[i]);
     }

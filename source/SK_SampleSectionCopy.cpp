@@ -11,9 +11,9 @@ namespace SK_NAMESPACE_INT {
 namespace {
 
 /// Small enough to stay in the processor's cache until the sink takes it.
-constexpr std::size_t kPieceSize = 256 * 1024;
+constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
 /// What a filter may add to a piece that is almost full.
-constexpr std::size_t kPieceReserve = 64 * 1024;
+constexpr std::size_t kPieceReserve = std::size_t{64} * 1024;
 /// More brackets than a file can close.
 constexpr std::uint64_t kNeverCloses = std::uint64_t{1} << 62;
 

@@ -18,7 +18,6 @@ using SK_NAMESPACE_INT::ResetStaticDataInfo;
 using SK_NAMESPACE_INT::ResetVideoSyncTimeList;
 using SK_NAMESPACE_INT::RunInside;
 using SK_NAMESPACE_INT::SK_SampleBlock;
-using SK_NAMESPACE_INT::SK_TdjsonParser;
 using SK_NAMESPACE_INT::SK_Utils;
 using SK_NAMESPACE_INT::ThrowError;
 using SK_NAMESPACE_INT::ThrowInvalidPointer;

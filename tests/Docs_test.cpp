@@ -127,4 +127,24 @@ TEST(Docs, LinksLeadToFiles) {
   }
 }
 
+TEST(Docs, FilesThatAreNamedExist) {
+  std::size_t named = 0;
+  for (fs::path const& document : Documents()) {
+    std::istringstream pieces(ProseOf(ReadWhole(document)));
+    bool isCode = false;
+    for (std::string piece; std::getline(pieces, piece, '`'); isCode = !isCode) {
+      bool const isPath =
+          piece.find('/') != std::string::npos &&
+          piece.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./-") ==
+              std::string::npos;
+      std::string const top = piece.substr(0, piece.find('/'));
+      if (isCode && isPath && fs::exists(fs::path(SENMARK_SOURCE_DIR) / top) && top.compare(0, 5, "build") != 0) {
+        ++named;
+        EXPECT_TRUE(fs::exists(fs::path(SENMARK_SOURCE_DIR) / piece)) << document << " names " << piece;
+      }
+    }
+  }
+  EXPECT_GE(named, 10U);
+}
+
 }  // namespace

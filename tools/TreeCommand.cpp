@@ -8,7 +8,7 @@ namespace senmark_tool {
 namespace {
 
 void PrintNode(std::ostream& out, senmark::Node const& node, int depth) {
-  out << std::string(2u * static_cast<unsigned>(depth), ' ') << Printable(node.matchName);
+  out << std::string(2 * static_cast<std::size_t>(depth), ' ') << Printable(node.matchName);
   if (node.displayName != node.matchName) {
     out << " \"" << Printable(node.displayName) << '"';
   }
@@ -40,15 +40,15 @@ int RunTree(senmark::Senmark const& manager, Request const& request, std::ostrea
     return kFine;
   }
   JsonWriter json(out);
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   int open = 0;
   file.walk([&](senmark::Node const& node, int depth) {
     CloseGroups(json, open, depth);
     json.BeginObject();
     WriteNodeMembers(json, node);
-    if (node.kind == senmark::NodeKind::kGroup) {
+    if (node.kind == senmark::eNodeKind::kGroup) {
       json.Key("children");
-      json.BeginArray(JsonWriter::Layout::kLines);
+      json.BeginArray(JsonWriter::eLayout::kLines);
       ++open;
     } else {
       json.EndObject();
