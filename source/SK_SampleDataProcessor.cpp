@@ -92,12 +92,13 @@ SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindRange(std::strin
   SK_SampleSet const set = FindSet(id);
   SK_RelativeTimeReader timeReader = mTimeReader;
   SK_SampleSearch search(set, mTimeFormat, timeReader);
-  search.Prefetch(start);
   if (end.empty()) {
+    search.PrefetchFor(start, 1);
     std::uint64_t const found = search.DoBinarySearch(start);
     return {set, found, found};
   }
-  search.Prefetch(end);
+  search.PrefetchFor(start, set.info->mSampleCount);
+  search.PrefetchFor(end, 1);
   std::uint64_t const low = search.DoBinarySearch(start);
   return {set, low, search.DoBinarySearch(end)};
 }
@@ -116,7 +117,7 @@ SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindAdjacentRange(st
   }
   SK_RelativeTimeReader timeReader = mTimeReader;
   SK_SampleSearch search(set, mTimeFormat, timeReader);
-  search.Prefetch(time);
+  search.PrefetchFor(time, 2);
   std::uint64_t const found = search.DoBinarySearch(time);
   std::uint64_t const last = set.LastIndex();
   if (fromEnd == 0) {

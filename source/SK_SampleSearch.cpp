@@ -1,8 +1,10 @@
 #include "SK_SampleSearch.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "SK_EightBytes.h"
+#include "SK_Prefetch.h"
 #include "SK_TimeTarget.h"
 
 namespace SK_NAMESPACE_INT {
@@ -88,7 +90,7 @@ bool SK_SampleSearch::Guess(std::string_view target, std::uint64_t& index) {
   }
 }
 
-void SK_SampleSearch::Prefetch(std::string_view target) {
+void SK_SampleSearch::PrefetchFor(std::string_view target, std::uint64_t samples) {
   std::uint64_t guess = 0;
   if (mSet.info->mSampleCount <= kSmallSet || !Guess(target, guess)) {
     return;
@@ -103,6 +105,9 @@ void SK_SampleSearch::Prefetch(std::string_view target) {
     low = isBehind ? middle + 1 : low;
     high = isBehind ? high : middle - 1;
   }
+  std::uint64_t const behind = std::min(mSet.info->mSampleCount - guess, samples);
+  std::uint64_t const bytes = std::min<std::uint64_t>(behind * mSet.step - 1, kPrefetchDistance);
+  Prefetch(mSet.Address(guess), mSet.Address(guess) + bytes);
 }
 
 }  // namespace SK_NAMESPACE_INT

@@ -24,8 +24,9 @@ class SK_SampleSearch {
   /// whether a malformed one is met: the way is fixed behaviour.
   std::uint64_t DoBinarySearch(std::string_view target) const;
 
-  /// Asks for the memory that a search for `target` is going to want, all of it at once. It changes no result.
-  void Prefetch(std::string_view target);
+  /// Asks for the memory that a search for `target` is going to want, all of it at once, and for the samples
+  /// that are read from there on: `samples` of them or as many as make sense. It changes no result.
+  void PrefetchFor(std::string_view target, std::uint64_t samples);
 
  private:
   std::string_view TimeAt(std::uint64_t index) const;

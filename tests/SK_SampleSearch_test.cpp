@@ -46,7 +46,7 @@ class SetUnderSearch {
     SK_RelativeTimeReader reader(format);
     SK_SampleSearch search(mSet, format, reader);
     try {
-      search.Prefetch(target);
+      search.PrefetchFor(target, 3);
       return std::to_string(search.DoBinarySearch(target));
     } catch (ns_sensor::SK_Exception const& error) {
       EXPECT_EQ(error.GetErrorCode(), ns_sensor::kMalformedSample);
