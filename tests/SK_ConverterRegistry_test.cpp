@@ -24,7 +24,6 @@ std::shared_ptr<SK_ConverterHandlerBase> MakesNone(std::string&, SK_PathInfo con
 
 class ConverterRegistry : public testing::Test {
  protected:
-  ConverterRegistry() { SK_ConverterRegistry::terminate(); }
   ~ConverterRegistry() override { SK_ConverterRegistry::terminate(); }
 
   std::string Selected(std::string const& path, std::string const& extension) {
@@ -32,7 +31,12 @@ class ConverterRegistry : public testing::Test {
     return info == nullptr ? "none" : info->uid;
   }
 
-  SK_ConverterRegistry& mRegistry = *SK_ConverterRegistry::getInstance();
+  static SK_ConverterRegistry& Fresh() {
+    SK_ConverterRegistry::terminate();
+    return *SK_ConverterRegistry::getInstance();
+  }
+
+  SK_ConverterRegistry& mRegistry = Fresh();
 };
 
 TEST_F(ConverterRegistry, KnowsSixFormatsWithoutModules) {
