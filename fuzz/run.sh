@@ -26,12 +26,7 @@ if [ ! -f "$build/CMakeCache.txt" ]; then
     -DCMAKE_CXX_COMPILER="${CXX:-clang++-14}" -DBUILD_TESTING=OFF -DSENMARK_BUILD_TOOL=OFF \
     -DSENMARK_BUILD_FUZZ=ON >/dev/null
 fi
-built=""
-for target in $targets; do
-  if [ -f "$source/fuzz/${target}_fuzzer.cpp" ]; then
-    built="$built ${target}_fuzzer"
-  fi
-done
+built=$(printf '%s_fuzzer ' $targets)
 # shellcheck disable=SC2086 # a list of words
 cmake --build "$build" --target $built >"$build/fuzz-build.log" 2>&1 || {
   cat "$build/fuzz-build.log" >&2

@@ -3,7 +3,6 @@
 #include <stdlib.h>
 
 #include <cerrno>
-#include <limits>
 #include <locale>  // brings the functions that take a locale on every platform
 #include <stdexcept>
 
@@ -41,17 +40,6 @@ double SK_NumberText::ToDouble(std::string const& text) {
     throw std::out_of_range("stod");
   }
   return number;
-}
-
-std::uint64_t SK_NumberText::Truncate(double number) {
-  constexpr double kTwoTo63 = 9223372036854775808.0;
-  if (number >= -kTwoTo63 && number < 0) {
-    return static_cast<std::uint64_t>(static_cast<std::int64_t>(number));
-  }
-  if (number >= 0 && number < 2 * kTwoTo63) {
-    return static_cast<std::uint64_t>(number);
-  }
-  return std::numeric_limits<std::uint64_t>::max();
 }
 
 }  // namespace SK_NAMESPACE_INT

@@ -1,7 +1,6 @@
 /// Numbers as text, read the same way whatever locale the host has set.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace SK_NAMESPACE_INT {
@@ -15,10 +14,6 @@ class SK_NumberText {
 
   /// The double nearest to the number from `first` to `last`: at most 40 digits, one point among them or none.
   static double PlainToDouble(char const* first, char const* last);
-
-  /// The integer part, as the low 64 bits of its two's complement; numbers outside of both 64-bit ranges
-  /// give all ones.
-  static std::uint64_t Truncate(double number);
 };
 
 }  // namespace SK_NAMESPACE_INT

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "SK_IntegerOf.h"
 #include "SK_NumberText.h"
 
 namespace SK_NAMESPACE_INT {
@@ -155,7 +156,7 @@ eErrorCode SK_OutlineReader::GetIntValue(JValue const& node, char const* key, st
   double number = 0;
   eErrorCode const code = GetNumberValue(node, key, number);
   if (code == kNoError) {
-    out = SK_NumberText::Truncate(number);
+    out = CountOf(number);
   }
   return code;
 }

@@ -8,19 +8,26 @@ namespace SK_NAMESPACE_INT {
 
 double const SK_SampleBlock::kNoNumber = 0.0;
 
+namespace {
+
+/// Whether so many items are a number of bytes.
+bool IsCountable(std::uint64_t count, std::uint64_t itemSize) {
+  return itemSize == 0 || count <= std::numeric_limits<std::size_t>::max() / itemSize;
+}
+
+}  // namespace
+
 template <typename Item>
 bool SK_SampleBlock::Allocate(std::uint64_t count, Column<Item>& column) {
-  if (count > std::numeric_limits<std::size_t>::max() / sizeof(Item)) {
-    return false;
-  }
-  column.reset(static_cast<Item*>(std::malloc(count * sizeof(Item))));
+  column.reset(count == 0 ? nullptr : static_cast<Item*>(std::malloc(count * sizeof(Item))));
   return column != nullptr || count == 0;
 }
 
 bool SK_SampleBlock::Start(ns_sensor::eDataValueType valueType, std::uint64_t count, std::uint64_t numbersPerSample) {
   *this = SK_SampleBlock();
-  bool const countable = numbersPerSample == 0 || count <= std::numeric_limits<std::uint64_t>::max() / numbersPerSample;
-  if (!countable || !Allocate(count, mTimes) || !Allocate(count * numbersPerSample, mNumbers)) {
+  bool const isCountable = IsCountable(count, sizeof(SK_Time)) && IsCountable(numbersPerSample, sizeof(double)) &&
+                           IsCountable(count, numbersPerSample * sizeof(double));
+  if (!isCountable || !Allocate(count, mTimes) || !Allocate(count * numbersPerSample, mNumbers)) {
     *this = SK_SampleBlock();
     return false;
   }

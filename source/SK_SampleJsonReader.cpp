@@ -4,6 +4,7 @@
 
 #include "SK_Assert.h"
 #include "SK_Error.h"
+#include "SK_IntegerOf.h"
 #include "SK_NumberText.h"
 #include "SK_TdjsonParserUtils.h"
 #include "SK_Utils.h"
@@ -155,7 +156,7 @@ std::uint64_t SK_SampleJsonReader::GetPaddedLength(JValue const& value, std::str
     if (!length->value.IsNumber()) {
       ThrowMalformed(SK_Message::kInvalidSampleValue, name);
     }
-    return SK_NumberText::Truncate(length->value.GetDouble());
+    return CountOf(length->value.GetDouble());
   }
   if (!length->value.IsString() || length->value.GetStringLength() != mInfo.mMaxDigits) {
     ThrowMalformed(SK_Message::kInvalidSampleValue, name);

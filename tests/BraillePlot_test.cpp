@@ -68,7 +68,7 @@ TEST(DrawCurve, RisesFromBottomToTop) {
     curve.Add(i, static_cast<double>(i));
   }
   BrailleCanvas canvas(2, 1);
-  DrawCurve(curve, Join::kDots, canvas);
+  DrawCurve(curve, eJoin::kDots, canvas);
   EXPECT_EQ(Bits(canvas.Row(0)), (std::vector<int>{0x40 | 0x20, 0x02 | 0x08}));
 }
 
@@ -77,10 +77,10 @@ TEST(DrawCurve, StepsHoldTheEarlierValue) {
   curve.Add(0, 0);
   curve.Add(3, 1);
   BrailleCanvas dots(2, 1);
-  DrawCurve(curve, Join::kDots, dots);
+  DrawCurve(curve, eJoin::kDots, dots);
   EXPECT_EQ(Bits(dots.Row(0)), (std::vector<int>{0x40, 0x08}));
   BrailleCanvas steps(2, 1);
-  DrawCurve(curve, Join::kSteps, steps);
+  DrawCurve(curve, eJoin::kSteps, steps);
   EXPECT_EQ(Bits(steps.Row(0)), (std::vector<int>{0x40 | 0x80, 0x40 | 0x80 | 0x20 | 0x10 | 0x08}));
 }
 
@@ -89,7 +89,7 @@ TEST(DrawCurve, FlatCurveIsInTheMiddle) {
   curve.Add(0, 7);
   curve.Add(1, 7);
   BrailleCanvas canvas(1, 1);
-  DrawCurve(curve, Join::kLines, canvas);
+  DrawCurve(curve, eJoin::kLines, canvas);
   EXPECT_EQ(Bits(canvas.Row(0)), (std::vector<int>{0x04 | 0x20}));
 }
 
@@ -98,7 +98,7 @@ TEST(DrawCurve, HugeNumbersStayInside) {
   curve.Add(0, -1.7e308);
   curve.Add(1, 1.7e308);
   BrailleCanvas canvas(1, 1);
-  DrawCurve(curve, Join::kDots, canvas);
+  DrawCurve(curve, eJoin::kDots, canvas);
   EXPECT_EQ(Bits(canvas.Row(0)), (std::vector<int>{0x40 | 0x08}));
 }
 
@@ -106,7 +106,7 @@ TEST(PanelLines, NamesLargestAboveAndSmallestBelow) {
   Curve curve(8);
   curve.Add(0, -1.5);
   curve.Add(7, 20);
-  std::vector<std::string> const lines = PanelLines(curve, Join::kLines, 4, 3, 5);
+  std::vector<std::string> const lines = PanelLines(curve, eJoin::kLines, 4, 3, 5);
   ASSERT_EQ(lines.size(), 3u);
   EXPECT_EQ(lines[0].substr(0, 5), "   20");
   EXPECT_EQ(lines[1].substr(0, 5), "     ");
@@ -124,9 +124,17 @@ TEST(TimeAxis, NamesBeginMiddleAndEndInSeconds) {
   EXPECT_EQ(lines[1], std::string(4, ' ') + "0 s" + std::string(16, ' ') + "4.5 s" + std::string(14, ' ') + "9 s");
 }
 
+TEST(TimeAxis, LongSpansHaveLargerUnits) {
+  EXPECT_NE(TimeAxisLines(0, 119, 40, 0)[1].find("119 s"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(0, 120, 40, 0)[1].find("2 min"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(0, 7199, 40, 0)[1].find("min"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(3600, 10800, 40, 0)[1].find("3 h"), std::string::npos);
+  EXPECT_NE(TimeAxisLines(0, 31622400, 40, 0)[1].find("366 d"), std::string::npos);
+}
+
 TEST(TimeAxis, LeavesOutWhatHasNoRoom) {
-  std::vector<std::string> const lines = TimeAxisLines(100000, 900000, 12, 0);
-  EXPECT_EQ(lines[1].find("500000"), std::string::npos);
+  std::vector<std::string> const lines = TimeAxisLines(100000, 100009, 12, 0);
+  EXPECT_EQ(lines[1].find("100004"), std::string::npos);
   EXPECT_LE(lines[1].size(), 13u);
 }
 

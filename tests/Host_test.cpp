@@ -11,6 +11,7 @@
 
 #include "NumberSetFile.h"
 #include "RawClient.h"
+#include "SmallFiles.h"
 #include "TempFolder.h"
 
 namespace {
@@ -298,30 +299,92 @@ TEST_F(Host, SamplesThatCannotBeReachedAreNotKeptSilent) {
   EXPECT_EQ(values, (Values{0, 1}));
 }
 
+// Sets in pieces. The positions of the samples show that none is lost or told twice.
+
+TEST_F(Host, AllWindowsGiveTheSameSamples) {
+  std::vector<std::int64_t> ticks;
+  for (std::int64_t i = 0; i != 3000; ++i) {
+    ticks.push_back(i < 1000 ? i : i < 2200 ? 1000 : 1000 + (i - 2200) * (i - 2200));
+  }
+  Values expected;
+  for (std::size_t i = 0; i != ticks.size(); ++i) {
+    expected.push_back(static_cast<double>(i));
+  }
+  Values backward(expected.rbegin(), expected.rend());
+  NumberSetFile const files[] = {
+      NumberSetFile::Smpte(30).Add("s", ticks),  NumberSetFile::Smpte(30000, 1001).Add("s", ticks),
+      NumberSetFile::Smpte(119).Add("s", ticks), NumberSetFile::Utc(1).Add("s", ticks),
+      NumberSetFile::Utc(3).Add("s", ticks),     NumberSetFile::Utc(6).Add("s", ticks),
+      NumberSetFile::Utc(9).Add("s", ticks)};
+  for (NumberSetFile const& text : files) {
+    senmark::File const file = mManager.open(Write(text));
+    for (std::uint64_t const window : {1, 5, 100, 4096}) {
+      senmark::Samples const samples = file.samples("s", window);
+      EXPECT_EQ(ValuesOf(samples.all()), expected) << text.TextOf(1) << ", window " << window;
+      Time const end = samples.data().extent->end;
+      EXPECT_EQ(ValuesOf(samples.within({0, 1}, end)), expected) << text.TextOf(1) << ", window " << window;
+      EXPECT_EQ(ValuesOf(samples.reversed(end, {0, 1})), backward) << text.TextOf(1) << ", window " << window;
+    }
+  }
+}
+
+/// Behind some hours of time code, and behind some weeks of UTC with fractions, the times of samples are
+/// no longer exact.
+TEST_F(Host, InexactTimesLoseNoSample) {
+  std::vector<std::int64_t> frames, milliseconds;
+  for (std::int64_t i = 0; i != 4000; ++i) {
+    frames.push_back(30 * 3600 * 22 + i);
+    milliseconds.push_back(std::int64_t{1000} * 86400 * 300 + i * 7);
+  }
+  frames.insert(frames.begin(), 0);
+  milliseconds.insert(milliseconds.begin(), 0);
+  for (NumberSetFile const& text :
+       {NumberSetFile::Smpte(30000, 1001).Add("s", frames), NumberSetFile::Utc(3).Add("s", milliseconds)}) {
+    senmark::Samples const samples = mManager.open(Write(text)).samples("s", 50);
+    Values const values = ValuesOf(samples.all());
+    ASSERT_EQ(values.size(), 4001u);
+    for (std::size_t i = 0; i != values.size(); ++i) {
+      ASSERT_EQ(values[i], static_cast<double>(i));
+    }
+  }
+}
+
 // Paths.
 
-TEST_F(Host, RawNameWithoutFolderHasNoExtension) {
-  Write(NumberSetFile::Smpte(30).Add("s", {0}));
+/// Runs something with the folder of the test's files as the current one.
+template <class Work>
+void InFolder(TempFolder const& folder, Work&& work) {
   std::filesystem::path const before = std::filesystem::current_path();
-  std::filesystem::current_path(mFolder.Path(""));
-  RawFile const raw("file.tdjson");
+  std::filesystem::current_path(folder.Path(""));
+  work();
   std::filesystem::current_path(before);
-  EXPECT_EQ(raw.handler, nullptr);
-  EXPECT_EQ(raw.client.errors.size(), 1u);
+}
+
+/// A file of version 1 is known by its extension alone.
+TEST_F(Host, RawNameWithoutFolderHasNoExtension) {
+  mFolder.Write("file.tdjson", senmark_test::kSmallVersion1);
+  InFolder(mFolder, [] {
+    RawFile const raw("file.tdjson");
+    EXPECT_EQ(raw.handler, nullptr);
+    EXPECT_EQ(raw.client.errors, std::vector<std::int32_t>{ns_sensor::kFormatNotSupported});
+  });
+}
+
+TEST_F(Host, NameWithoutFolderHasAnExtension) {
+  mFolder.Write("file.tdjson", senmark_test::kSmallVersion1);
+  InFolder(mFolder, [&] { EXPECT_EQ(mManager.open("file.tdjson").samples("lv").data().sampleCount, 3u); });
 }
 
 TEST_F(Host, PathsAreMadeAbsolute) {
-  Write(NumberSetFile::Smpte(30).Add("s", {0, 1}));
-  std::filesystem::path const before = std::filesystem::current_path();
-  std::filesystem::current_path(mFolder.Path(""));
-  senmark::File const file = mManager.open("file.tdjson", "copy.tdjson");
-  senmark::Stream const stream = mManager.stream("file.tdjson");
-  stream.save("saved.tdjson");
-  std::filesystem::current_path(before);
-  EXPECT_EQ(ValuesOf(file.samples("s").all()), (Values{0, 1}));
-  EXPECT_EQ(stream.path(), mFolder.Path("file.tdjson"));
-  EXPECT_EQ(mFolder.Read(mFolder.Path("copy.tdjson")), mFolder.Read(mFolder.Path("file.tdjson")));
-  EXPECT_EQ(mFolder.Read(mFolder.Path("saved.tdjson")), mFolder.Read(mFolder.Path("file.tdjson")));
+  std::string const path = Write(NumberSetFile::Smpte(30).Add("s", {0, 1}));
+  InFolder(mFolder, [&] {
+    EXPECT_EQ(ValuesOf(mManager.open("file.tdjson", "copy.tdjson").samples("s").all()), (Values{0, 1}));
+    senmark::Stream const stream = mManager.stream("file.tdjson");
+    stream.save("saved.tdjson");
+    EXPECT_EQ(stream.path(), path);
+  });
+  EXPECT_EQ(mFolder.Read(mFolder.Path("copy.tdjson")), mFolder.Read(path));
+  EXPECT_EQ(mFolder.Read(mFolder.Path("saved.tdjson")), mFolder.Read(path));
 }
 
 TEST_F(Host, EmptyPathIsRefusedByTheLibrary) {
@@ -426,7 +489,7 @@ constexpr char kStatics[] =
 TEST_F(Host, NodesHaveTheirProperties) {
   senmark::File const file = mManager.open(Write(NumberSetFile::Smpte(30).AddNode(kStatics).Add("s", {0, 15})));
   senmark::Node const number = file.node("[\"g\"][0]");
-  EXPECT_EQ(number.kind, senmark::NodeKind::kStatic);
+  EXPECT_EQ(number.kind, senmark::eNodeKind::kStatic);
   EXPECT_EQ(number.displayName, "N");
   EXPECT_EQ(number.matchName, "n");
   ASSERT_TRUE(number.fixed);
@@ -454,7 +517,7 @@ TEST_F(Host, NodesHaveTheirProperties) {
   ASSERT_TRUE(dynamic.dynamic);
   EXPECT_EQ(dynamic.dynamic->sampleSetId, "s");
   EXPECT_EQ(dynamic.dynamic->sampleCount, 2u);
-  EXPECT_EQ(dynamic.dynamic->interpolation, senmark::Interpolation::kLinear);
+  EXPECT_EQ(dynamic.dynamic->interpolation, senmark::eInterpolation::kLinear);
   EXPECT_EQ(dynamic.dynamic->extent->end, (Time{1, 2}));
 }
 

@@ -43,7 +43,7 @@ TEST(JsonWriter, MembersAndElementsAreSeparated) {
 TEST(JsonWriter, LinesHaveOneElementEach) {
   std::ostringstream out;
   JsonWriter json(out);
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   json.Integer(1);
   json.BeginArray();
   json.Integer(2);
@@ -56,7 +56,7 @@ TEST(JsonWriter, LinesHaveOneElementEach) {
 TEST(JsonWriter, EmptyArrayOfLinesStaysOnOneLine) {
   std::ostringstream out;
   JsonWriter json(out);
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   json.EndArray();
   EXPECT_EQ(out.str(), "[]");
 }

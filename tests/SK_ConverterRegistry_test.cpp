@@ -31,12 +31,12 @@ class ConverterRegistry : public testing::Test {
     return info == nullptr ? "none" : info->uid;
   }
 
-  static SK_ConverterRegistry& Fresh() {
+  static SK_ConverterRegistry& NewRegistry() {
     SK_ConverterRegistry::terminate();
     return *SK_ConverterRegistry::getInstance();
   }
 
-  SK_ConverterRegistry& mRegistry = Fresh();
+  SK_ConverterRegistry& mRegistry = NewRegistry();
 };
 
 TEST_F(ConverterRegistry, KnowsSixFormatsWithoutModules) {

@@ -33,7 +33,7 @@ Indices Pass(FakeHandler& handler, std::uint64_t window, RangeSpec const& spec) 
 }
 
 Indices All(FakeHandler& handler, std::uint64_t window) {
-  return Pass(handler, window, {RangeSpec::Kind::kAll, {}, {}});
+  return Pass(handler, window, {RangeSpec::eKind::kAll, {}, {}});
 }
 
 Indices Count(std::size_t size) {
@@ -110,10 +110,10 @@ TEST(SampleWindows, RandomRangesAreStrictlyInside) {
       }
       std::uint64_t const window = kWindows[random() % std::size(kWindows)];
       Indices expected = Inside(handler, start, end);
-      EXPECT_EQ(Pass(handler, window, {RangeSpec::Kind::kWithin, start, end}), expected)
+      EXPECT_EQ(Pass(handler, window, {RangeSpec::eKind::kWithin, start, end}), expected)
           << "set " << set << ", range " << range;
       std::reverse(expected.begin(), expected.end());
-      EXPECT_EQ(Pass(handler, window, {RangeSpec::Kind::kReversed, start, end}), expected)
+      EXPECT_EQ(Pass(handler, window, {RangeSpec::eKind::kReversed, start, end}), expected)
           << "set " << set << ", range " << range;
     }
   }
@@ -136,7 +136,7 @@ TEST(SampleWindows, CoveringIsTheRangeOfTheBorder) {
       for (std::uint64_t i = from; i <= to; ++i) {
         expected.push_back(i);
       }
-      EXPECT_EQ(Pass(handler, kWindows[random() % std::size(kWindows)], {RangeSpec::Kind::kCovering, start, end}),
+      EXPECT_EQ(Pass(handler, kWindows[random() % std::size(kWindows)], {RangeSpec::eKind::kCovering, start, end}),
                 expected)
           << "set " << set << ", range " << range;
     }
@@ -149,7 +149,7 @@ TEST(SampleWindows, OneTimeForAllSamples) {
   EXPECT_EQ(All(handler, 10), Count(5000));
   handler.ticks.assign(5000, 77);
   EXPECT_EQ(All(handler, 10), Count(5000));
-  EXPECT_EQ(Pass(handler, 10, {RangeSpec::Kind::kWithin, handler.TimeOf(77), handler.TimeOf(77)}), Count(5000));
+  EXPECT_EQ(Pass(handler, 10, {RangeSpec::eKind::kWithin, handler.TimeOf(77), handler.TimeOf(77)}), Count(5000));
   EXPECT_LE(handler.decoded, 4 * 5000u) << "the run is not decoded again for each piece";
 }
 
@@ -167,7 +167,7 @@ TEST(SampleWindows, PiecesStayNearTheWindow) {
   handler.largestAnswer = 0;
   Indices reversed = Count(200000);
   std::reverse(reversed.begin(), reversed.end());
-  EXPECT_EQ(Pass(handler, 1000, {RangeSpec::Kind::kReversed, {0, 1}, {2000, 1}}), reversed);
+  EXPECT_EQ(Pass(handler, 1000, {RangeSpec::eKind::kReversed, {0, 1}, {2000, 1}}), reversed);
   EXPECT_LE(handler.largestAnswer, 1001u);
 }
 
@@ -191,7 +191,7 @@ TEST(SampleWindows, AShortRangeReadsLittle) {
   for (std::int64_t i = 0; i != 1000000; ++i) {
     handler.ticks.push_back(i);
   }
-  EXPECT_EQ(Pass(handler, 4096, {RangeSpec::Kind::kWithin, {500, 1}, {5001, 10}}).size(), 101u);
+  EXPECT_EQ(Pass(handler, 4096, {RangeSpec::eKind::kWithin, {500, 1}, {5001, 10}}).size(), 101u);
   EXPECT_LE(handler.decoded, 120u);
 }
 
@@ -201,7 +201,7 @@ TEST(SampleWindows, StoppingEarlyReadsOnePiece) {
     handler.ticks.push_back(i);
   }
   FakeManager const manager(handler);
-  SampleCursor cursor(manager.Windows(100), {RangeSpec::Kind::kAll, {}, {}});
+  SampleCursor cursor(manager.Windows(100), {RangeSpec::eKind::kAll, {}, {}});
   EXPECT_TRUE(cursor.Next());
   EXPECT_LE(handler.decoded, 101u);
 }
@@ -213,7 +213,7 @@ TEST(SampleWindows, TimesThatBeginAnewAreNotMet) {
     handler.ticks.push_back(handler.times.wrapsAfter - 2000 + i);
   }
   EXPECT_EQ(All(handler, 64), Count(2000));
-  EXPECT_EQ(Pass(handler, 64, {RangeSpec::Kind::kWithin, {0, 1}, {1000000, 1}}), Count(2000));
+  EXPECT_EQ(Pass(handler, 64, {RangeSpec::eKind::kWithin, {0, 1}, {1000000, 1}}), Count(2000));
 }
 
 TEST(SampleWindows, FractionsOf32BitsLoseNoSample) {
@@ -226,7 +226,7 @@ TEST(SampleWindows, FractionsOf32BitsLoseNoSample) {
     EXPECT_EQ(All(handler, 100), Count(20000)) << ticksPerSecond;
     // The finest time that can be asked for may be a quarter of a second.
     EXPECT_LE(handler.largestAnswer, 2500u) << ticksPerSecond;
-    EXPECT_EQ(Pass(handler, 100, {RangeSpec::Kind::kWithin, {1, 3}, {7, 3}}), Inside(handler, {1, 3}, {7, 3}))
+    EXPECT_EQ(Pass(handler, 100, {RangeSpec::eKind::kWithin, {1, 3}, {7, 3}}), Inside(handler, {1, 3}, {7, 3}))
         << ticksPerSecond;
   }
 }

@@ -23,6 +23,21 @@ std::int64_t RowOf(double value, Curve const& curve, std::size_t rows) {
   return static_cast<std::int64_t>(std::lround(share * last));
 }
 
+struct TimeUnit {
+  double seconds;
+  char const* name;
+};
+
+/// The largest unit of which a span has at least two.
+TimeUnit UnitFor(double span) {
+  for (TimeUnit const& unit : {TimeUnit{86400, " d"}, TimeUnit{3600, " h"}, TimeUnit{60, " min"}}) {
+    if (span >= 2 * unit.seconds) {
+      return unit;
+    }
+  }
+  return {1, " s"};
+}
+
 std::string PadLeft(std::string const& text, std::size_t width) {
   return text.size() >= width ? text : std::string(width - text.size(), ' ') + text;
 }
@@ -85,7 +100,7 @@ void Curve::Add(std::size_t column, double value) {
   ++mCount;
 }
 
-void DrawCurve(Curve const& curve, Join join, BrailleCanvas& canvas) {
+void DrawCurve(Curve const& curve, eJoin join, BrailleCanvas& canvas) {
   std::size_t const rows = canvas.DotRows();
   std::int64_t lastColumn = -1;
   std::int64_t lastRow = 0;
@@ -96,13 +111,13 @@ void DrawCurve(Curve const& curve, Join join, BrailleCanvas& canvas) {
     }
     std::int64_t const x = static_cast<std::int64_t>(i);
     std::int64_t const firstRow = RowOf(column.first, curve, rows);
-    if (lastColumn >= 0 && join == Join::kLines) {
+    if (lastColumn >= 0 && join == eJoin::kLines) {
       canvas.Line(lastColumn, lastRow, x, firstRow);
-    } else if (lastColumn >= 0 && join == Join::kSteps) {
+    } else if (lastColumn >= 0 && join == eJoin::kSteps) {
       canvas.Line(lastColumn, lastRow, x, lastRow);
       canvas.Line(x, lastRow, x, firstRow);
     }
-    if (join == Join::kDots) {
+    if (join == eJoin::kDots) {
       canvas.Dot(x, firstRow);
       canvas.Dot(x, RowOf(column.min, curve, rows));
       canvas.Dot(x, RowOf(column.max, curve, rows));
@@ -120,7 +135,7 @@ std::string AxisNumber(double number) {
   return std::string(text.data(), static_cast<std::size_t>(length));
 }
 
-std::vector<std::string> PanelLines(Curve const& curve, Join join, std::size_t width, std::size_t height,
+std::vector<std::string> PanelLines(Curve const& curve, eJoin join, std::size_t width, std::size_t height,
                                     std::size_t labelWidth) {
   BrailleCanvas canvas(width, height);
   DrawCurve(curve, join, canvas);
@@ -141,6 +156,8 @@ std::vector<std::string> PanelLines(Curve const& curve, Join join, std::size_t w
 }
 
 std::vector<std::string> TimeAxisLines(double from, double to, std::size_t width, std::size_t labelWidth) {
+  TimeUnit const unit = UnitFor(to - from);
+  auto const label = [&](double seconds) { return AxisNumber(seconds / unit.seconds) + unit.name; };
   std::string axis;
   for (std::size_t x = 0; x != width; ++x) {
     axis += x == 0 || x == width / 2 || x + 1 == width ? "┬" : "─";
@@ -158,9 +175,9 @@ std::vector<std::string> TimeAxisLines(double from, double to, std::size_t width
       numbers.replace(start, text.size(), text);
     }
   };
-  place(AxisNumber(to) + " s", width - 1);
-  place(AxisNumber(from) + " s", 0);
-  place(AxisNumber(from / 2 + to / 2) + " s", width / 2);
+  place(label(to), width - 1);
+  place(label(from), 0);
+  place(label(from / 2 + to / 2), width / 2);
   return {std::string(labelWidth, ' ') + "└" + axis, numbers.substr(0, numbers.find_last_not_of(' ') + 1)};
 }
 

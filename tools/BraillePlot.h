@@ -34,7 +34,7 @@ class BrailleCanvas {
 };
 
 /// What a curve does between two samples.
-enum class Join : std::uint8_t {
+enum class eJoin : std::uint8_t {
   kDots,   ///< nothing
   kLines,  ///< a straight line
   kSteps,  ///< the earlier value until the later sample
@@ -73,7 +73,7 @@ class Curve {
 
 /// Draws a curve over the whole canvas: its largest value in the top row, its smallest in the bottom row,
 /// and a curve of one value only in the middle.
-void DrawCurve(Curve const& curve, Join join, BrailleCanvas& canvas);
+void DrawCurve(Curve const& curve, eJoin join, BrailleCanvas& canvas);
 
 /// A number for an axis: at most six digits that count.
 std::string AxisNumber(double number);
@@ -81,10 +81,11 @@ std::string AxisNumber(double number);
 /// One curve with its axis on the left: `height` lines, each `labelWidth` + 1 + `width` columns.
 ///
 /// labelWidth  columns for the numbers of the axis; they are set to the right.
-std::vector<std::string> PanelLines(Curve const& curve, Join join, std::size_t width, std::size_t height,
+std::vector<std::string> PanelLines(Curve const& curve, eJoin join, std::size_t width, std::size_t height,
                                     std::size_t labelWidth);
 
-/// Axis of time below a panel: two lines, with the seconds at begin, middle and end.
+/// Axis of time below a panel: two lines, with the times at begin, middle and end. from, to: seconds; they
+/// are shown in minutes, hours or days where the span is long.
 std::vector<std::string> TimeAxisLines(double from, double to, std::size_t width, std::size_t labelWidth);
 
 }  // namespace senmark_tool

@@ -14,7 +14,7 @@
 namespace senmark_tool {
 
 /// Exit statuses of the program.
-enum ExitStatus : int {
+enum eExitStatus : int {
   kFine = 0,
   kFileAtFault = 1,
   kUsageAtFault = 2,

@@ -15,7 +15,7 @@ int RunFormats(senmark::Senmark const& manager, Request const& request, std::ost
     return kFine;
   }
   JsonWriter json(out);
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   for (senmark::Format const& format : formats) {
     json.BeginObject();
     json.Key("extension");

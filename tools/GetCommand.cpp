@@ -103,7 +103,7 @@ void PrintNode(std::ostream& out, senmark::File const& file, senmark::Node const
   if (node.dynamic) {
     PrintDynamic(out, *node.dynamic);
   }
-  if (node.kind == senmark::NodeKind::kGroup) {
+  if (node.kind == senmark::eNodeKind::kGroup) {
     for (senmark::ChildPath const& child : file.children(node.path)) {
       Print(out, child.index == 0 ? "children" : "", Printable(child.matchName));
     }
@@ -122,7 +122,7 @@ int RunGet(senmark::Senmark const& manager, Request const& request, std::ostream
   JsonWriter json(out);
   json.BeginObject();
   WriteNodeMembers(json, node);
-  if (node.kind == senmark::NodeKind::kGroup) {
+  if (node.kind == senmark::eNodeKind::kGroup) {
     json.Key("children");
     json.BeginArray();
     for (senmark::ChildPath const& child : file.children(node.path)) {

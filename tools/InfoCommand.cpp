@@ -17,7 +17,7 @@ struct Counts {
 Counts CountNodes(senmark::File const& file) {
   Counts counts;
   file.walk([&](senmark::Node const& node, int) {
-    counts.groups += node.kind == senmark::NodeKind::kGroup ? 1u : 0u;
+    counts.groups += node.kind == senmark::eNodeKind::kGroup ? 1u : 0u;
     counts.statics += node.fixed ? 1u : 0u;
     counts.dynamics += node.dynamic ? 1u : 0u;
     counts.samples += node.dynamic && node.dynamic->extent ? node.dynamic->sampleCount : 0u;

@@ -61,7 +61,7 @@ void JsonWriter::CloseAll() {
   mOut << '\n';
 }
 
-void JsonWriter::Open(char opening, char closing, Layout layout) {
+void JsonWriter::Open(char opening, char closing, eLayout layout) {
   Separate();
   mOut << opening;
   mLevels.push_back({closing, layout, true});
@@ -70,7 +70,7 @@ void JsonWriter::Open(char opening, char closing, Layout layout) {
 void JsonWriter::Close() {
   Level const level = mLevels.back();
   mLevels.pop_back();
-  if (level.layout == Layout::kLines && !level.isEmpty) {
+  if (level.layout == eLayout::kLines && !level.isEmpty) {
     mOut << '\n';
   }
   mOut << level.closing;
@@ -88,7 +88,7 @@ void JsonWriter::Separate() {
   if (!level.isEmpty) {
     mOut << ',';
   }
-  if (level.layout == Layout::kLines) {
+  if (level.layout == eLayout::kLines) {
     mOut << '\n';
   }
   level.isEmpty = false;

@@ -15,7 +15,7 @@ namespace senmark_tool {
 class JsonWriter {
  public:
   /// How the elements of an array, or the members of an object, follow each other.
-  enum class Layout : std::uint8_t {
+  enum class eLayout : std::uint8_t {
     kCompact,  ///< on one line
     kLines,    ///< each on a line of its own
   };
@@ -23,9 +23,9 @@ class JsonWriter {
   /// out  must live as long as the writer.
   explicit JsonWriter(std::ostream& out) : mOut(out) {}
 
-  void BeginObject(Layout layout = Layout::kCompact) { Open('{', '}', layout); }
+  void BeginObject(eLayout layout = eLayout::kCompact) { Open('{', '}', layout); }
   void EndObject() { Close(); }
-  void BeginArray(Layout layout = Layout::kCompact) { Open('[', ']', layout); }
+  void BeginArray(eLayout layout = eLayout::kCompact) { Open('[', ']', layout); }
   void EndArray() { Close(); }
   void Key(std::string_view key);
 
@@ -44,11 +44,11 @@ class JsonWriter {
  private:
   struct Level {
     char closing;
-    Layout layout;
+    eLayout layout;
     bool isEmpty;
   };
 
-  void Open(char opening, char closing, Layout layout);
+  void Open(char opening, char closing, eLayout layout);
   void Close();
   /// Writes what stands before a value or a key.
   void Separate();

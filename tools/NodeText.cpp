@@ -91,7 +91,7 @@ struct PropertiesWriter {
   }
 };
 
-void WriteType(JsonWriter& json, senmark::ValueType type, senmark::Properties const& properties) {
+void WriteType(JsonWriter& json, senmark::eValueType type, senmark::Properties const& properties) {
   json.Key("type");
   json.String(NameOf(type));
   json.Key("properties");
@@ -114,43 +114,43 @@ void WriteExtent(JsonWriter& json, std::optional<senmark::Extent> const& extent)
 
 }  // namespace
 
-char const* NameOf(senmark::NodeKind kind) {
+char const* NameOf(senmark::eNodeKind kind) {
   switch (kind) {
-    case senmark::NodeKind::kGroup:
+    case senmark::eNodeKind::kGroup:
       return "group";
-    case senmark::NodeKind::kDynamic:
+    case senmark::eNodeKind::kDynamic:
       return "dynamic";
-    case senmark::NodeKind::kStatic:
+    case senmark::eNodeKind::kStatic:
       return "static";
-    case senmark::NodeKind::kInvalid:
+    case senmark::eNodeKind::kInvalid:
       break;
   }
   return "unknown";
 }
 
-char const* NameOf(senmark::ValueType type) {
+char const* NameOf(senmark::eValueType type) {
   switch (type) {
-    case senmark::ValueType::kNumber:
+    case senmark::eValueType::kNumber:
       return "number";
-    case senmark::ValueType::kString:
+    case senmark::eValueType::kString:
       return "string";
-    case senmark::ValueType::kNumberArray:
+    case senmark::eValueType::kNumberArray:
       return "number array";
-    case senmark::ValueType::kBoolean:
+    case senmark::eValueType::kBoolean:
       return "boolean";
-    case senmark::ValueType::kInvalid:
+    case senmark::eValueType::kInvalid:
       break;
   }
   return "unknown";
 }
 
-char const* NameOf(senmark::Interpolation interpolation) {
+char const* NameOf(senmark::eInterpolation interpolation) {
   switch (interpolation) {
-    case senmark::Interpolation::kLinear:
+    case senmark::eInterpolation::kLinear:
       return "linear";
-    case senmark::Interpolation::kHold:
+    case senmark::eInterpolation::kHold:
       return "hold";
-    case senmark::Interpolation::kNone:
+    case senmark::eInterpolation::kNone:
       break;
   }
   return "none";

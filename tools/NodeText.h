@@ -8,9 +8,9 @@
 
 namespace senmark_tool {
 
-char const* NameOf(senmark::NodeKind kind);
-char const* NameOf(senmark::ValueType type);
-char const* NameOf(senmark::Interpolation interpolation);
+char const* NameOf(senmark::eNodeKind kind);
+char const* NameOf(senmark::eValueType type);
+char const* NameOf(senmark::eInterpolation interpolation);
 
 /// The shortest text that reads back as the same number.
 std::string NumberText(double number);

@@ -55,8 +55,19 @@ void Add(Chart& chart, std::size_t curve, std::size_t columns, double seconds, d
   }
 }
 
-Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& data, senmark::Extent const& extent,
-                std::size_t columns) {
+/// The display name of the node that a set belongs to. Files tell units there, if anywhere.
+std::string NameOfSet(senmark::File const& file, std::string const& id) {
+  std::string name;
+  file.walk([&](senmark::Node const& node, int) {
+    if (node.dynamic && node.dynamic->sampleSetId == id) {
+      name = node.displayName;
+    }
+  });
+  return name;
+}
+
+Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& data, std::string const& name,
+                senmark::Extent const& extent, std::size_t columns) {
   Chart chart;
   chart.extent = extent;
   senmark::NumberArrayProperties const* const array = std::get_if<senmark::NumberArrayProperties>(&data.properties);
@@ -64,7 +75,9 @@ Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& d
   for (std::uint64_t i = 0; i != count; ++i) {
     chart.curves.emplace_back(columns);
     bool const isNamed = array != nullptr && i < array->displayNames.size();
-    chart.names.push_back(isNamed ? array->displayNames[i] : array == nullptr ? "value" : std::to_string(i));
+    chart.names.push_back(name + (array == nullptr ? ""
+                                  : isNamed        ? ", " + array->displayNames[i]
+                                                   : ", " + std::to_string(i)));
   }
   for (senmark::Sample const& sample : range) {
     double const seconds = sample.time.seconds();
@@ -79,16 +92,16 @@ Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& d
   return chart;
 }
 
-Join JoinOf(senmark::Interpolation interpolation) {
+eJoin JoinOf(senmark::eInterpolation interpolation) {
   switch (interpolation) {
-    case senmark::Interpolation::kLinear:
-      return Join::kLines;
-    case senmark::Interpolation::kHold:
-      return Join::kSteps;
-    case senmark::Interpolation::kNone:
+    case senmark::eInterpolation::kLinear:
+      return eJoin::kLines;
+    case senmark::eInterpolation::kHold:
+      return eJoin::kSteps;
+    case senmark::eInterpolation::kNone:
       break;
   }
-  return Join::kDots;
+  return eJoin::kDots;
 }
 
 /// Columns that the numbers of all axes need.
@@ -100,7 +113,7 @@ std::size_t LabelWidth(Chart const& chart) {
   return width;
 }
 
-void PrintChart(std::ostream& out, Chart const& chart, Join join, std::size_t width, std::size_t height) {
+void PrintChart(std::ostream& out, Chart const& chart, eJoin join, std::size_t width, std::size_t height) {
   std::size_t const labelWidth = LabelWidth(chart);
   for (std::size_t i = 0; i != chart.curves.size(); ++i) {
     Curve const& curve = chart.curves[i];
@@ -131,13 +144,13 @@ void WriteChart(std::ostream& out, Chart const& chart, Request const& request, s
   json.Key("to");
   WriteTime(json, chart.extent.end);
   json.Key("curves");
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   for (std::size_t i = 0; i != chart.curves.size(); ++i) {
     json.BeginObject();
     json.Key("name");
     json.String(chart.names[i]);
     json.Key("columns");
-    json.BeginArray(JsonWriter::Layout::kLines);
+    json.BeginArray(JsonWriter::eLayout::kLines);
     for (std::size_t column = 0; column != columns; ++column) {
       CurveColumn const& cell = chart.curves[i].Columns()[column];
       if (!cell.isUsed) {
@@ -173,8 +186,8 @@ int RunPlot(senmark::Senmark const& manager, Request const& request, std::ostrea
 
   senmark::File const file = manager.open(request.file);
   senmark::Samples const samples = RequestedSet(file, request);
-  senmark::ValueType const type = samples.data().type;
-  if (type != senmark::ValueType::kNumber && type != senmark::ValueType::kNumberArray) {
+  senmark::eValueType const type = samples.data().type;
+  if (type != senmark::eValueType::kNumber && type != senmark::eValueType::kNumberArray) {
     throw UsageError("the samples of \"" + request.sampleSet + "\" are no numbers");
   }
   std::optional<senmark::Extent> const extent = RequestedExtent(manager, file, samples, request);
@@ -187,7 +200,8 @@ int RunPlot(senmark::Senmark const& manager, Request const& request, std::ostrea
   // The numbers of an axis take at most 12 columns, so this is enough room for them.
   std::size_t const chartWidth = width - 13;
   std::size_t const columns = chartWidth * BrailleCanvas::kDotsAcross;
-  Chart const chart = MakeChart(RequestedSamples(manager, file, samples, request), samples.data(), *extent, columns);
+  Chart const chart = MakeChart(RequestedSamples(manager, file, samples, request), samples.data(),
+                                NameOfSet(file, request.sampleSet), *extent, columns);
   if (request.asJson) {
     WriteChart(out, chart, request, columns);
     return kFine;

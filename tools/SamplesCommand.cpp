@@ -22,7 +22,7 @@ void PrintHeading(std::ostream& out, senmark::DynamicData const& data) {
   out << Right("seconds", kTimeWidth);
   senmark::NumberArrayProperties const* const array = std::get_if<senmark::NumberArrayProperties>(&data.properties);
   if (array == nullptr) {
-    out << "  " << (data.type == senmark::ValueType::kNumber ? Right("value", kNumberWidth) : "value") << '\n';
+    out << "  " << (data.type == senmark::eValueType::kNumber ? Right("value", kNumberWidth) : "value") << '\n';
     return;
   }
   for (std::uint64_t i = 0; i < array->arraySize; ++i) {
@@ -98,7 +98,7 @@ int RunSamples(senmark::Senmark const& manager, Request const& request, std::ost
   json.Key("type");
   json.String(NameOf(samples.data().type));
   json.Key("samples");
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   WriteSamples(json, range, request.limit);
   return kFine;
 }

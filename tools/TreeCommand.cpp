@@ -40,15 +40,15 @@ int RunTree(senmark::Senmark const& manager, Request const& request, std::ostrea
     return kFine;
   }
   JsonWriter json(out);
-  json.BeginArray(JsonWriter::Layout::kLines);
+  json.BeginArray(JsonWriter::eLayout::kLines);
   int open = 0;
   file.walk([&](senmark::Node const& node, int depth) {
     CloseGroups(json, open, depth);
     json.BeginObject();
     WriteNodeMembers(json, node);
-    if (node.kind == senmark::NodeKind::kGroup) {
+    if (node.kind == senmark::eNodeKind::kGroup) {
       json.Key("children");
-      json.BeginArray(JsonWriter::Layout::kLines);
+      json.BeginArray(JsonWriter::eLayout::kLines);
       ++open;
     } else {
       json.EndObject();

@@ -49,11 +49,11 @@ void AddCommands(CLI::App& app, CommandLine& line) {
       ->required();
   CLI::App* const samples = AddFileCommand(app, line, "samples", "times and values of a sample set", &RunSamples);
   AddRange(*samples, line);
-  samples->add_option("--limit", line.request.limit, "at most so many samples");
+  samples->add_option("--limit", line.request.limit, "at most so many samples")->check(CLI::NonNegativeNumber);
   CLI::App* const plot = AddFileCommand(app, line, "plot", "a chart of a sample set", &RunPlot);
   AddRange(*plot, line);
-  plot->add_option("--width", line.request.width, "columns, instead of the terminal's");
-  plot->add_option("--height", line.request.height, "lines, instead of the terminal's");
+  plot->add_option("--width", line.request.width, "columns, instead of the terminal's")->check(CLI::PositiveNumber);
+  plot->add_option("--height", line.request.height, "lines, instead of the terminal's")->check(CLI::PositiveNumber);
   AddFileCommand(app, line, "check", "reads all of a file and shows the first error with its place", &RunCheck);
   AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
   app.require_subcommand(1);
@@ -90,15 +90,19 @@ int RunCommand(CommandLine const& line) {
 
 }  // namespace
 
-int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): without memory the program ends
-  std::ios::sync_with_stdio(false);
-  CLI::App app("Looks into files of timed sensor data.", "senmark");
-  CommandLine line;
-  AddCommands(app, line);
+int main(int argc, char** argv) {
   try {
-    app.parse(argc, argv);
-  } catch (CLI::ParseError const& error) {
-    return app.exit(error) == 0 ? senmark_tool::kFine : senmark_tool::kUsageAtFault;
+    std::ios::sync_with_stdio(false);
+    CLI::App app("Looks into files of timed sensor data.", "senmark");
+    CommandLine line;
+    AddCommands(app, line);
+    try {
+      app.parse(argc, argv);
+    } catch (CLI::ParseError const& error) {
+      return app.exit(error) == 0 ? senmark_tool::kFine : senmark_tool::kUsageAtFault;
+    }
+    return RunCommand(line);
+  } catch (...) {
+    return senmark_tool::kFileAtFault;  // no memory is left even for a message
   }
-  return RunCommand(line);
 }

@@ -17,7 +17,8 @@ struct SK_Time {
 };
 static_assert(sizeof(SK_Time) == 8);
 
-/// When something begins and how long it lasts, both in seconds.
+/// Where something begins and where it ends, in seconds from the file's first sample. The name of the second is
+/// fixed: it holds the time of the last sample, not the difference of the two.
 struct SK_TemporalExtent {
   SK_Time startTime;
   SK_Time duration;

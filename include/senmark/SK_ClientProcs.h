@@ -60,8 +60,9 @@ struct SK_ClientProcs {
   void (*staticDataInfo)(void* client, char const* displayName, char const* matchName, void* properties,
                          std::uint8_t dataType, void const* value, std::uint64_t valueSize);
 
-  /// Entry 3. Start and duration in seconds as value and scale, from the file's first sample; both 0/1
-  /// for a node without samples. `interpolation` is an `eInterpolationType`.
+  /// Entry 3. The times of the node's first and last sample in seconds as value and scale, both counted from
+  /// the file's first sample: what is called a duration is where the node ends. Both 0/1 for a node without
+  /// samples. `interpolation` is an `eInterpolationType`.
   void (*dynamicDataInfo)(void* client, char const* displayName, char const* matchName, std::uint8_t dataType,
                           void* properties, char const* sampleSetID, std::uint64_t sampleCount,
                           std::uint8_t interpolation, bool hasExpectedFrequency, std::int32_t startValue,

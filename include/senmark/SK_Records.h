@@ -122,7 +122,7 @@ struct SK_DynamicDataFields {
   std::uint64_t sampleCount = 0;
   eInterpolationType interpolation = kNoInterpolation;
   bool hasExpectedFrequencyB = false;
-  SK_TemporalExtent temporalExtent;            ///< seconds, from the file's first sample
+  SK_TemporalExtent temporalExtent;            ///< of its samples; 0/1 twice without any
   std::string expectedMaxInterSampleDuration;  ///< text of the file, empty when it has none
 };
 

@@ -99,9 +99,9 @@ class File {
     receiver.propertyApi = mFile->session->propertyApi();
     Handler().getGroupChildInfo(path.data(), path.size(), receiver.Client(), receiver.Client());
     receiver.Raise();
-    if (node.kind == NodeKind::kStatic) {
+    if (node.kind == eNodeKind::kStatic) {
       Handler().getStaticDataInfo(path.data(), path.size(), receiver.Client(), receiver.Client());
-    } else if (node.kind == NodeKind::kDynamic) {
+    } else if (node.kind == eNodeKind::kDynamic) {
       Handler().getDynamicDataInfo(path.data(), path.size(), receiver.Client(), receiver.Client());
     }
     receiver.Raise();
@@ -121,7 +121,7 @@ class File {
     for (ChildPath const& child : children(path)) {
       Node const current = node(child.path);
       visit(current, depth);
-      if (current.kind == NodeKind::kGroup) {
+      if (current.kind == eNodeKind::kGroup) {
         walk(visit, child.path, depth + 1);
       }
     }

@@ -188,18 +188,18 @@ inline std::string TextOf(char const* text) {
 
 /// Writes a value that the library lends into `out`, whose memory is used again where it fits.
 inline void StoreValue(std::uint8_t type, void const* value, std::uint64_t size, Value& out) {
-  switch (static_cast<ValueType>(type)) {
-    case ValueType::kNumber:
+  switch (static_cast<eValueType>(type)) {
+    case eValueType::kNumber:
       out = *static_cast<double const*>(value);
       return;
-    case ValueType::kString: {
+    case eValueType::kString: {
       if (!std::holds_alternative<std::string>(out)) {
         out.emplace<std::string>();
       }
       std::get<std::string>(out).assign(static_cast<char const*>(value), static_cast<std::size_t>(size));
       return;
     }
-    case ValueType::kNumberArray: {
+    case eValueType::kNumberArray: {
       if (!std::holds_alternative<std::vector<double>>(out)) {
         out.emplace<std::vector<double>>();
       }
@@ -207,10 +207,10 @@ inline void StoreValue(std::uint8_t type, void const* value, std::uint64_t size,
       std::get<std::vector<double>>(out).assign(numbers, numbers + size);
       return;
     }
-    case ValueType::kBoolean:
+    case eValueType::kBoolean:
       out = *static_cast<bool const*>(value);
       return;
-    case ValueType::kInvalid:
+    case eValueType::kInvalid:
       break;
   }
   out = 0.0;
@@ -220,18 +220,18 @@ inline void StoreValue(std::uint8_t type, void const* value, std::uint64_t size,
 inline Properties PropertiesOf(Receiver& receiver, std::uint8_t type, void* handle) {
   Properties properties;
   receiver.properties = &properties;
-  switch (static_cast<ValueType>(type)) {
-    case ValueType::kNumber:
+  switch (static_cast<eValueType>(type)) {
+    case eValueType::kNumber:
       receiver.propertyApi->pushNumber(handle, receiver.Client());
       break;
-    case ValueType::kNumberArray:
+    case eValueType::kNumberArray:
       receiver.propertyApi->pushNumberArray(handle, receiver.Client());
       break;
-    case ValueType::kString:
+    case eValueType::kString:
       receiver.propertyApi->pushString(handle, receiver.Client());
       break;
-    case ValueType::kBoolean:
-    case ValueType::kInvalid:
+    case eValueType::kBoolean:
+    case eValueType::kInvalid:
       break;
   }
   receiver.properties = nullptr;
@@ -315,7 +315,7 @@ inline void ReceiveStaticData(void* client, char const* displayName, char const*
     receiver.node->displayName = TextOf(displayName);
     receiver.node->matchName = TextOf(matchName);
     StaticData& data = receiver.node->fixed.emplace();
-    data.type = static_cast<ValueType>(dataType);
+    data.type = static_cast<eValueType>(dataType);
     StoreValue(dataType, value, valueSize, data.value);
     data.properties = PropertiesOf(receiver, dataType, properties);
   });
@@ -333,10 +333,10 @@ inline void ReceiveDynamicData(void* client, char const* displayName, char const
     receiver.node->displayName = TextOf(displayName);
     receiver.node->matchName = TextOf(matchName);
     DynamicData& data = receiver.node->dynamic.emplace();
-    data.type = static_cast<ValueType>(dataType);
+    data.type = static_cast<eValueType>(dataType);
     data.sampleSetId = TextOf(sampleSetID);
     data.sampleCount = sampleCount;
-    data.interpolation = static_cast<Interpolation>(interpolation);
+    data.interpolation = static_cast<eInterpolation>(interpolation);
     data.hasExpectedFrequency = hasExpectedFrequency;
     if (sampleCount != 0) {
       data.extent = Extent{Time{startValue, startScale}, Time{endValue, endScale}};
@@ -349,7 +349,7 @@ inline void ReceiveDynamicData(void* client, char const* displayName, char const
 inline void ReceiveGroupChild(void* client, std::uint8_t childType, char const* displayName, char const* matchName) {
   Receive(client, [&](Receiver& receiver) {
     if (receiver.node != nullptr) {
-      receiver.node->kind = static_cast<NodeKind>(childType);
+      receiver.node->kind = static_cast<eNodeKind>(childType);
       receiver.node->displayName = TextOf(displayName);
       receiver.node->matchName = TextOf(matchName);
     }

@@ -17,14 +17,14 @@ namespace detail {
 
 /// What a pass over samples covers.
 struct RangeSpec {
-  enum class Kind : std::uint8_t {
+  enum class eKind : std::uint8_t {
     kEmpty,
     kAll,       ///< every sample
     kCovering,  ///< from what the library finds for the start to what it finds for the end
     kWithin,    ///< only times from start to end
     kReversed,  ///< the same, last sample first
   };
-  Kind kind = Kind::kEmpty;
+  eKind kind = eKind::kEmpty;
   Time start;
   Time end;
 };
@@ -51,16 +51,18 @@ class SampleCursor {
 
   /// The sample that `Next` went to.
   Sample const& Current() const {
-    return mBuffer[mSpec.kind == RangeSpec::Kind::kReversed ? mUsed - 1 - mPlace : mPlace];
+    return mBuffer[mSpec.kind == RangeSpec::eKind::kReversed ? mUsed - 1 - mPlace : mPlace];
   }
 
  private:
-  bool IsFiltered() const { return mSpec.kind == RangeSpec::Kind::kWithin || mSpec.kind == RangeSpec::Kind::kReversed; }
+  bool IsFiltered() const {
+    return mSpec.kind == RangeSpec::eKind::kWithin || mSpec.kind == RangeSpec::eKind::kReversed;
+  }
 
   bool Refill() {
     bool const first = !mStarted;
     mStarted = true;
-    if (mSpec.kind == RangeSpec::Kind::kReversed) {
+    if (mSpec.kind == RangeSpec::eKind::kReversed) {
       return first ? StartBackward() : ContinueBackward();
     }
     return first ? StartForward() : ContinueForward();
@@ -68,17 +70,17 @@ class SampleCursor {
 
   bool StartForward() {
     switch (mSpec.kind) {
-      case RangeSpec::Kind::kAll:
+      case RangeSpec::eKind::kAll:
         mFrom = mWindows->First();
         mLimit = mWindows->Last();
         break;
-      case RangeSpec::Kind::kCovering:
-      case RangeSpec::Kind::kWithin:
+      case RangeSpec::eKind::kCovering:
+      case RangeSpec::eKind::kWithin:
         mFrom = mWindows->Clamped(mSpec.start);
         mLimit = mWindows->Clamped(mSpec.end);
         break;
-      case RangeSpec::Kind::kReversed:
-      case RangeSpec::Kind::kEmpty:
+      case RangeSpec::eKind::kReversed:
+      case RangeSpec::eKind::kEmpty:
         return false;
     }
     if (mLimit.index < mFrom.index) {
@@ -119,11 +121,11 @@ class SampleCursor {
 
   /// Behind the limit there may be more samples of the end time, or of one that the library took for it.
   bool ExtendForward() {
-    if (mSpec.kind == RangeSpec::Kind::kAll) {
+    if (mSpec.kind == RangeSpec::eKind::kAll) {
       mWindows->RequireEnd(mLimit);
       return false;
     }
-    if (mSpec.kind == RangeSpec::Kind::kCovering || mLastTime > mSpec.end) {
+    if (mSpec.kind == RangeSpec::eKind::kCovering || mLastTime > mSpec.end) {
       return false;
     }
     Position const further = mWindows->Beyond(mSpec.end, mLimit);
@@ -265,7 +267,7 @@ class SampleRange {
   };
 
   Iterator begin() const {
-    return mSpec.kind == detail::RangeSpec::Kind::kEmpty
+    return mSpec.kind == detail::RangeSpec::eKind::kEmpty
                ? Iterator()
                : Iterator(std::make_shared<detail::SampleCursor>(mWindows, mSpec));
   }
@@ -297,11 +299,11 @@ class SampleRange {
 class Samples {
  public:
   /// Every sample.
-  SampleRange all() const { return Range(detail::RangeSpec::Kind::kAll, Time(), Time()); }
+  SampleRange all() const { return Range(detail::RangeSpec::eKind::kAll, Time(), Time()); }
 
   /// The samples with start <= time <= end. Empty when there are none, and when `start` is later.
   SampleRange within(Time start, Time end) const {
-    return Range(start <= end ? detail::RangeSpec::Kind::kWithin : detail::RangeSpec::Kind::kEmpty, start, end);
+    return Range(start <= end ? detail::RangeSpec::eKind::kWithin : detail::RangeSpec::eKind::kEmpty, start, end);
   }
 
   /// What is needed to know the value at every time from `start` to `end`: `within`, and before it the
@@ -309,12 +311,12 @@ class Samples {
   /// own rules: times are cut to the ticks of the file, from before the set it begins with the first
   /// sample, and of several samples at `end` it gives only the first. Empty when `start` is later.
   SampleRange covering(Time start, Time end) const {
-    return Range(start <= end ? detail::RangeSpec::Kind::kCovering : detail::RangeSpec::Kind::kEmpty, start, end);
+    return Range(start <= end ? detail::RangeSpec::eKind::kCovering : detail::RangeSpec::eKind::kEmpty, start, end);
   }
 
   /// What `within(earlier, later)` gives, last sample first. Empty when `later` is the earlier one.
   SampleRange reversed(Time later, Time earlier) const {
-    return Range(earlier <= later ? detail::RangeSpec::Kind::kReversed : detail::RangeSpec::Kind::kEmpty, earlier,
+    return Range(earlier <= later ? detail::RangeSpec::eKind::kReversed : detail::RangeSpec::eKind::kEmpty, earlier,
                  later);
   }
 
@@ -332,12 +334,12 @@ class Samples {
   Samples(std::shared_ptr<detail::OpenFile const> file, std::shared_ptr<DynamicData const> data, std::uint64_t window)
       : mData(std::move(data)), mWindows(std::make_shared<detail::SampleWindows>(std::move(file), *mData, window)) {}
 
-  SampleRange Range(detail::RangeSpec::Kind kind, Time start, Time end) const {
-    detail::RangeSpec spec{mWindows->IsEmpty() ? detail::RangeSpec::Kind::kEmpty : kind, start, end};
-    if (spec.kind == detail::RangeSpec::Kind::kWithin || spec.kind == detail::RangeSpec::Kind::kReversed) {
+  SampleRange Range(detail::RangeSpec::eKind kind, Time start, Time end) const {
+    detail::RangeSpec spec{mWindows->IsEmpty() ? detail::RangeSpec::eKind::kEmpty : kind, start, end};
+    if (spec.kind == detail::RangeSpec::eKind::kWithin || spec.kind == detail::RangeSpec::eKind::kReversed) {
       Extent const& extent = mWindows->GetExtent();
       if (end < Time{0, 1} || start > extent.end) {
-        spec.kind = detail::RangeSpec::Kind::kEmpty;
+        spec.kind = detail::RangeSpec::eKind::kEmpty;
       }
     }
     return SampleRange(mWindows, spec);

@@ -17,7 +17,7 @@
 namespace senmark {
 
 /// Kind of a node in the tree.
-enum class NodeKind : std::uint8_t {
+enum class eNodeKind : std::uint8_t {
   kGroup = ns_sensor::kGroupChild,
   kDynamic = ns_sensor::kDynamicChild,
   kStatic = ns_sensor::kStaticChild,
@@ -25,7 +25,7 @@ enum class NodeKind : std::uint8_t {
 };
 
 /// Kind of a value.
-enum class ValueType : std::uint8_t {
+enum class eValueType : std::uint8_t {
   kNumber = ns_sensor::kNumberValue,
   kString = ns_sensor::kStringValue,
   kNumberArray = ns_sensor::kNumberArrayValue,
@@ -34,7 +34,7 @@ enum class ValueType : std::uint8_t {
 };
 
 /// How values between two samples are to be understood.
-enum class Interpolation : std::uint8_t {
+enum class eInterpolation : std::uint8_t {
   kNone = ns_sensor::kNoInterpolation,
   kLinear = ns_sensor::kLinearInterpolation,
   kHold = ns_sensor::kHoldInterpolation,  ///< the earlier value stays until the next sample
@@ -92,18 +92,18 @@ using Properties = std::variant<std::monostate, NumberProperties, NumberArrayPro
 
 /// What only a static node has.
 struct StaticData {
-  ValueType type = ValueType::kInvalid;
+  eValueType type = eValueType::kInvalid;
   Properties properties;
   Value value;  ///< of a version 1 file, a text has its filler still behind it
 };
 
 /// What only a dynamic node has.
 struct DynamicData {
-  ValueType type = ValueType::kInvalid;
+  eValueType type = eValueType::kInvalid;
   Properties properties;
   std::string sampleSetId;        ///< key of its samples
   std::uint64_t sampleCount = 0;  ///< as the outline tells; a file may lack the samples all the same
-  Interpolation interpolation = Interpolation::kNone;
+  eInterpolation interpolation = eInterpolation::kNone;
   bool hasExpectedFrequency = false;
   std::optional<Extent> extent;                ///< none: the set has no samples
   std::string expectedMaxInterSampleDuration;  ///< text of the file, empty when it has none
@@ -111,7 +111,7 @@ struct DynamicData {
 
 /// One node of the tree.
 struct Node {
-  NodeKind kind = NodeKind::kInvalid;
+  eNodeKind kind = eNodeKind::kInvalid;
   std::string path;                    ///< what `File::node` takes, like `["arm"]["hand"]`
   std::string displayName;             ///< for people
   std::string matchName;               ///< letters and digits, unique in the file, possibly empty
