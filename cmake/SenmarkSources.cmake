@@ -9,14 +9,14 @@ endif()
 # The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
 # what they need and hold nothing else, and run only where the processor has it.
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
-  set(SENMARK_PROCESSOR_SOURCES source/SK_WhiteSpaceFilter_avx2.cpp source/SK_WhiteSpaceFilter_avx512.cpp
+  set(SENMARK_PROCESSOR_SOURCES source/SK_NumberRun_x86.cpp source/SK_WhiteSpaceFilter_avx2.cpp source/SK_WhiteSpaceFilter_avx512.cpp
                                 source/SK_WhiteSpaceFilter_x86.cpp)
   set_source_files_properties(source/SK_WhiteSpaceFilter_avx2.cpp
                               PROPERTIES COMPILE_OPTIONS -mavx2 SKIP_PRECOMPILE_HEADERS ON)
   set_source_files_properties(source/SK_WhiteSpaceFilter_avx512.cpp
                               PROPERTIES COMPILE_OPTIONS "-mavx512bw;-mavx512vbmi2" SKIP_PRECOMPILE_HEADERS ON)
 else()
-  set(SENMARK_PROCESSOR_SOURCES source/SK_WhiteSpaceFilter_generic.cpp)
+  set(SENMARK_PROCESSOR_SOURCES source/SK_NumberRun_generic.cpp source/SK_WhiteSpaceFilter_generic.cpp)
 endif()
 
 set(SENMARK_SOURCES
@@ -43,6 +43,7 @@ set(SENMARK_SOURCES
     source/SK_Localizer.cpp
     source/SK_Mutex.cpp
     source/SK_NumberLayout.cpp
+    source/SK_NumberRun.cpp
     source/SK_NumberText.cpp
     source/SK_OutlinePath.cpp
     source/SK_OutlineReader.cpp

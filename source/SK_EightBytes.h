@@ -20,6 +20,14 @@ inline std::uint64_t LoadEight(char const* bytes) {
   return number;
 }
 
+constexpr std::uint16_t TwoBytes(char first, char second) {
+  return static_cast<std::uint16_t>(static_cast<unsigned char>(first) | static_cast<unsigned char>(second) << 8U);
+}
+
+inline std::uint16_t LoadTwo(char const* bytes) {
+  return TwoBytes(bytes[0], bytes[1]);
+}
+
 /// Not 0 when one of 8 bytes is below `limit`, which is at most 128.
 inline std::uint64_t AnyBelow(std::uint64_t bytes, std::uint64_t limit) {
   return (bytes - kEveryByte * limit) & ~bytes & kHighBits;

@@ -21,6 +21,9 @@ class SK_NumberLayout {
   bool Learn(std::string_view text);
   /// Decimals are read 8 at a time, from the left, and the rest of them as the last chunk: so many chunks.
   unsigned DecimalChunks() const { return mDecimalChunks; }
+  bool HasSign() const { return mHasSign; }
+  std::uint64_t IntegerEnd() const { return mIntegerEnd; }  ///< offset of the point, or the length without one
+  double Divisor() const { return mDivisor; }  ///< 10 to the power of all decimals; 0 when that is no exact double
 
   /// The value of a number of this layout, the same double as `SK_NumberText::ToDouble` gives. False for a text
   /// that does not keep to the layout.

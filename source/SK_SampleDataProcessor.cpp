@@ -92,14 +92,14 @@ SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindRange(std::strin
   SK_SampleSet const set = FindSet(id);
   SK_RelativeTimeReader timeReader = mTimeReader;
   SK_SampleSearch search(set, mTimeFormat, timeReader);
-  search.Prefetch(start);
   if (end.empty()) {
-    std::uint64_t const found = search.DoBinarySearch(start);
+    std::uint64_t const found = search.DoBinarySearch(start, search.PrefetchFor(start, 1));
     return {set, found, found};
   }
-  search.Prefetch(end);
-  std::uint64_t const low = search.DoBinarySearch(start);
-  return {set, low, search.DoBinarySearch(end)};
+  std::int64_t const startGuess = search.PrefetchFor(start, set.info->mSampleCount);
+  std::int64_t const endGuess = search.PrefetchFor(end, 1);
+  std::uint64_t const low = search.DoBinarySearch(start, startGuess);
+  return {set, low, search.DoBinarySearch(end, endGuess)};
 }
 
 SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindAdjacentRange(std::string const& id,
@@ -116,8 +116,7 @@ SK_SampleDataProcessor::SampleRange SK_SampleDataProcessor::FindAdjacentRange(st
   }
   SK_RelativeTimeReader timeReader = mTimeReader;
   SK_SampleSearch search(set, mTimeFormat, timeReader);
-  search.Prefetch(time);
-  std::uint64_t const found = search.DoBinarySearch(time);
+  std::uint64_t const found = search.DoBinarySearch(time, search.PrefetchFor(time, 2));
   std::uint64_t const last = set.LastIndex();
   if (fromEnd == 0) {
     return found > 0 ? SampleRange{set, found - 1, found} : SampleRange{};

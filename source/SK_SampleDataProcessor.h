@@ -7,10 +7,10 @@
 #include <cstdint>
 #include <string>
 
+#include "SK_DynamicSampleInfo.h"
 #include "SK_FormatVersion.h"
 #include "SK_RelativeTimeReader.h"
 #include "SK_SampleSet.h"
-#include "SK_TdjsonParser.h"
 #include "SK_TimeFormat.h"
 #include "senmark/SK_Records.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "SK_EightBytes.h"
+#include "SK_Prefetch.h"
 
 namespace SK_NAMESPACE_INT {
 namespace {
@@ -28,33 +28,9 @@ struct PaddedPieces {
 constexpr PaddedPieces kPaddedVersion1 = {R"({"length":)", R"(,"str":")", R"("})"};
 constexpr PaddedPieces kPaddedVersion2 = {R"({"length":")", R"(","str":")", R"("})"};
 
-constexpr std::uint64_t kPart = 64;  // samples
-constexpr std::uint64_t kChunk = 8;
+constexpr std::uint64_t kPart = 256;            // samples
+constexpr std::uint64_t kFewSamples = 4;        // too few to prepare for
 constexpr std::uint64_t kMostLengthDigits = 9;  // they fit 32 bits
-
-std::uint16_t TwoBytes(char const* bytes) {
-  return static_cast<std::uint16_t>(static_cast<unsigned char>(bytes[0]) | static_cast<unsigned char>(bytes[1]) << 8U);
-}
-
-std::uint16_t TwoBytes(char first, char second) {
-  char const bytes[] = {first, second};
-  return TwoBytes(bytes);
-}
-
-/// Whether a JSON string of these bytes means just them.
-inline bool IsPlain(char const* text, std::uint64_t size) {
-  std::uint64_t special = 0;
-  std::uint64_t done = 0;
-  for (; size - done >= kChunk; done += kChunk) {
-    special |= AnySpecial(LoadEight(text + done));
-  }
-  if (size >= kChunk) {
-    return (special | AnySpecial(LoadEight(text + size - kChunk))) == 0;
-  }
-  char rest[kChunk] = {'0', '0', '0', '0', '0', '0', '0', '0'};
-  std::memcpy(rest, text, size);
-  return AnySpecial(LoadEight(rest)) == 0;
-}
 
 bool Matches(char const* bytes, std::string_view literal) {
   return std::memcmp(bytes, literal.data(), literal.size()) == 0;
@@ -86,6 +62,9 @@ std::uint64_t SK_SampleDecoder::Decode(char const* first, std::uint64_t most, SK
   if (most == 0 || !WidthsFit()) {
     return 0;
   }
+  mRun.step = mInfo.mSampleSize + 1;
+  mRun.end = first + most * mRun.step - 1;
+  Prefetch(first, first + std::min(kPrefetchDistance, mRun.end - first));
   LearnFrame(first);
   if (mInfo.mValueKind == kPaddedStringSamples) {
     return DecodeTexts(first, most, block);
@@ -93,30 +72,7 @@ std::uint64_t SK_SampleDecoder::Decode(char const* first, std::uint64_t most, SK
   if (!LearnNumber(first)) {
     return 0;
   }
-  // In parts that stay in the first cache between values and times.
-  std::uint64_t taken = 0;
-  while (taken != most) {
-    std::uint64_t const part = std::min(kPart, most - taken);
-    std::uint64_t const done = DecodePart(first + taken * (mInfo.mSampleSize + 1), part, block);
-    taken += done;
-    if (done != part) {
-      break;
-    }
-  }
-  return taken;
-}
-
-std::uint64_t SK_SampleDecoder::DecodePart(char const* first, std::uint64_t most, SK_SampleBlock& block) {
-  switch (mNumber.DecimalChunks()) {
-    case 0:
-      return DecodeNumbers<0>(first, most, block);
-    case 1:
-      return DecodeNumbers<1>(first, most, block);
-    case 2:
-      return DecodeNumbers<2>(first, most, block);
-    default:
-      return DecodeNumbers<SK_NumberLayout::kMostDecimalChunks>(first, most, block);
-  }
+  return DecodeNumbers(first, most, block);
 }
 
 /// Whether the widths of the set's entry are those of the layout. They come from the file.
@@ -139,6 +95,7 @@ bool SK_SampleDecoder::WidthsFit() const {
 
 /// Takes from one sample which member comes first. Whether it really has that frame shows when it is read.
 void SK_SampleDecoder::LearnFrame(char const* sample) {
+  SK_SampleFrame& frame = mRun.frame;
   bool const valueFirst = sample[kFirstKeyOffset] == 'v';
   bool const isArray = mInfo.mValueKind == kNumberArraySamples;
   bool const isText = mInfo.mValueKind == kPaddedStringSamples;
@@ -146,86 +103,46 @@ void SK_SampleDecoder::LearnFrame(char const* sample) {
   char const timeEnd = '"';
 
   std::string_view const head = valueFirst ? kValueFirstHead : kTimeFirstHead;
-  mFrame.head = LoadEight(head.data());
-  mFrame.headEnd = head.back();
-  mFrame.beforeKey = TwoBytes(valueFirst ? valueEnd : timeEnd, ',');
-  mFrame.key = LoadEight(valueFirst ? kValueFirstKey.data() : kTimeFirstKey.data());
-  mFrame.keyOffset = kHeadSize + (valueFirst ? mValueWidth + 1 : mTimeLength + 2);
-  mFrame.tailOffset = mInfo.mSampleSize - 2;
-  mFrame.timeLength = mTimeLength;
-  mFrame.tail = TwoBytes(valueFirst ? timeEnd : valueEnd, '}');
-  std::uint64_t const behindKey = mFrame.keyOffset + kKeySize;
-  mFrame.timeOffset = valueFirst ? behindKey : kHeadSize;
-  mFrame.valueOffset = valueFirst ? kHeadSize : behindKey;
+  frame.head = LoadEight(head.data());
+  frame.headEnd = head.back();
+  frame.beforeKey = TwoBytes(valueFirst ? valueEnd : timeEnd, ',');
+  frame.key = LoadEight(valueFirst ? kValueFirstKey.data() : kTimeFirstKey.data());
+  frame.keyOffset = kHeadSize + (valueFirst ? mValueWidth + 1 : mTimeLength + 2);
+  frame.tailOffset = mInfo.mSampleSize - 2;
+  frame.timeLength = mTimeLength;
+  frame.tail = TwoBytes(valueFirst ? timeEnd : valueEnd, '}');
+  std::uint64_t const behindKey = frame.keyOffset + kKeySize;
+  frame.timeOffset = valueFirst ? behindKey : kHeadSize;
+  frame.valueOffset = valueFirst ? kHeadSize : behindKey;
 }
 
 bool SK_SampleDecoder::LearnNumber(char const* sample) {
-  std::uint64_t const firstNumber = mInfo.mValueKind == kNumberArraySamples ? 2 : 1;
-  return mNumber.Learn({sample + mFrame.valueOffset + firstNumber, mInfo.mNumberLength - 2});
+  mRun.isArray = mInfo.mValueKind == kNumberArraySamples;
+  mRun.textLength = mInfo.mNumberLength - 2;
+  mRun.count = mRun.isArray ? mInfo.mArraySize : 1;
+  return mRun.layout.Learn({sample + mRun.frame.valueOffset + (mRun.isArray ? 2 : 1), mRun.textLength});
 }
 
-inline bool SK_SampleDecoder::HasFrame(Frame const& frame, char const* sample) {
-  std::uint64_t difference = (LoadEight(sample) ^ frame.head) | (LoadEight(sample + frame.keyOffset) ^ frame.key);
-  difference |= static_cast<std::uint64_t>(sample[kHeadSize - 1] != frame.headEnd);
-  difference |= static_cast<std::uint64_t>(TwoBytes(sample + frame.keyOffset - 2) ^ frame.beforeKey);
-  difference |= static_cast<std::uint64_t>(TwoBytes(sample + frame.tailOffset) ^ frame.tail);
-  return difference == 0 && IsPlain(sample + frame.timeOffset, frame.timeLength);
-}
-
-namespace {
-
-/// The numbers of an array. The frame has shown its last byte.
-template <unsigned kChunks>
-inline bool ReadArray(SK_NumberLayout const& layout, std::uint64_t textLength, std::uint64_t count, char const* value,
-                      double* out) {
-  if (TwoBytes(value) != TwoBytes('[', '"')) {
-    return false;
-  }
-  char const* text = value + 2;
-  for (std::uint64_t left = count; left != 0; --left) {
-    if (!layout.Read<kChunks>(text, *out++) || text[textLength] != '"') {
-      return false;
-    }
-    text += textLength + 1;
-    if (left != 1 && TwoBytes(text) != TwoBytes(',', '"')) {
-      return false;
-    }
-    text += 2;
-  }
-  return true;
-}
-
-}  // namespace
-
-/// Values first and times then, so that the loop over the values calls nothing.
-template <unsigned kChunks>
+/// Values first and times then, in parts that stay in the first cache in between: so the loop over the values calls
+/// nothing.
 std::uint64_t SK_SampleDecoder::DecodeNumbers(char const* first, std::uint64_t most, SK_SampleBlock& block) {
-  Frame const frame = mFrame;
-  SK_NumberLayout const layout = mNumber;
-  bool const isArray = mInfo.mValueKind == kNumberArraySamples;
-  std::uint64_t const textLength = mInfo.mNumberLength - 2;
-  std::uint64_t const count = isArray ? mInfo.mArraySize : 1;
-  std::uint64_t const step = mInfo.mSampleSize + 1;
-  double* const numbers = block.NextNumbers();
+  SK_NumberDecoder const wide = most < kFewSamples ? nullptr : FindWideNumberDecoder(mRun);
+  SK_NumberDecoder const decode = wide == nullptr ? DecodeNumbersByWords : wide;
   std::uint64_t taken = 0;
-  for (; taken != most; ++taken) {
-    char const* const sample = first + taken * step;
-    char const* const value = sample + frame.valueOffset;
-    double* const out = numbers + taken * count;
-    if (!HasFrame(frame, sample)) {
-      break;
+  while (taken != most) {
+    std::uint64_t const part = std::min(kPart, most - taken);
+    char const* const sample = first + taken * mRun.step;
+    std::uint64_t const done = decode(mRun, sample, part, block.NextNumbers());
+    SK_Time* const times = block.NextTime();
+    for (std::uint64_t i = 0; i != done; ++i) {
+      mTimeReader.Read({sample + i * mRun.step + mRun.frame.timeOffset, mTimeLength}, times[i]);
     }
-    bool const isRead = isArray ? ReadArray<kChunks>(layout, textLength, count, value, out)
-                                : *value == '"' && layout.Read<kChunks>(value + 1, *out);
-    if (!isRead) {
+    block.Advance(done);
+    taken += done;
+    if (done != part) {
       break;
     }
   }
-  SK_Time* const times = block.NextTime();
-  for (std::uint64_t i = 0; i != taken; ++i) {
-    times[i] = mTimeReader.Read({first + i * step + frame.timeOffset, frame.timeLength});
-  }
-  block.Advance(taken);
   return taken;
 }
 
@@ -241,7 +158,7 @@ bool SK_SampleDecoder::ReadText(char const* value, std::string_view& text) const
   }
   // A JSON number has no zeros in front, a text of digits may.
   if ((!mIsVersion2 && digits[0] == '0' && mInfo.mMaxDigits > 1) || length > mInfo.mMaxLength ||
-      !IsPlain(bytes, mInfo.mMaxLength)) {
+      !IsPlainText(bytes, mInfo.mMaxLength)) {
     return false;
   }
   text = {bytes, length};
@@ -249,15 +166,15 @@ bool SK_SampleDecoder::ReadText(char const* value, std::string_view& text) const
 }
 
 std::uint64_t SK_SampleDecoder::DecodeTexts(char const* first, std::uint64_t most, SK_SampleBlock& block) {
-  std::uint64_t const step = mInfo.mSampleSize + 1;
   std::uint64_t taken = 0;
   for (; taken != most; ++taken) {
-    char const* const sample = first + taken * step;
+    char const* const sample = first + taken * mRun.step;
+    PrefetchAhead(sample, static_cast<std::ptrdiff_t>(mRun.step), mRun.end);
     std::string_view text;
-    if (!HasFrame(mFrame, sample) || !ReadText(sample + mFrame.valueOffset, text)) {
+    if (!mRun.frame.Fits(sample) || !ReadText(sample + mRun.frame.valueOffset, text)) {
       break;
     }
-    block.AddText(mTimeReader.Read({sample + mFrame.timeOffset, mTimeLength}), text);
+    block.AddText(mTimeReader.Read({sample + mRun.frame.timeOffset, mTimeLength}), text);
   }
   return taken;
 }

@@ -12,7 +12,7 @@
 
 #include "SK_DynamicSampleInfo.h"
 #include "SK_FormatVersion.h"
-#include "SK_NumberLayout.h"
+#include "SK_NumberRun.h"
 #include "SK_RelativeTimeReader.h"
 #include "SK_SampleBlock.h"
 
@@ -32,27 +32,9 @@ class SK_SampleDecoder {
   std::uint64_t Decode(char const* first, std::uint64_t most, SK_SampleBlock& block);
 
  private:
-  /// The bytes that all samples of a set share, but for those inside of the value. They are compared in
-  /// the pieces that stand here.
-  struct Frame {
-    std::uint64_t head = 0;       ///< the first 8 bytes
-    char headEnd = 0;             ///< the ninth
-    std::uint16_t beforeKey = 0;  ///< the 2 bytes before the second key
-    std::uint64_t key = 0;        ///< the second key, 8 bytes
-    std::uint64_t keyOffset = 0;
-    std::uint16_t tail = 0;  ///< the last 2 bytes
-    std::uint64_t tailOffset = 0;
-    std::uint64_t timeOffset = 0;  ///< of the text behind its quote
-    std::uint64_t timeLength = 0;
-    std::uint64_t valueOffset = 0;
-  };
-
   bool WidthsFit() const;
   void LearnFrame(char const* sample);
   bool LearnNumber(char const* sample);
-  static bool HasFrame(Frame const& frame, char const* sample);
-  std::uint64_t DecodePart(char const* first, std::uint64_t most, SK_SampleBlock& block);
-  template <unsigned kChunks>
   std::uint64_t DecodeNumbers(char const* first, std::uint64_t most, SK_SampleBlock& block);
   bool ReadText(char const* value, std::string_view& text) const;
   std::uint64_t DecodeTexts(char const* first, std::uint64_t most, SK_SampleBlock& block);
@@ -62,8 +44,7 @@ class SK_SampleDecoder {
   std::uint64_t mTimeLength;
   bool mIsVersion2;
   std::uint64_t mValueWidth = 0;
-  Frame mFrame;
-  SK_NumberLayout mNumber;
+  SK_NumberRun mRun;
 };
 
 }  // namespace SK_NAMESPACE_INT

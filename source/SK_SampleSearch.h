@@ -22,14 +22,19 @@ class SK_SampleSearch {
   ///
   /// In a set that is not in the order of time the answer depends on which samples are looked at, and so does
   /// whether a malformed one is met: the way is fixed behaviour.
-  std::uint64_t DoBinarySearch(std::string_view target) const;
+  ///
+  /// guess  what `PrefetchFor` gave for the target. It changes no result.
+  std::uint64_t DoBinarySearch(std::string_view target, std::int64_t guess) const;
 
-  /// Asks for the memory that a search for `target` is going to want, all of it at once. It changes no result.
-  void Prefetch(std::string_view target);
+  static constexpr std::int64_t kNoGuess = -1;
+  /// Asks for the memory that a search for `target` is going to want, all of it at once, and for the samples
+  /// that are read from there on: `samples` of them or as many as make sense. Gives the index where the target
+  /// should be.
+  std::int64_t PrefetchFor(std::string_view target, std::uint64_t samples);
 
  private:
   std::string_view TimeAt(std::uint64_t index) const;
-  bool Guess(std::string_view target, std::uint64_t& index);
+  std::int64_t Guess(std::string_view target);
 
   SK_SampleSet const& mSet;
   SK_TimeFormat const& mTimeFormat;

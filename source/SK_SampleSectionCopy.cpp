@@ -12,8 +12,8 @@ namespace {
 
 /// Small enough to stay in the processor's cache until the sink takes it.
 constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
-/// What a filter may add to a piece that is almost full.
-constexpr std::size_t kPieceReserve = std::size_t{64} * 1024;
+/// The least that is filtered at once, so that a piece that is almost full takes no series of tiny steps.
+constexpr std::size_t kLeastStep = std::size_t{16} * 1024;
 /// More brackets than a file can close.
 constexpr std::uint64_t kNeverCloses = std::uint64_t{1} << 62;
 
@@ -22,13 +22,13 @@ constexpr std::uint64_t kNeverCloses = std::uint64_t{1} << 62;
 class PieceWriter {
  public:
   PieceWriter(SK_FilterFunction filter, SK_SampleSectionCopy::Sink const& sink)
-      : mFilter(filter), mSink(sink), mBytes(new char[kPieceSize + kPieceReserve + kFilterSlack]) {}
+      : mFilter(filter), mSink(sink), mBytes(new char[kPieceSize + kLeastStep + kFilterSlack]) {}
 
   /// Gives `end`, or the bracket at which the depth of `state` reaches 0.
   char const* Filter(char const* p, char const* end, SK_FilterState& state) {
     while (p < end) {
-      std::size_t const room = kPieceSize + kPieceReserve - mUsed;
-      std::size_t const size = std::min(room, static_cast<std::size_t>(end - p));
+      std::size_t const step = std::max(kPieceSize - mUsed, kLeastStep);
+      std::size_t const size = std::min(step, static_cast<std::size_t>(end - p));
       SK_FilterResult const filtered = mFilter(p, p + size, mBytes.get() + mUsed, state);
       p = filtered.in;
       mUsed = static_cast<std::size_t>(filtered.out - mBytes.get());

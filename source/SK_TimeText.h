@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "SK_EightBytes.h"
 #include "SK_TimeInt.h"
 #include "senmark/SK_BasicRecords.h"
 
@@ -56,12 +57,6 @@ struct ClockFields {
   std::uint32_t minute = 0;
   std::uint32_t second = 0;
 };
-
-/// 8 bytes as one number, the first byte the lowest.
-inline std::uint64_t LoadEight(char const* bytes) {
-  auto const at = [bytes](unsigned i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8U * i); };
-  return at(0) | at(1) | at(2) | at(3) | at(4) | at(5) | at(6) | at(7);
-}
 
 /// Whether each of 8 bytes is a digit.
 inline bool AreEightDigits(std::uint64_t bytes) {

@@ -14,7 +14,12 @@ constexpr std::ptrdiff_t kBlockSize = 64;
 
 /// How far ahead the bytes are called from memory. Without it the filter waits for memory wherever the
 /// processor does not look ahead by itself, as on most virtual machines.
-constexpr std::ptrdiff_t kPrefetchDistance = 2048;
+constexpr std::uintptr_t kPrefetchDistance = 2048;
+
+/// A hint and no read: what it names may lie behind the end of the range, or nowhere.
+inline void PrefetchAhead(char const* p) {
+  __builtin_prefetch(reinterpret_cast<void const*>(reinterpret_cast<std::uintptr_t>(p) + kPrefetchDistance));
+}
 
 inline std::uint64_t CountBits(std::uint64_t mask) {
   return static_cast<std::uint64_t>(__builtin_popcountll(mask));
@@ -49,9 +54,7 @@ SK_FilterResult FilterBlocks(char const* p, char const* end, char* out, SK_Filte
   std::uint64_t depth = state.depth;
   std::uint64_t inside = state.insideString ? ~std::uint64_t{0} : 0;
   for (; end - p >= kBlockSize; p += kBlockSize) {
-    if (end - p > kPrefetchDistance) {
-      __builtin_prefetch(p + kPrefetchDistance);
-    }
+    PrefetchAhead(p);
     Block const block(p);
     std::uint64_t const open = block.Open();
     std::uint64_t const close = block.Close();

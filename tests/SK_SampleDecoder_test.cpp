@@ -56,20 +56,12 @@ class SampleReaders {
     mInfo.mSampleSize += 20U + kind.format.GetTimeStrLength();
   }
 
-  /// What the fast way makes of a text of one sample; empty when it leaves it to the other.
+  /// What the fast way makes of a text of one sample; empty when it leaves it to the other. Alone and as one of many
+  /// a sample may be read by different means.
   std::string ReadFast(std::string const& text) {
-    auto const buffer = CopyOf(text);
-    SK_SampleBlock block;
-    EXPECT_TRUE(block.Start(ValueTypeOf(mInfo), 1, NumbersPerSample(mInfo)));
-    SK_RelativeTimeReader timeReader(mKind.format);
-    SK_SampleDecoder decoder(mInfo, timeReader, mKind.format.GetTimeStrLength(), mKind.version);
-    try {
-      return decoder.Decode(buffer.get(), 1, block) == 0 ? "" : Describe(block, 0);
-    } catch (ns_sensor::SK_Exception const&) {
-      return "an error that is not for it to raise";
-    } catch (std::exception const& error) {
-      return error.what();
-    }
+    std::string const alone = ReadCopies(text, 1);
+    EXPECT_EQ(ReadCopies(text, 5), alone) << text;
+    return alone;
   }
 
   std::string ReadFully(std::string const& text) {
@@ -91,6 +83,28 @@ class SampleReaders {
   std::uint64_t Width() const { return mInfo.mSampleSize; }
 
  private:
+  /// What became of the last of several copies; empty when not all were taken.
+  std::string ReadCopies(std::string const& text, std::uint64_t copies) {
+    std::string joined;
+    for (std::uint64_t i = 0; i < copies; ++i) {
+      joined += (i == 0 ? "" : ",") + text;
+    }
+    auto const buffer = CopyOf(joined);
+    SK_SampleBlock block;
+    EXPECT_TRUE(block.Start(ValueTypeOf(mInfo), copies, NumbersPerSample(mInfo)));
+    SK_RelativeTimeReader timeReader(mKind.format);
+    SK_SampleDecoder decoder(mInfo, timeReader, mKind.format.GetTimeStrLength(), mKind.version);
+    try {
+      std::uint64_t const taken = decoder.Decode(buffer.get(), copies, block);
+      EXPECT_TRUE(taken == 0 || taken == copies) << taken;
+      return taken == copies ? Describe(block, copies - 1) : "";
+    } catch (ns_sensor::SK_Exception const&) {
+      return "an error that is not for it to raise";
+    } catch (std::exception const& error) {
+      return error.what();
+    }
+  }
+
   static std::unique_ptr<char[]> CopyOf(std::string const& text) {
     auto buffer = std::make_unique<char[]>(text.size());
     std::memcpy(buffer.get(), text.data(), text.size());

@@ -40,14 +40,23 @@ class SetUnderSearch {
 
   SK_SampleSet const& Set() const { return mSet; }
 
-  /// Index of what is found, or the message.
+  /// Index of what is found, or the message: the same for every guess.
   std::string Find(std::string const& target) {
     SK_TimeFormat const format = ThirtyFrames();
     SK_RelativeTimeReader reader(format);
     SK_SampleSearch search(mSet, format, reader);
+    std::string const found = FindWith(search, target, SK_SampleSearch::kNoGuess);
+    auto const last = static_cast<std::int64_t>(mSet.LastIndex());
+    for (std::int64_t const guess : {search.PrefetchFor(target, 3), std::int64_t{0}, last / 3, last / 2, last}) {
+      EXPECT_EQ(FindWith(search, target, guess), found) << "guessed " << guess;
+    }
+    return found;
+  }
+
+ private:
+  static std::string FindWith(SK_SampleSearch const& search, std::string const& target, std::int64_t guess) {
     try {
-      search.Prefetch(target);
-      return std::to_string(search.DoBinarySearch(target));
+      return std::to_string(search.DoBinarySearch(target, guess));
     } catch (ns_sensor::SK_Exception const& error) {
       EXPECT_EQ(error.GetErrorCode(), ns_sensor::kMalformedSample);
       EXPECT_EQ(error.GetFileOffset(), -1);
@@ -56,7 +65,6 @@ class SetUnderSearch {
     }
   }
 
- private:
   static constexpr std::size_t kInFront = 50;
   std::string const mId = "s1";
   SK_DynamicSampleInfo mInfo;
@@ -259,7 +267,7 @@ TEST(SampleSearch, LabelWrapsWhereItComesOutBelowZero) {
   SK_RelativeTimeReader reader(format);
   std::uint64_t const label = (std::uint64_t{6} - 34) / 35;
   try {
-    SK_SampleSearch(set, format, reader).DoBinarySearch("00:00:00:01");
+    SK_SampleSearch(set, format, reader).DoBinarySearch("00:00:00:01", SK_SampleSearch::kNoGuess);
     FAIL();
   } catch (ns_sensor::SK_Exception const& error) {
     EXPECT_EQ(error.GetLocalizedErrMsg(), "Invalid sample:\"sampleSetID:w/sample[" + std::to_string(label) + "]\"");
