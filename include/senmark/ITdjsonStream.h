@@ -33,7 +33,8 @@ class ITdjsonStream {
 
   /// Writes the whole file to `path`, whatever has been read of it.
   ///
-  /// A failure leaves no new file, and an existing one empty.
+  /// A failure leaves no new file, and an existing one empty. Saving onto the very file that the stream reads leaves
+  /// it as it is.
   /// Errors: 2, 3 a bad path; 6, 7, 13 the file cannot be made; 11 it cannot be read; 55 it cannot be
   ///         written.
   virtual void saveStream(char const* path, void* error) const = 0;
