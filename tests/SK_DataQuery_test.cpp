@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "DataFileText.h"
 #include "SK_Exception.h"
 #include "SK_SampleBlock.h"
 #include "SK_TdjsonParser.h"
@@ -18,9 +19,13 @@ namespace SK_NAMESPACE_INT {
 namespace {
 
 using ns_sensor::SK_PathSegment;
+using senmark_test::Array;
 using senmark_test::kSmallVersion1;
 using senmark_test::kSmallVersion2;
+using senmark_test::NumberNode;
+using senmark_test::NumberSample;
 using senmark_test::TempFolder;
+using senmark_test::TopLevel;
 
 SK_PathSegment const kRoot = {"", -1};
 
@@ -272,6 +277,36 @@ TEST_F(DataQuery, LeafHasNoChildren) {
   EXPECT_EQ(Children({kRoot, Named("version")}), "33 Leaf node is not a group node.");
 }
 
+/// The small file with "children" in one of its leaves, where nothing checks them.
+std::string WithChildrenInALeaf(std::string const& children) {
+  std::string text = kSmallVersion2;
+  std::string const name = R"("matchName":"version")";
+  return text.replace(text.find(name), name.size(), name + R"(,"children":)" + children);
+}
+
+TEST(DataQueryForeignChildren, ThoseOfALeafAreWalkedAsTheyStand) {
+  SK_DataPath const leaf = {kRoot, Named("version")};
+  SK_DataPath const below = {kRoot, Named("version"), At(0)};
+  ns_sensor::SK_GroupChildInfo info;
+  std::vector<SK_DataPath> children;
+
+  FileUnderQuery const number(WithChildrenInALeaf("7"));
+  number->GetGroupChildInfo(leaf, &info);
+  EXPECT_EQ(info.matchName, "version");
+  EXPECT_EQ(OutcomeOf([&] {
+              number->GetGroupChildInfo(below, &info);
+              return info.matchName;
+            }),
+            "19 Assertion failure:RapidJSON.");
+
+  FileUnderQuery const array(WithChildrenInALeaf(R"([1,{"matchName":2}])"));
+  array->GetGroupChildren(leaf, &children);
+  EXPECT_EQ(children.size(), 2U);
+  array->GetGroupChildInfo(below, &info);
+  EXPECT_EQ(info.type, ns_sensor::kInvalidChild);
+  EXPECT_EQ(info.matchName, "");
+}
+
 TEST_F(DataQuery, RootIsNoChild) {
   EXPECT_EQ(ChildInfo({kRoot}),
             "33 Invalid node index, 2 child nodes present for node at path item :0. Input index : -1.");
@@ -429,6 +464,30 @@ TEST(DataQueryVersion1, DatesCountFromTheEarliest) {
   FileUnderQuery const one(kSmallVersion1);
   EXPECT_EQ(one.Samples("lv", {0, 1}, {13, 4}), "0/1 3/2 13/4");
   EXPECT_EQ(one.Samples("lv", {3, 1}, {1, 1}), "3/2 0/1");
+}
+
+/// A file of one set of numbers from 1 on, in UTC, one sample for each of `times`.
+std::string DatedNumbers(std::string const& utcInfo, std::vector<std::string> const& times) {
+  std::string samples;
+  for (std::string const& time : times) {
+    samples += (samples.empty() ? "" : ",") + NumberSample(time);
+  }
+  return TopLevel({R"("useTimecodeB":false,"utcInfo":)" + utcInfo,
+                   Array("dataOutline", {NumberNode("n", "A", static_cast<int>(times.size()))}),
+                   Array("dataDynamicSamples", {R"({"sampleSetID":"A","samples":[)" + samples + "]}"})});
+}
+
+// The length of a time text has 16 bits: 20 + 1 + 65516 digits wrap to one byte, and 65515 digits to none.
+TEST(DataQueryVersion1, LengthOfTimesWraps) {
+  FileUnderQuery const oneByte(DatedNumbers(R"({"precisionLength":65516,"isGMT":true})", {"1", "2", "3"}));
+  SK_DynamicDataSample* samples = nullptr;
+  unsigned long long count = 0;
+  bool reversed = false;
+  oneByte->GetDynamicSamples("A", {0, 1}, {0, 1}, samples, count, reversed, true);
+  EXPECT_EQ(count, 1U);
+
+  FileUnderQuery const none(DatedNumbers(R"({"precisionLength":65515,"isGMT":true})", {"", ""}));
+  EXPECT_EQ(none.Samples("A", {0, 1}, {0, 1}), R"(39 Invalid sample:"sampleSetID:A/sample[2]")");
 }
 
 TEST_F(DataQuery, UnknownIdAndEmptySetAreRefused) {

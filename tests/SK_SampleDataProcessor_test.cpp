@@ -224,6 +224,18 @@ TEST(SampleDataProcessor, AllKindsOfValuesComeOut) {
   EXPECT_EQ(Samples(samples, "n", "00:00:00:00", ""), "<1/1=-0.5>");
 }
 
+// The search takes the length for a number without quotes, which is what it is in version 1 alone.
+TEST(SampleDataProcessor, PaddedTextsOfVersion2HaveTheirTimeFirst) {
+  std::string const value = R"({"length":"2","str":"ab   "})";
+  ScratchSamples samples(ThirtyFrames(), kTdjsonVersion2);
+  samples.AddSet("t", PaddedWidths(5, 1, kTdjsonVersion2), {TimeFirst("00:00:00:15", value)});
+  EXPECT_EQ(Samples(samples, "t", "00:00:00:15", ""), "<1/2='ab'>");
+
+  ScratchSamples valueFirst(ThirtyFrames(), kTdjsonVersion2);
+  valueFirst.AddSet("t", PaddedWidths(5, 1, kTdjsonVersion2), {ValueFirst("00:00:00:15", value)});
+  EXPECT_EQ(Samples(valueFirst, "t", "00:00:00:15", ""), "39 Invalid sample:\"sampleSetID:t/sample[0]\"");
+}
+
 struct ValueRow {
   char const* name;
   eTDJSONVersion version;

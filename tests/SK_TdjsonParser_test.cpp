@@ -288,6 +288,8 @@ Refused const kRefused[] = {
      R"(Unable to find enclosing quotes for property value:"version".)"},
     {"CreatorIsNoString", R"({"creator":@1})", 32, R"(Unable to find enclosing quotes for property value:"creator".)"},
     {"OutlineIsNoArray", R"({"dataOutline":@{}})", 32, R"(Invalid "dataOutline" type, expected type:JSON Array.)"},
+    {"EmptyChildrenAreABadNumber", R"({"dataOutline":[{"children":[@]}]})", 32,
+     R"(Invalid "dataOutline[0]::children[0]" type, expected type:JSON Number.)"},
     {"SamplesAreNoArray", R"({"dataDynamicSamples":@{}})", 43,
      R"(Invalid "dataDynamicSamples" type, expected type:JSON Array.)"},
     {"SamplesAreCutOff", R"({"dataDynamicSamples":@)", 43,
