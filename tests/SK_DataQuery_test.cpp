@@ -236,6 +236,7 @@ std::vector<RefusedPath> RefusedPaths() {
   return {
       {"Empty", {}, kMissingRoot},
       {"RootWithIndex", {{"", 0}, Named("arm")}, kMissingRoot},
+      {"RootWithIndexBelowMinusOne", {{"", -2}, Named("arm")}, kMissingRoot},
       {"RootWithOtherName", {Named("arm")}, kMissingRoot},
       {"NeitherIndexNorName",
        {kRoot, Named("arm"), kRoot},

@@ -206,6 +206,22 @@ TEST(SampleDataProcessor, EqualTimesAtBothEndsHaveNoneBeforeTheFirst) {
   EXPECT_EQ(Adjacent(samples, "e", "00:00:00:10"), "");
 }
 
+TEST(SampleDataProcessor, BehindEqualTimesAtTheEndComesTheirFirst) {
+  ScratchSamples samples(ThirtyFrames());
+  samples.AddSet("e", NumberWidths(1),
+                 {NumberAt("00:00:00:00", "0"), NumberAt("00:00:00:10", "1"), NumberAt("00:00:00:10", "2")});
+  EXPECT_EQ(Adjacent(samples, "e", "00:00:00:11"), "<1/3=1.>");
+}
+
+TEST(SampleDataProcessor, StartFoundLaterInAnUnsortedSetCountsFromTheFirst) {
+  ScratchSamples samples(ThirtyFrames());
+  // By hand: the middle, at index 2, holds 10. To the left of it the search looks at 5 and ends there.
+  samples.AddSet("u", NumberWidths(1),
+                 {NumberAt("00:00:00:10", "0"), NumberAt("00:00:00:05", "1"), NumberAt("00:00:00:10", "2"),
+                  NumberAt("00:00:01:00", "3")});
+  EXPECT_EQ(Adjacent(samples, "u", "00:00:00:10"), "<1/3=0.><1/6=1.><1/3=2.><1/1=3.>");
+}
+
 TEST(SampleDataProcessor, EqualTimesAtTheEndTakeTheSampleBeforeTheirFirst) {
   ScratchSamples samples(ThirtyFrames());
   samples.AddSet("e", NumberWidths(1),
@@ -289,6 +305,7 @@ ValueRow const kValues[] = {
     {"LengthIsNegative", k2, PaddedWidths(2, 2, k2), R"({"length":"-1","str":"ab"})", kTooLong},
     {"LengthIsNegativeInVersion1", k1, PaddedWidths(2, 2, k1), R"({"length":-1,"str":"ab"})", kTooLong},
     {"LengthIsCutOff", k1, PaddedWidths(2, 3, k1), R"({"length":1.9,"str":"ab"})", "<0/1='a'>"},
+    {"LengthIsHuge", k1, PaddedWidths(2, 5, k1), R"({"length":1e+99,"str":"ab"})", kTooLong},
     {"LengthHasASpace", k2, PaddedWidths(2, 2, k2), R"({"length":" 1","str":"ab"})", "<0/1='a'>"},
     {"LengthIsZero", k2, PaddedWidths(2, 1, k2), R"({"length":"0","str":"ab"})", "<0/1=''>"},
     {"EscapedQuoteTakesOne", k2, PaddedWidths(5, 1, k2), R"({"length":"4","str":"a\"b "})", "<0/1='a\"b'>"},
@@ -439,6 +456,23 @@ TEST(SampleDataProcessor, SampleLongerThanItsPlaceLeavesTheRestUnfilled) {
   both += "\"}";
   samples.Text().replace(samples.Entry("d").mSampleOffset, both.size(), both);
   EXPECT_EQ(Samples(samples, "d", "00:00:00:00", "00:00:00:10"), "<0/1=''><0/1=0.>");
+}
+
+TEST(SampleDataProcessor, SampleThatEndsBeforeTheRangeDoesIsFollowedByNone) {
+  // As above, but the object ends one byte earlier, so the next sample would begin just where the range ends.
+  std::string const value = R"({"length":"0","str":"          "})";
+  ScratchSamples samples(ThirtyFrames());
+  samples.AddSet("d", PaddedWidths(10, 1, kTdjsonVersion2),
+                 {TimeFirst("00:00:00:00", value), TimeFirst("00:00:00:10", value)});
+  std::uint64_t const size = samples.Entry("d").mSampleSize;
+  std::string both = R"({"time":"00:00:00:00","value":{"length":"0","str":""},"":")";
+  both.resize(size + 1, ' ');
+  both += "{ time   00:00:00:10";
+  both.resize(2 * size - 2, ' ');
+  both += "\"},";
+  samples.Text().replace(samples.Entry("d").mSampleOffset, both.size(), both);
+  EXPECT_EQ(Samples(samples, "d", "00:00:00:00", "00:00:00:10"),
+            "32 Invalid \"sampleSetID:d/sample[1]\" type, expected type:JSON Object.");
 }
 
 TEST(SampleDataProcessor, OddSampleAmongManyIsReadTheFullWay) {

@@ -217,9 +217,20 @@ struct DropFrame {
 };
 
 TEST_F(TdjsonParser, DropFrameNeedsOneOfTwoRates) {
-  DropFrame const rates[] = {{30000, 1001, true}, {60000, 1001, true}, {2997, 100, true},  {5994, 100, true},
-                             {2996, 100, false},  {2998, 100, false},  {5993, 100, false}, {5995, 100, false},
-                             {30, 1, false},      {60, 1, false},      {30000, 0, false},  {0, 1, false}};
+  DropFrame const rates[] = {{30000, 1001, true},
+                             {60000, 1001, true},
+                             {2997, 100, true},
+                             {5994, 100, true},
+                             {2996, 100, false},
+                             {2998, 100, false},
+                             {5993, 100, false},
+                             {5995, 100, false},
+                             {30, 1, false},
+                             {60, 1, false},
+                             {30000, 0, false},
+                             {0, 1, false},
+                             // 100 times the value is 23 times 2 to the 32nd and 8992.
+                             {987842568, 3, true}};
   for (DropFrame const& rate : rates) {
     std::string const info = R"("useTimecodeB":true,"timecodeInfo":{"frameRate":{"value":)" +
                              std::to_string(rate.value) + R"(,"scale":)" + std::to_string(rate.scale) +
