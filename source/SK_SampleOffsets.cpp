@@ -2,6 +2,7 @@
 
 #include "SK_Error.h"
 #include "SK_JsonBytes.h"
+#include "SK_SampleSet.h"
 #include "SK_SampleSizeEstimator.h"
 #include "SK_TdjsonParserUtils.h"
 #include "SK_Utils.h"
@@ -27,10 +28,6 @@ char const* ExpectComma(char const* p, char const* end, char const* property) {
     Throw(ns_sensor::kJsonSyntax, SK_Message::kInvalidPropertyMissingCommaOrClosingBracket, Quoted(property));
   }
   return p + 1;
-}
-
-std::string SampleName(std::string const& id, std::uint64_t number) {
-  return "sampleSetID:" + id + "/sample[" + std::to_string(number) + "]";
 }
 
 }  // namespace
@@ -107,9 +104,9 @@ TemporalRange SK_SampleOffsets::FindFileTemporalExtents(std::vector<SK_DataCache
     }
     // The walk has found the bracket behind the last sample, so that one lies within the file.
     char const* const last = first + (info.mSampleCount - 1) * (info.mSampleSize + 1);
-    std::string startTime = ReadTime(first, SampleName(id, 0));
+    std::string startTime = ReadTime(first, NameOfSample(id, 0));
     // The last one goes by the count, one more than its index: fixed wording.
-    std::string endTime = ReadTime(last, SampleName(id, info.mSampleCount));
+    std::string endTime = ReadTime(last, NameOfSample(id, info.mSampleCount));
     info.mTemporalRange = {std::move(startTime), std::move(endTime)};
     WidenRange(info.mTemporalRange, file);
   }

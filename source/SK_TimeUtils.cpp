@@ -15,6 +15,14 @@ bool HasZeroScale(SK_Time const& a, SK_Time const& b) {
   return a.scale == 0 || b.scale == 0;
 }
 
+/// Both operands in lowest terms. False, without a result, when one of them is no time.
+bool ReduceBoth(SK_Time const& a, SK_Time const& b, SK_Time& reducedA, SK_Time& reducedB) {
+  if (HasZeroScale(a, b)) return false;
+  SK_TimeUtils::ReduceRatio(a, reducedA);
+  SK_TimeUtils::ReduceRatio(b, reducedB);
+  return true;
+}
+
 /// The sum, or the difference when `sign` is -1, of two fractions, not reduced and wrapping.
 SK_Time CombineWrapping(SK_Time const& a, SK_Time const& b, std::int32_t sign) {
   std::int32_t const left = WrapMul(a.value, AsSigned(b.scale));
@@ -49,41 +57,35 @@ bool CrossReduce(SK_Time& a, SK_Time& b) {
 }  // namespace
 
 int SK_TimeUtils::SK_MulTime(SK_Time const& a, SK_Time const& b, SK_Time& result) {
-  if (HasZeroScale(a, b)) {
+  SK_Time reducedA;
+  SK_Time reducedB;
+  if (!ReduceBoth(a, b, reducedA, reducedB)) {
     result = {0, 1};
     return kZeroScale;
   }
-  SK_Time reducedA;
-  SK_Time reducedB;
-  ReduceRatio(a, reducedA);
-  ReduceRatio(b, reducedB);
   result.value = WrapMul(reducedA.value, reducedB.value);
   result.scale = result.value == 0 ? 1 : reducedA.scale * reducedB.scale;
   return ReduceRatio(result, result);
 }
 
 int SK_TimeUtils::SK_AddTime(SK_Time const& a, SK_Time const& b, SK_Time& result) {
-  if (HasZeroScale(a, b)) {
+  SK_Time reducedA;
+  SK_Time reducedB;
+  if (!ReduceBoth(a, b, reducedA, reducedB)) {
     result = {0, 1};
     return kZeroScale;
   }
-  SK_Time reducedA;
-  SK_Time reducedB;
-  ReduceRatio(a, reducedA);
-  ReduceRatio(b, reducedB);
   result = CombineWrapping(reducedA, reducedB, 1);
   return ReduceRatio(result, result);
 }
 
 int SK_TimeUtils::SK_SubTime(SK_Time const& a, SK_Time const& b, SK_Time& result) {
-  if (HasZeroScale(a, b)) {
+  SK_Time reducedA;
+  SK_Time reducedB;
+  if (!ReduceBoth(a, b, reducedA, reducedB)) {
     result = {0, 1};
     return kZeroScale;
   }
-  SK_Time reducedA;
-  SK_Time reducedB;
-  ReduceRatio(a, reducedA);
-  ReduceRatio(b, reducedB);
   result = CombineWrapping(reducedA, reducedB, -1);
   if (result.value == 0) result.scale = 1;
   return ReduceRatio(result, result);
