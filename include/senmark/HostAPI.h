@@ -1,0 +1,86 @@
+/// The tables that the library hands to a module: how a module makes the objects of the writer.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "senmark/SK_ErrorCode.h"
+
+namespace SK_PLUGIN {
+
+using ns_sensor::eErrorCode;
+
+/// Fills in an error record; `result` is the address of an `SK_PluginResult`.
+using SetErrorProc = void (*)(void* result, eErrorCode code, long long offset, long long line);
+
+/// Makes one object for the conversion `key`, any address that stands for one run of a converter.
+///
+/// version     of the interface that the module was compiled for: 1.
+/// outNode     receives a pointer to the `_v1` interface of the family, with one reference taken in advance
+///             (see ISharedObject.h); after a failure it keeps what it held, so test the record first.
+/// errResultP  address of an `SK_PluginResult`, never null.
+/// Errors:     2027 no place for the result, 2029 version too high, 2030 version 0, 1034 no memory; of a dynamic
+///             node also 2005 no root under `key`, 2028 a root without a time base.
+struct TDJSONWriter_API {
+  std::uint64_t mReserved;
+  /// setErrorProc  how failures are reported from now on, in the whole process.
+  /// outExisted    receives 1 if a root lives under `key`, which is then given, whatever the path; else 0.
+  /// Errors:       also 1505 for a path that is null or empty.
+  void (*Static_CreateRoot)(void* key, char const* path, SetErrorProc setErrorProc, void** outRoot,
+                            unsigned char* outExisted, unsigned version, void* errResultP);
+  void (*Static_CreateGroup)(void* key, void** outGroup, char const* matchName, char const* displayName,
+                             unsigned version, void* errResultP);
+  void (*Static_CreateDynamicDataNumArr)(void* key, void** outNode, unsigned version, void* errResultP);
+  void (*Static_CreateDynamicDataNum)(void* key, void** outNode, unsigned version, void* errResultP);
+  void (*Static_CreateDynamicDataString)(void* key, void** outNode, unsigned version, void* errResultP);
+  void (*Static_CreateStaticDataNum)(void* key, void** outNode, char const* matchName, char const* displayName,
+                                     double value, unsigned version, void* errResultP);
+  void (*Static_CreateStaticDataNumArr)(void* key, void** outNode, char const* matchName, char const* displayName,
+                                        unsigned version, void* errResultP);
+  void (*Static_CreateStaticDataString)(void* key, void** outNode, char const* matchName, char const* displayName,
+                                        char const* value, unsigned version, void* errResultP);
+  void (*Static_CreateStaticDataBool)(void* key, void** outNode, char const* matchName, char const* displayName,
+                                      unsigned char value, unsigned version, void* errResultP);
+};
+static_assert(sizeof(TDJSONWriter_API) == 80);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateRoot) == 8);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateGroup) == 16);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateDynamicDataNumArr) == 24);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateDynamicDataNum) == 32);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateDynamicDataString) == 40);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateStaticDataNum) == 48);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateStaticDataNumArr) == 56);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateStaticDataString) == 64);
+static_assert(offsetof(TDJSONWriter_API, Static_CreateStaticDataBool) == 72);
+
+struct HandleException_API {
+  std::uint64_t mReserved;
+  /// Fills in the record `result`, which is not null. Good as `setErrorProc` of `Static_CreateRoot`.
+  void (*Static_SetPluginErrorObj)(void* result, eErrorCode code, long long offset, long long line);
+};
+static_assert(sizeof(HandleException_API) == 16);
+static_assert(offsetof(HandleException_API, Static_SetPluginErrorObj) == 8);
+
+struct HandleMemory_API {
+  std::uint64_t mReserved;
+  /// Ends the conversion `key`: the library lets go of its root.
+  void (*Static_RemoveConverterFromMap)(void* key, void* errResultP);
+};
+static_assert(sizeof(HandleMemory_API) == 16);
+static_assert(offsetof(HandleMemory_API, Static_RemoveConverterFromMap) == 8);
+
+/// Lives as long as the library is in use.
+struct HostAPI {
+  std::uint32_t mSize;     ///< 32, the bytes of this record
+  std::uint32_t mVersion;  ///< 1
+  TDJSONWriter_API* mTdjsonWriterAPI;
+  HandleException_API* mHandleExceptionAPI;
+  HandleMemory_API* mHandleMemoryAPI;
+};
+static_assert(sizeof(HostAPI) == 32);
+static_assert(offsetof(HostAPI, mVersion) == 4);
+static_assert(offsetof(HostAPI, mTdjsonWriterAPI) == 8);
+static_assert(offsetof(HostAPI, mHandleExceptionAPI) == 16);
+static_assert(offsetof(HostAPI, mHandleMemoryAPI) == 24);
+
+}  // namespace SK_PLUGIN
