@@ -25,6 +25,7 @@ set(SENMARK_SOURCES
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
+    source/NativeConverters/SK_InputBytes.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp
     source/SK_ConverterManager.cpp
