@@ -52,8 +52,7 @@ class TimeBaseSetter : public boost::static_visitor<> {
   explicit TimeBaseSetter(TdjsonRootImpl& root) : mRoot(root) {}
 
   void operator()(SK_TimeCodeInfo const& info) const {
-    mRoot.SetSMPTETimeInfo(info.dropFrame != 0, static_cast<std::uint32_t>(info.frameRate.value),
-                           info.frameRate.scale);
+    mRoot.SetSMPTETimeInfo(info.dropFrame != 0, static_cast<std::uint32_t>(info.frameRate.value), info.frameRate.scale);
   }
   void operator()(SK_UTCInfo const& info) const { mRoot.SetUTCTimeInfo(info.precisionLength, info.isGMT); }
 
