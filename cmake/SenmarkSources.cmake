@@ -21,6 +21,7 @@ endif()
 
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
