@@ -22,6 +22,10 @@ endif()
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
     plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
+    plugin/source/SK_HostAPIImpl.cpp
+    plugin/source/SK_PluginManager.cpp
+    plugin/source/Writer_Wrapper.cpp
+    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
