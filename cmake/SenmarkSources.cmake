@@ -21,6 +21,7 @@ endif()
 
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/SK_HostAPIImpl.cpp
     plugin/source/SK_PluginManager.cpp
     plugin/source/Writer_Wrapper.cpp
