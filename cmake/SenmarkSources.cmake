@@ -21,11 +21,17 @@ endif()
 
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
-    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/SK_HostAPIImpl.cpp
     plugin/source/SK_PluginManager.cpp
     plugin/source/Writer_Wrapper.cpp
+    plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
+    plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumArrImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataStringImpl.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp

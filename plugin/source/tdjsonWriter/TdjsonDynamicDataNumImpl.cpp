@@ -28,9 +28,8 @@ bool TdjsonDynamicDataNumImpl::AddSample(SampleTime const& time, double const& v
   return TakeAtTime(
       time,
       [&](SK_DateTimeSMPTE const& at) {
-        return ThrowOnFailure([&](void* result) {
-          return addSampleSMPTE(at.hours, at.minutes, at.seconds, at.frames, value, result);
-        });
+        return ThrowOnFailure(
+            [&](void* result) { return addSampleSMPTE(at.hours, at.minutes, at.seconds, at.frames, value, result); });
       },
       [&](SK_DateTimeUTC const& at) {
         return AddSampleUTC(at.year, at.month, at.day, at.hour, at.minute, at.second, at.offsetSign, at.offsetHour,
