@@ -35,6 +35,14 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/TdjsonStaticDataNumArrImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataNumImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataStringImpl.cpp
+    plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
+    plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
+    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumArrImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataStringImpl.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp

@@ -7,6 +7,7 @@
 #include "SK_NumberAnalysis.h"
 #include "SK_WriterCode.h"
 #include "SK_WriterFailure.h"
+#include "SK_WriterNumberText.h"
 
 namespace SK_PLUGIN {
 
@@ -58,10 +59,14 @@ bool StoreNumberPattern(SK_NumberPattern& pattern, unsigned long long digitsInte
 }
 
 void WidenNumberPattern(SK_NumberPattern& pattern, bool automatic, double const& value) {
+  WidenNumberPattern(pattern, automatic, value, SK_WriterNumberText(value).View());
+}
+
+void WidenNumberPattern(SK_NumberPattern& pattern, bool automatic, double const& value, std::string_view text) {
   if (automatic) {
     unsigned long long digitsInteger = pattern.digitsInteger;
     unsigned long long digitsDecimal = pattern.digitsDecimal;
-    calcNumberPatternForSet(value, digitsInteger, digitsDecimal);
+    calcNumberPatternForText(text, digitsInteger, digitsDecimal);
     pattern.digitsInteger = digitsInteger;
     pattern.digitsDecimal = digitsDecimal;
   }

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "senmark/SK_Records.h"
@@ -19,6 +20,9 @@ bool StoreNumberPattern(ns_sensor::SK_NumberPattern& pattern, unsigned long long
                         unsigned long long digitsDecimal, unsigned char isSigned);
 /// Raises the digit counts to what `value` needs if they are automatic; its sign counts in any case.
 void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, double const& value);
+/// The same for callers that have the text of the number at hand.
+void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, double const& value,
+                        std::string_view text);
 
 /// The four bounds as the border forms pass them.
 ns_sensor::SK_NumberRange MakeNumberRange(double legalMin, double legalMax, double occurringMin, double occurringMax);
