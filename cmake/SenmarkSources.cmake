@@ -24,7 +24,25 @@ set(SENMARK_SOURCES
     plugin/source/SK_HostAPIImpl.cpp
     plugin/source/SK_PluginManager.cpp
     plugin/source/Writer_Wrapper.cpp
+    plugin/source/tdjsonWriter/ITdjsonRoot_I.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/SharedObjectImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonGroupImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonRootImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataBoolImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataNumArrImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataNumImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataStringImpl.cpp
+    plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
+    plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
+    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumArrImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataStringImpl.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
