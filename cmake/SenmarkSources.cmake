@@ -27,6 +27,8 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/SerializerOutline.cpp
     plugin/source/tdjsonWriter/SerializerSample.cpp
     plugin/source/tdjsonWriter/SerializerText.cpp
+    plugin/source/SK_HostAPIImpl.cpp
+    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
