@@ -21,19 +21,25 @@ endif()
 
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
+    plugin/source/SK_HostAPIImpl.cpp
+    plugin/source/SK_PluginManager.cpp
+    plugin/source/Writer_Wrapper.cpp
+    plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
+    plugin/source/tdjsonWriter/ITdjsonRoot_I.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
+    plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
+    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     plugin/source/tdjsonWriter/Serializer.cpp
     plugin/source/tdjsonWriter/SerializerBuffer.cpp
     plugin/source/tdjsonWriter/SerializerFile.cpp
     plugin/source/tdjsonWriter/SerializerOutline.cpp
     plugin/source/tdjsonWriter/SerializerSample.cpp
     plugin/source/tdjsonWriter/SerializerText.cpp
-    plugin/source/SK_HostAPIImpl.cpp
-    plugin/source/SK_PluginManager.cpp
-    plugin/source/Writer_Wrapper.cpp
-    plugin/source/tdjsonWriter/ITdjsonRoot_I.cpp
-    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
-    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     plugin/source/tdjsonWriter/SharedObjectImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumArrImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataStringImpl.cpp
     plugin/source/tdjsonWriter/TdjsonGroupImpl.cpp
     plugin/source/tdjsonWriter/TdjsonRootImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataBoolImpl.cpp
@@ -41,14 +47,6 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/TdjsonStaticDataNumArrImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataNumImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataStringImpl.cpp
-    plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
-    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
-    plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
-    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
-    plugin/source/tdjsonWriter/TdjsonDynamicDataImpl.cpp
-    plugin/source/tdjsonWriter/TdjsonDynamicDataNumArrImpl.cpp
-    plugin/source/tdjsonWriter/TdjsonDynamicDataNumImpl.cpp
-    plugin/source/tdjsonWriter/TdjsonDynamicDataStringImpl.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
