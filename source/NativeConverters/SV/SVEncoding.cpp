@@ -1,6 +1,6 @@
 #include "SVEncoding.h"
 
-#include "NativeConverters/SK_InputBytes.h"
+#include "SK_InputBytes.h"
 
 namespace ns_sensor {
 

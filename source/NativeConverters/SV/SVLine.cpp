@@ -4,8 +4,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "NativeConverters/SK_InputBytes.h"
 #include "SK_EightBytes.h"
+#include "SK_InputBytes.h"
 #include "SK_UnicodeUtils.h"
 #include "SVUnitInput.h"
 

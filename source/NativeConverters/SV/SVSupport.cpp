@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "NativeConverters/SK_InputBytes.h"
+#include "SK_InputBytes.h"
 #include "SK_NumberText.h"
 #include "SK_PathInfo.h"
 #include "SVLine.h"

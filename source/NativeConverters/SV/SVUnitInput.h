@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "NativeConverters/SK_InputBytes.h"
+#include "SK_InputBytes.h"
 #include "SVEncoding.h"
 
 namespace ns_sensor {
