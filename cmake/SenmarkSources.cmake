@@ -25,6 +25,11 @@ set(SENMARK_SOURCES
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
+    source/NativeConverters/JSON/JsonArrayIterator.cpp
+    source/NativeConverters/JSON/JsonConverter.cpp
+    source/NativeConverters/JSON/JsonObjectIterator.cpp
+    source/NativeConverters/JSON/JsonParser.cpp
+    source/NativeConverters/JSON/JsonValueAccess.cpp
     source/NativeConverters/SK_InputBytes.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp
