@@ -51,7 +51,19 @@ set(SENMARK_SOURCES
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
+    source/NativeConverters/JSON/JsonArrayIterator.cpp
+    source/NativeConverters/JSON/JsonConverter.cpp
+    source/NativeConverters/JSON/JsonObjectIterator.cpp
+    source/NativeConverters/JSON/JsonParser.cpp
+    source/NativeConverters/JSON/JsonValueAccess.cpp
     source/NativeConverters/SK_InputBytes.cpp
+    source/NativeConverters/SV/CSVConverter.cpp
+    source/NativeConverters/SV/SVCells.cpp
+    source/NativeConverters/SV/SVEncoding.cpp
+    source/NativeConverters/SV/SVFields.cpp
+    source/NativeConverters/SV/SVLine.cpp
+    source/NativeConverters/SV/SVSupport.cpp
+    source/NativeConverters/SV/TSVConverter.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp
     source/SK_ConverterManager.cpp
