@@ -22,7 +22,10 @@ endif()
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
     plugin/source/SK_HostAPIImpl.cpp
+    plugin/source/tdjsonWriter/SK_DumpSamplesUtils.cpp
+    plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
