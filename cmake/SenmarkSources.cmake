@@ -21,6 +21,12 @@ endif()
 
 set(SENMARK_SOURCES
     plugin/source/SK_FileIO-POSIX.cpp
+    plugin/source/tdjsonWriter/Serializer.cpp
+    plugin/source/tdjsonWriter/SerializerBuffer.cpp
+    plugin/source/tdjsonWriter/SerializerFile.cpp
+    plugin/source/tdjsonWriter/SerializerOutline.cpp
+    plugin/source/tdjsonWriter/SerializerSample.cpp
+    plugin/source/tdjsonWriter/SerializerText.cpp
     plugin/source/SK_HostAPIImpl.cpp
     plugin/source/SK_PluginManager.cpp
     plugin/source/Writer_Wrapper.cpp
