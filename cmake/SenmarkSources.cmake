@@ -47,6 +47,10 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/TdjsonStaticDataNumArrImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataNumImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataStringImpl.cpp
+    plugin/source/tdjsonWriter/SK_DumpSamplesUtils.cpp
+    plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
+    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
