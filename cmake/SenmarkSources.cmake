@@ -26,9 +26,12 @@ set(SENMARK_SOURCES
     plugin/source/Writer_Wrapper.cpp
     plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
     plugin/source/tdjsonWriter/ITdjsonRoot_I.cpp
+    plugin/source/tdjsonWriter/SK_DumpSamplesUtils.cpp
+    plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
     plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     plugin/source/tdjsonWriter/Serializer.cpp
     plugin/source/tdjsonWriter/SerializerBuffer.cpp
     plugin/source/tdjsonWriter/SerializerFile.cpp
@@ -47,10 +50,6 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/TdjsonStaticDataNumArrImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataNumImpl.cpp
     plugin/source/tdjsonWriter/TdjsonStaticDataStringImpl.cpp
-    plugin/source/tdjsonWriter/SK_DumpSamplesUtils.cpp
-    plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
-    plugin/source/tdjsonWriter/SK_WriterFailure.cpp
-    plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp

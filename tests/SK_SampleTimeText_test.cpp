@@ -31,9 +31,8 @@ TEST_P(TimeCodeText, HasTheWidthOfTheFileOrIsEmpty) {
   EXPECT_FALSE(text.IsOfKind(SK_DateTimeUTC()));
   EXPECT_EQ(text.Make(row.time), row.text);
   // Nothing of a time is left for the next one.
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}), row.rate / (row.scale == 0 ? row.rate : row.scale) > 99
-                                                         ? "01:02:03:004"
-                                                         : "01:02:03:04");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}),
+            row.rate / (row.scale == 0 ? row.rate : row.scale) > 99 ? "01:02:03:004" : "01:02:03:04");
 }
 
 constexpr TimeCodeRow kTimeCodeRows[] = {

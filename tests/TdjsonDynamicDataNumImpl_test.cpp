@@ -77,7 +77,7 @@ PatternRow const kPatternRows[] = {
     {"Infinite", {HUGE_VAL, -HUGE_VAL}, 3, 0, true, {"+inf", "-inf"}},
 };
 INSTANTIATE_TEST_SUITE_P(Samples, AutomaticPattern, testing::ValuesIn(kPatternRows),
-                         [](auto const& info) { return std::string(info.param.name); });
+                         [](auto const& row) { return std::string(row.param.name); });
 
 TEST_F(DynamicNum, StatedPatternStaysAndOnlyItsSignCanCome) {
   UseTimeCode();
@@ -172,7 +172,7 @@ constexpr RangeRow kRangeRows[] = {
     {"OccurringHalfMarkedLegalAutomatic", kMinMark, kMaxMark, -8, kMaxMark, 2007, kMinMark, kMaxMark, -8, kMaxMark},
 };
 INSTANTIATE_TEST_SUITE_P(Marks, RangeOfNum, testing::ValuesIn(kRangeRows),
-                         [](auto const& info) { return std::string(info.param.name); });
+                         [](auto const& row) { return std::string(row.param.name); });
 
 TEST_F(DynamicNum, AutomaticRangeWithoutSamplesKeepsItsMarks) {
   UseTimeCode();
@@ -299,7 +299,8 @@ TEST_F(DynamicNum, ReaderGivesBackWhatWasWritten) {
   for (std::size_t index = 0; index < values.size(); ++index) {
     EXPECT_EQ(boost::get<double>(samples[index].value.value), values[index]);
     // Five frames of a twenty-fifth of a second each.
-    EXPECT_EQ(samples[index].time.value * 5, static_cast<std::int64_t>(index) * samples[index].time.scale);
+    EXPECT_EQ(std::int64_t{samples[index].time.value} * 5,
+              static_cast<std::int64_t>(index) * samples[index].time.scale);
   }
 }
 
