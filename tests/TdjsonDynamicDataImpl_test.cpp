@@ -420,6 +420,9 @@ TEST_F(DynamicInfo, DirtyNodeIsNotTakenByAGroup) {
     SK_PluginResult result;
     EXPECT_TRUE(FillUntilRefused(*mNode, result));
   }
+  EXPECT_EQ(CodeOf([&] { mRoot->AddDynamicData(mNode); }), 2001);
+  // A caller of the border form has a reference that counts.
+  mNode->Acquire();
   SK_PluginResult result;
   mRoot->addDynamicData(mNode.get(), &result);
   EXPECT_EQ(result.mErrorCode, 2001);
