@@ -42,4 +42,9 @@ double SK_NumberText::ToDouble(std::string const& text) {
   return number;
 }
 
+double SK_NumberText::NearestDoubleOfCopy(char const* first, char const* last) {
+  ErrnoGuard const guard;
+  return strtod_l(std::string(first, last).c_str(), nullptr, PlainLocale());
+}
+
 }  // namespace SK_NAMESPACE_INT

@@ -14,6 +14,14 @@ class SK_NumberText {
 
   /// The double nearest to the number from `first` to `last`: at most 40 digits, one point among them or none.
   static double PlainToDouble(char const* first, char const* last);
+
+  /// The double nearest to the decimal number without sign from `first` to `last`, of any length and with an
+  /// exponent or without. Infinity for one that is too large.
+  static double NearestDouble(char const* first, char const* last);
+
+ private:
+  /// `NearestDouble` by the functions of C, which know every number but need a copy of the text.
+  static double NearestDoubleOfCopy(char const* first, char const* last);
 };
 
 }  // namespace SK_NAMESPACE_INT
