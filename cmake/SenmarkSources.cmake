@@ -25,6 +25,14 @@ set(SENMARK_SOURCES
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
+    source/NativeConverters/BVH/BVHConverter.cpp
+    source/NativeConverters/BVH/BVHFrameRate.cpp
+    source/NativeConverters/BVH/BVHInput.cpp
+    source/NativeConverters/BVH/BVHLine.cpp
+    source/NativeConverters/BVH/BVHParser.cpp
+    source/NativeConverters/BVH/EulerAngles.cpp
+    source/NativeConverters/BVH/SkeletonNode.cpp
+    source/NativeConverters/BVH/eEulerOrder.cpp
     source/NativeConverters/SK_InputBytes.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp
