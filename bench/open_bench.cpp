@@ -4,36 +4,21 @@
 /// `openFile` from call to return, with a manager that exists; closing, which removes the scratch file, and
 /// removing the copy are not. Memory is watched in a round of its own, from a second thread.
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "senmark/Senmark.h"
+#include "OpeningHost.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr int kRounds = 15;
 constexpr int kIndentation = 2;
-
-std::string TempFolder() {
-  for (char const* name : {"TEMP", "TMP", "TMPDIR"}) {
-    if (char const* const value = std::getenv(name)) return value;
-  }
-  return "/tmp/";
-}
 
 // The data file: one set of three numbers at each time, the outline behind it.
 
@@ -100,114 +85,33 @@ class DataFile {
   bool mIsWritten = false;
 };
 
-// The host.
-
-void CountError(void* count, std::int32_t code, char const* message, std::int64_t, std::int64_t) {
-  std::fprintf(stderr, "error %d: %s\n", code, message);
-  ++*static_cast<int*>(count);
-}
-
-class Host {
- public:
-  Host() {
-    static ns_sensor::SK_ClientProcs procs = {};
-    procs.error = CountError;
-    void* api = nullptr;
-    CreateSenmark_1(&mManager, nullptr, nullptr, nullptr, &mErrors, &procs, &api);
-  }
-  ~Host() { DestroySenmark_1(&mManager, &mErrors); }
-  Host(Host const&) = delete;
-  Host& operator=(Host const&) = delete;
-
-  ns_sensor::ISensorFileHandler* Open(std::string const& path) {
-    ns_sensor::ISensorFileHandler* handler = nullptr;
-    mManager->openFile(&handler, path.c_str(), nullptr, &mErrors);
-    return handler;
-  }
-  void Close(ns_sensor::ISensorFileHandler* handler) { mManager->closeFile(&handler, &mErrors); }
-  bool HasFailed() const { return mErrors != 0; }
-
- private:
-  ns_sensor::ISenmark* mManager = nullptr;
-  int mErrors = 0;
-};
-
-double SecondsSince(Clock::time_point start) {
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double SecondsToOpen(Host& host, std::string const& path) {
-  Clock::time_point const start = Clock::now();
-  ns_sensor::ISensorFileHandler* const handler = host.Open(path);
-  double const seconds = SecondsSince(start);
-  host.Close(handler);
-  return seconds;
-}
-
 /// Negative when `cp` fails.
 double SecondsToCopy(std::string const& path) {
   std::string const copy = path + ".copy";
   char const* const arguments[] = {"cp", path.c_str(), copy.c_str(), nullptr};
-  Clock::time_point const start = Clock::now();
+  Stopwatch const watch;
   pid_t child = 0;
   int status = 1;
   bool const hasRun = posix_spawnp(&child, "cp", nullptr, nullptr, const_cast<char* const*>(arguments), environ) == 0 &&
                       waitpid(child, &status, 0) == child;
-  double const seconds = SecondsSince(start);
+  double const seconds = watch.Seconds();
   ::unlink(copy.c_str());
   return hasRun && status == 0 ? seconds : -1;
 }
 
-/// Bytes of memory of this process that no file stands behind, as the system counts them page by page.
-std::uint64_t AnonymousMemory() {
-  std::ifstream file("/proc/self/smaps_rollup");
-  for (std::string word; file >> word;) {
-    std::uint64_t kilobytes = 0;
-    if (word == "Anonymous:" && file >> kilobytes) return kilobytes * 1024;
-  }
-  return 0;
-}
-
-/// The most memory that opening takes beyond what there was before it.
-std::uint64_t PeakMemoryOfOpening(Host& host, std::string const& path) {
-  std::atomic<bool> isRunning{false};
-  std::atomic<bool> isOpening{true};
-  std::uint64_t peak = 0;
-  std::thread watcher([&] {
-    AnonymousMemory();  // what the watching itself takes is there from now on
-    isRunning = true;
-    while (isOpening) peak = std::max(peak, AnonymousMemory());
-  });
-  while (!isRunning) std::this_thread::yield();
-  malloc_trim(0);  // free memory of earlier rounds would be taken again unseen
-  std::uint64_t const before = AnonymousMemory();
-  ns_sensor::ISensorFileHandler* const handler = host.Open(path);
-  isOpening = false;
-  watcher.join();
-  host.Close(handler);
-  return peak > before ? peak - before : 0;
-}
-
-double Best(std::vector<double> const& seconds) {
-  return *std::min_element(seconds.begin(), seconds.end());
-}
-
-double Middle(std::vector<double> seconds) {
-  std::sort(seconds.begin(), seconds.end());
-  return seconds[seconds.size() / 2];
-}
-
 void OpenFile(benchmark::State& state, std::uint64_t size, bool isPretty) {
   DataFile const file(size, isPretty);
-  Host host;
+  OpeningHost host;
   std::vector<double> opening;
   std::vector<double> copying;
   for (auto _ : state) {
     copying.push_back(SecondsToCopy(file.Path()));
-    opening.push_back(SecondsToOpen(host, file.Path()));
+    opening.push_back(host.SecondsToOpen(file.Path()));
     state.SetIterationTime(opening.back());
   }
-  std::uint64_t const memory = PeakMemoryOfOpening(host, file.Path());
+  ns_sensor::ISensorFileHandler* handler = nullptr;
+  std::uint64_t const memory = PeakMemoryOf([&] { handler = host.Open(file.Path()); });
+  host.Close(handler);
   if (!file.IsWritten() || host.HasFailed() || Best(copying) < 0) {
     state.SkipWithError("the file is not written, not copied or not opened");
     return;

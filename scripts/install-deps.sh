@@ -10,7 +10,7 @@ for job in "$@"; do
     build) packages+=(g++ cmake ninja-build ccache rapidjson-dev libboost-dev libcli11-dev libgtest-dev libgmock-dev) ;;
     lint) packages+=(clang-format clang-tidy) ;;
     fuzz) packages+=(clang libclang-rt-dev llvm) ;;
-    bench) packages+=(libbenchmark-dev libsqlite3-dev) ;;
+    bench) packages+=(libassimp-dev libbenchmark-dev libsqlite3-dev) ;;
     coverage) packages+=(gcovr) ;;
     *)
       echo "install-deps.sh: no such job: $job" >&2

@@ -9,6 +9,7 @@
 #include "SK_FileIO.h"
 #include "SK_Ladder.h"
 #include "SK_PathInfo.h"
+#include "SK_PluginManager.h"
 #include "SK_Utils.h"
 #include "SensorFileHandlerImpl.h"
 #include "TdjsonStreamImpl.h"
@@ -41,17 +42,21 @@ std::string ResultFolder(char const* outputPath) {
 SK_ConverterManager* SK_ConverterManager::mCMInstance = nullptr;
 std::atomic<bool> SK_ConverterManager::mIsInitialized{false};
 
-// Modules are found in `pluginFolder` when the library knows modules.
-bool SK_ConverterManager::Initialize(char const* /*pluginFolder*/, char const* /*wantedModules*/) {
+// What is in `pluginFolder` is found when the library knows modules.
+bool SK_ConverterManager::Initialize(char const* pluginFolder, char const* /*wantedModules*/) {
   bool expected = false;
   if (mIsInitialized.compare_exchange_strong(expected, true)) {
     SK_ConverterRegistry::getInstance()->initialize();
+    if (pluginFolder != nullptr) {
+      SK_PLUGIN::SK_PluginManager::initialize();
+    }
   }
   return true;
 }
 
 bool SK_ConverterManager::Terminate() {
   mIsInitialized = false;
+  SK_PLUGIN::SK_PluginManager::terminate();
   SK_ConverterRegistry::terminate();
   delete mCMInstance;
   mCMInstance = nullptr;

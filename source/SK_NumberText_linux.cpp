@@ -1,4 +1,5 @@
 #include <charconv>
+#include <limits>
 #include <system_error>
 
 #include "SK_NumberText.h"
@@ -11,11 +12,9 @@ double SK_NumberText::PlainToDouble(char const* first, char const* last) {
   return number;
 }
 
-double SK_NumberText::NearestDouble(char const* first, char const* last) {
-  double number = 0;
-  auto const result = std::from_chars(first, last, number);
-  // Too large and too small are told apart only by the functions of C.
-  return result.ec == std::errc() ? number : NearestDoubleOfCopy(first, last);
+bool SK_NumberText::DecimalToDouble(char const* first, char const* last, double& number) {
+  auto const [end, error] = std::from_chars(first, last, number, std::chars_format::general);
+  return end == last && error == std::errc() && number > std::numeric_limits<double>::min();
 }
 
 }  // namespace SK_NAMESPACE_INT

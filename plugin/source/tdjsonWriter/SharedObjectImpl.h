@@ -1,0 +1,42 @@
+/// The reference counts that every object of the writer has once, however many paths lead to it.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "ISharedObject_I.h"
+
+namespace SK_PLUGIN {
+
+/// The counts may be driven from any thread; a test and the step that follows it are not one step.
+class SharedObjectImpl : public virtual ISharedObject_I {
+ public:
+  void Acquire() const override;
+  /// Deletes the object also at a count of 0: an object of a native converter is never acquired, and its
+  /// `std::shared_ptr` releases it once.
+  void Release() const override;
+  ~SharedObjectImpl() override;
+  void AcquireInternal() const override;
+
+ private:
+  mutable std::atomic<std::uint64_t> mRefCount{0};
+  /// References taken in advance and not yet claimed.
+  mutable std::atomic<std::uint64_t> mInternalRefCount{0};
+};
+
+/// Owns a new object without counting: its last `std::shared_ptr` deletes it.
+template <typename T>
+std::shared_ptr<T> OwnNewObject(T* object) {
+  return std::shared_ptr<T>(object, std::mem_fn(&SharedObjectImpl::Release));
+}
+
+/// Takes a reference of its own, which goes back with the last `std::shared_ptr`.
+template <typename T>
+std::shared_ptr<T> MakeSharedPointer(T* object) {
+  object->Acquire();
+  return OwnNewObject(object);
+}
+
+}  // namespace SK_PLUGIN

@@ -1,0 +1,60 @@
+/// A group of nodes: its children by kind, and all of them in the order of their arrival.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ITdjsonGroup_I.h"
+#include "SharedObjectImpl.h"
+#include "senmark/SK_BasicRecords.h"
+
+namespace SK_PLUGIN {
+
+class TdjsonDynamicDataImpl;
+class TdjsonStaticDataImpl;
+
+/// One child of a group, whatever its kind.
+struct NodeInfo {
+  ns_sensor::eGroupChildType type;
+  std::uint64_t index;  ///< in the list of its kind, counted from 1
+};
+
+class TdjsonGroupImpl : public virtual ITdjsonGroup_I, public virtual SharedObjectImpl {
+ public:
+  /// The match name is not looked at; the display name is escaped here.
+  TdjsonGroupImpl(void* key, std::string displayName, std::string matchName);
+  /// Groups may be nested deeper than a stack would bear: inner ones are not deleted inside the outer one.
+  ~TdjsonGroupImpl() override;
+
+  /// Share the child with the caller. An `SK_PluginException` as the border forms have codes.
+  void AddDynamicData(std::shared_ptr<ITdjsonDynamicData_v1> const& child) override;
+  void AddStaticData(std::shared_ptr<ITdjsonStaticData_v1> const& child) override;
+  void AddGroup(std::shared_ptr<ITdjsonGroup_v1> const& child) override;
+
+  /// Take a reference of their own.
+  void addDynamicData(ITdjsonDynamicData_v1* child, void* result) override;
+  void addStaticData(ITdjsonStaticData_v1* child, void* result) override;
+  void addGroup(ITdjsonGroup_v1* child, void* result) override;
+
+  virtual std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> const& GetDynamicDataList() const;
+  virtual std::vector<std::shared_ptr<TdjsonStaticDataImpl>> const& GetStaticDataList() const;
+  virtual std::vector<std::shared_ptr<TdjsonGroupImpl>> const& GetGroupList() const;
+  virtual std::vector<NodeInfo> const& GetNodeInfoList() const;
+  virtual std::string const& GetDisplayName() const;  ///< escaped
+  virtual std::string const& GetMatchName() const;
+  /// Lets go of all children; the names stay.
+  virtual void ResetGroup();
+
+ private:
+  std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> mDynamicDataList;
+  std::vector<std::shared_ptr<TdjsonStaticDataImpl>> mStaticDataList;
+  std::vector<std::shared_ptr<TdjsonGroupImpl>> mGroupList;
+  std::string mMatchName;
+  std::string mDisplayName;
+  void* mConverterKey;
+  std::vector<NodeInfo> mNodeInfoList;
+};
+
+}  // namespace SK_PLUGIN
