@@ -1,5 +1,6 @@
 # Every suite by name, in the order of the alphabet.
 senmark_host_suite(BadInput)
+senmark_host_suite(ConvertedFiles)
 senmark_suite(Docs)
 senmark_host_suite(Host)
 senmark_suite(Layout)
