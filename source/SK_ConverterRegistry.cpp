@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "BVHConverter.h"
 #include "CSVConverter.h"
 #include "JsonConverter.h"
 #include "TSVConverter.h"
@@ -27,6 +28,7 @@ void SK_ConverterRegistry::initialize() {
   registerNativeConverter("csv", "Comma Seperated Value", CSV_CheckFormat, CSVConverter_CTor);
   registerNativeConverter("tsv", "Tab Seperated Value", TSV_CheckFormat, TSVConverter_CTor);
   registerNativeConverter("txt", "Tab Seperated Value", TSV_CheckFormat, TSVConverter_CTor);
+  registerNativeConverter("bvh", "Biovision Hierarchy", BVH_CheckFormat, BVHConverter_CTor);
   // The library's own format needs no converter.
   mConvertersInfo.emplace("tdjson", "Timed Data JSON");
 }
