@@ -65,8 +65,8 @@ class SerializerOutline {
   TakePiece mTakePiece;
   std::vector<Level> mLevels;     ///< the root first
   std::size_t mOpenLevels = 0;    ///< so many of them have their text
-  SK_WriterNumberText mLastText;  ///< a node's value and its bounds are mostly one number
-  double mLastNumber = 0;
+  double mLastNumber = 0;         ///< a node's value and its bounds are mostly one number
+  SK_WriterNumberText mLastText;  ///< made from it, and so behind it
 };
 
 }  // namespace SK_PLUGIN
