@@ -10,7 +10,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <string>
@@ -324,6 +326,24 @@ TEST_F(DumpSamplesUtils, ViewsAreGoodUntilTheNextCall) {
   EXPECT_FALSE(mDump->ReadSample(time, value));
 }
 
+TEST_F(DumpSamplesUtils, MappingEndsBehindTheFile) {
+  Fill(*mDump, kLimit + kRecord);
+  auto const isMapped = [path = TempFile()] {
+    std::ifstream maps("/proc/self/maps");
+    std::string const text((std::istreambuf_iterator<char>(maps)), std::istreambuf_iterator<char>());
+    return text.find(path) != std::string::npos;
+  };
+  std::string_view time;
+  std::string_view value;
+  ASSERT_TRUE(mDump->ReadSample(time, value));
+  EXPECT_TRUE(isMapped());
+  for (std::size_t i = 0; i < kLimit / kRecord; ++i) {
+    ASSERT_TRUE(mDump->ReadSample(time, value));
+  }
+  EXPECT_EQ(time, TimeOf(kLimit / kRecord)) << "from the buffer";
+  EXPECT_FALSE(isMapped());
+}
+
 TEST_F(DumpSamplesUtils, CutFileEndsTheReading) {
   Samples written;
   Fill(*mDump, kLimit + kRecord, &written);
@@ -605,6 +625,13 @@ TEST_F(DumpSamplesUtils, FailedCloseSkipsTheRestOfClearing) {
   }
   EXPECT_EQ(TempFiles(), 1u);
   EXPECT_EQ(ReadAll(*mDump), Samples());
+  mDump.reset();
+  EXPECT_EQ(TempFiles(), 0u);
+}
+
+TEST_F(DumpSamplesUtils, DestructorWhoseCloseFailsLeavesNothing) {
+  Fill(*mDump, 2 * kLimit);
+  FailingCall const failing(senmark_test::kClose, EIO);
   mDump.reset();
   EXPECT_EQ(TempFiles(), 0u);
 }
