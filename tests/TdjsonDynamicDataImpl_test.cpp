@@ -84,7 +84,10 @@ TYPED_TEST(EveryDynamicNode, IsItselfBehindEachOfItsInterfaces) {
   ITdjsonDynamicData_v1* const base = node.get();
   EXPECT_EQ(dynamic_cast<TypeParam*>(base->GetActualITdjsonDynamicData()), node.get());
   EXPECT_EQ(dynamic_cast<TypeParam*>(node->GetISharedObject_I()), node.get());
-  EXPECT_EQ(TypeParam::ITdjsonDynamicData_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicData_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicDataNum_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicDataNumArr_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicDataString_v1::GetInterfaceVersion(), 1u);
 }
 
 TYPED_TEST(EveryDynamicNode, TakesTheTimeBaseAsItStandsWhenItIsMade) {
@@ -334,6 +337,33 @@ TYPED_TEST(EveryDynamicNode, LostSamplesStayLost) {
             kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[,{"sampleSetID":"Sarm","samples":[]})"));
 }
 
+TYPED_TEST(EveryDynamicNode, SamplesBehindTheCommitReachNoFile) {
+  this->UseTimeCode();
+  std::shared_ptr<TypeParam> node = this->template Make<TypeParam>();
+  SK_PluginResult result;
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  EXPECT_TRUE(node->Commit());
+  std::string const before = this->FileText();
+  for (int index = 0; index < 90'000; ++index) {
+    ASSERT_TRUE(Add(*node, TimeCode(index % 1000), result));
+  }
+  EXPECT_FALSE(node->Commit());
+  EXPECT_EQ(node->GetSampleCount(), 1u);
+  EXPECT_EQ(this->FileText(), before);
+  node.reset();
+  EXPECT_EQ(this->mFolder.TempNames(), "");
+}
+
+TYPED_TEST(EveryDynamicNode, CommitNeedsTheRootToBeThereStill) {
+  this->UseTimeCode();
+  std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
+  SK_PluginResult result;
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  TdjsonRootImpl::RemoveInstance(this->Key());
+  ExpectWriterError([&] { node->Commit(); }, 2005);
+  EXPECT_FALSE(std::filesystem::exists(this->mPath));
+}
+
 struct FaultRow {
   char const* name;
   senmark_test::eCall call;
@@ -486,8 +516,8 @@ TEST_P(RefusedMatchName, ChangesNothing) {
 }
 
 constexpr RefusedName kRefusedNames[] = {
-    {"Empty", ""},     {"DigitFirst", "1a"}, {"Underscore", "a_b"},
-    {"Hyphen", "a-b"}, {"Space", "a "},      {"NotAscii", "a\xC3\xA4"},
+    {"Null", nullptr}, {"Empty", ""},   {"DigitFirst", "1a"},      {"Underscore", "a_b"},
+    {"Hyphen", "a-b"}, {"Space", "a "}, {"NotAscii", "a\xC3\xA4"},
 };
 INSTANTIATE_TEST_SUITE_P(Names, RefusedMatchName, testing::ValuesIn(kRefusedNames),
                          [](auto const& row) { return std::string(row.param.name); });
