@@ -55,7 +55,7 @@ std::size_t PowerOfTwoIn(std::size_t value) {
 }  // namespace
 
 SerializerOutline::SerializerOutline(SerializerBuffer& text, TakePiece takePiece)
-    : mText(text), mTakePiece(std::move(takePiece)), mLastText(mLastNumber) {}
+    : mText(text), mTakePiece(std::move(takePiece)) {}
 
 void SerializerOutline::serialize_Outline(TdjsonGroupImpl const& root) {
   if (root.GetNodeInfoList().empty()) {
