@@ -21,6 +21,10 @@ class SK_NumberText {
   /// The double nearest to the number from `first` to `last`: at most 40 digits, one point among them or none.
   static double PlainToDouble(char const* first, char const* last);
 
+  /// The double nearest to the decimal number without sign from `first` to `last`, of any length and with an
+  /// exponent or without. Infinity for one that is too large.
+  static double NearestDouble(char const* first, char const* last);
+
  private:
   /// The number of a text that begins with a digit or a point and is a decimal number as a whole, with an exponent
   /// or without. False leaves the answer to `ToDouble`, and may always be given; true stands for doubles of full
