@@ -421,6 +421,15 @@ TEST_F(SerializerFailures, FaultOfTheOutlineIsToldBeforeOneOfTheDisk) {
   EXPECT_EQ(File(), before);
 }
 
+TEST_F(SerializerFailures, FirstFailureOfATailIsTold) {
+  AddFlags(20000);
+  WriteSet("a");
+  FailingCall const open(senmark_test::kOpen, EMFILE, 0, 1);
+  FailingCall const write(senmark_test::kWrite, EIO);
+  ExpectWriterError([&] { mSerializer.serializeRootToFile(); }, 1006);
+  EXPECT_FALSE(write.HasFailed());
+}
+
 class FailingPromise : public SerializerFailures, public testing::WithParamInterface<Step> {};
 
 TEST_P(FailingPromise, OfSamplesCannotBeTakenBack) {
