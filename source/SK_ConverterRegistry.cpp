@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "CSVConverter.h"
+#include "TSVConverter.h"
+
 namespace ns_sensor {
 
 std::unique_ptr<SK_ConverterRegistry> SK_ConverterRegistry::mInstance;
@@ -19,11 +22,11 @@ void SK_ConverterRegistry::terminate() {
 
 void SK_ConverterRegistry::initialize() {
   // The spelling of the descriptions is what hosts see.
+  registerNativeConverter("csv", "Comma Seperated Value", CSV_CheckFormat, CSVConverter_CTor);
+  registerNativeConverter("tsv", "Tab Seperated Value", TSV_CheckFormat, TSVConverter_CTor);
+  registerNativeConverter("txt", "Tab Seperated Value", TSV_CheckFormat, TSVConverter_CTor);
   static constexpr std::pair<char const*, char const*> kFormats[] = {
       {"json", "JSON"},
-      {"csv", "Comma Seperated Value"},
-      {"tsv", "Tab Seperated Value"},
-      {"txt", "Tab Seperated Value"},
       {"bvh", "Biovision Hierarchy"},
       {"tdjson", "Timed Data JSON"},
   };
