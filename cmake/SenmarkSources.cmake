@@ -74,6 +74,7 @@ set(SENMARK_SOURCES
     source/NativeConverters/SV/SVFields.cpp
     source/NativeConverters/SV/SVLine.cpp
     source/NativeConverters/SV/SVSupport.cpp
+    source/NativeConverters/SV/SVUnitInput.cpp
     source/NativeConverters/SV/TSVConverter.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp

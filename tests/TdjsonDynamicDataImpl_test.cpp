@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
+#include <filesystem>
 #include <ostream>
 #include <type_traits>
 
@@ -36,8 +37,7 @@ class EveryDynamicNode : public DynamicNodes {
   }
 };
 
-using Kinds =
-    testing::Types<TdjsonDynamicDataNumImpl, TdjsonDynamicDataNumArrImpl, TdjsonDynamicDataStringImpl>;
+using Kinds = testing::Types<TdjsonDynamicDataNumImpl, TdjsonDynamicDataNumArrImpl, TdjsonDynamicDataStringImpl>;
 struct NameOfKind {
   template <typename Node>
   static std::string GetName(int) {
@@ -99,7 +99,8 @@ TYPED_TEST(EveryDynamicNode, CommitAppendsTheSetInOrderOfArrival) {
   EXPECT_TRUE(node->Commit());
   EXPECT_EQ(result.mErrorCode, 0);
   EXPECT_EQ(node->GetSampleCount(), 2u);
-  EXPECT_EQ(this->FileText(), kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") +
+  EXPECT_EQ(this->FileText(), kTimeCodeHead +
+                                  std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") +
                                   this->SampleText("01:02:03:04") + ',' + this->SampleText("00:00:00:24") + "]}");
 }
 
@@ -138,8 +139,9 @@ TYPED_TEST(EveryDynamicNode, StatedCountStaysAndAllSamplesAreWritten) {
   }
   EXPECT_TRUE(node->Commit());
   EXPECT_EQ(node->GetSampleCount(), 5u);
-  EXPECT_EQ(this->FileText(),
-            kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") + samples + "]}");
+  EXPECT_EQ(
+      this->FileText(),
+      kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") + samples + "]}");
 }
 
 TYPED_TEST(EveryDynamicNode, CountIsDroppedAfterTheCommit) {
@@ -362,10 +364,11 @@ TEST_P(RefusedMatchName, ChangesNothing) {
 }
 
 constexpr RefusedName kRefusedNames[] = {
-    {"Empty", ""}, {"DigitFirst", "1a"}, {"Underscore", "a_b"}, {"Hyphen", "a-b"}, {"Space", "a "}, {"NotAscii", "a\xC3\xA4"},
+    {"Empty", ""},     {"DigitFirst", "1a"}, {"Underscore", "a_b"},
+    {"Hyphen", "a-b"}, {"Space", "a "},      {"NotAscii", "a\xC3\xA4"},
 };
 INSTANTIATE_TEST_SUITE_P(Names, RefusedMatchName, testing::ValuesIn(kRefusedNames),
-                         [](auto const& info) { return std::string(info.param.name); });
+                         [](auto const& row) { return std::string(row.param.name); });
 
 struct Interpolation {
   unsigned value;
@@ -385,9 +388,8 @@ TEST_P(InterpolationCode, IsTheLowByteAndStoredBeforeItIsLookedAt) {
   EXPECT_EQ(mNode->GetDynamicDataFields().displayName, GetParam().code == 0 ? "other" : "Arm");
 }
 
-constexpr Interpolation kInterpolations[] = {{0, 53, 0},   {1, 0, 1},   {2, 0, 2},
-                                             {3, 53, 3},   {255, 53, 255}, {256, 53, 0},
-                                             {257, 0, 1}, {0xFFFFFF02u, 0, 2}};
+constexpr Interpolation kInterpolations[] = {{0, 53, 0},     {1, 0, 1},    {2, 0, 2},   {3, 53, 3},
+                                             {255, 53, 255}, {256, 53, 0}, {257, 0, 1}, {0xFFFFFF02u, 0, 2}};
 INSTANTIATE_TEST_SUITE_P(Values, InterpolationCode, testing::ValuesIn(kInterpolations));
 
 TEST_F(DynamicInfo, MirrorPassesAllFieldsAndThrows) {
@@ -418,6 +420,9 @@ TEST_F(DynamicInfo, DirtyNodeIsNotTakenByAGroup) {
     SK_PluginResult result;
     EXPECT_TRUE(FillUntilRefused(*mNode, result));
   }
+  EXPECT_EQ(CodeOf([&] { mRoot->AddDynamicData(mNode); }), 2001);
+  // A caller of the border form has a reference that counts.
+  mNode->Acquire();
   SK_PluginResult result;
   mRoot->addDynamicData(mNode.get(), &result);
   EXPECT_EQ(result.mErrorCode, 2001);

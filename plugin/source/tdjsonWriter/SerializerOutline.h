@@ -65,8 +65,8 @@ class SerializerOutline {
   TakePiece mTakePiece;
   std::vector<Level> mLevels;     ///< the root first
   std::size_t mOpenLevels = 0;    ///< so many of them have their text
-  SK_WriterNumberText mLastText;  ///< a node's value and its bounds are mostly one number
   double mLastNumber = 0;
+  SK_WriterNumberText mLastText;  ///< of it: a node's value and its bounds are mostly one number
 };
 
 }  // namespace SK_PLUGIN

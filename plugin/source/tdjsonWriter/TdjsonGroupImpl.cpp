@@ -233,8 +233,8 @@ std::string const& TdjsonGroupImpl::GetMatchName() const {
 }
 
 void TdjsonGroupImpl::ResetGroup() {
-  mNodeInfoList.clear();
   // A group may be its own child and go with its list, so nothing of it is touched after these.
+  auto const order = std::move(mNodeInfoList);
   auto const dynamicData = std::move(mDynamicDataList);
   auto const staticData = std::move(mStaticDataList);
   auto const groups = std::move(mGroupList);

@@ -1,7 +1,8 @@
 #include "SVLine.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 #include "SK_EightBytes.h"
@@ -44,11 +45,15 @@ std::size_t FindSpecial(std::string_view text) {
   return position;
 }
 
-/// Appends the bytes in front of the first that `find` finds in a window, takes that one as well and gives
+std::size_t FindSpecial(SVUnitInput::Text text) {
+  return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), IsSpecial<unsigned short>) - text.begin());
+}
+
+/// Appends what stands in front of the first character that `find` finds, takes that one as well and gives
 /// it; the input's `kEnd` without one.
-template <typename Find>
-int TakeUpTo(SK_InputBytes& input, std::string& line, Find find) {
-  for (std::string_view window = input.Window(); !window.empty(); window = input.Window()) {
+template <typename Input, typename Text, typename Find>
+int TakeUpTo(Input& input, Text& line, Find find) {
+  for (auto window = input.Window(); !window.empty(); window = input.Window()) {
     std::size_t const count = find(window);
     line.append(window.data(), count);
     input.Skip(count);
@@ -56,50 +61,22 @@ int TakeUpTo(SK_InputBytes& input, std::string& line, Find find) {
       return input.Get();
     }
   }
-  return SK_InputBytes::kEnd;
+  return Input::kEnd;
 }
 
-/// Appends up to the next quote, LF or CR, which is taken as well and is the result.
-int TakePlain(SK_InputBytes& input, std::string& line) {
-  return TakeUpTo(input, line, FindSpecial);
-}
-
-int TakePlain(SVUnitInput& input, SK_UnicodeUtils::UTF16String& line) {
-  for (;;) {
-    int const unit = input.Get();
-    if (unit == SVUnitInput::kEnd || IsSpecial(unit)) {
-      return unit;
-    }
-    if (unit != kByteOrderMark && unit != kSwappedByteOrderMark) {
-      line += static_cast<unsigned short>(unit);
-    }
-  }
+template <typename Input, typename Text>
+int TakePlain(Input& input, Text& line) {
+  return TakeUpTo(input, line, [](auto window) { return FindSpecial(window); });
 }
 
 /// Appends up to the next quote and the quote; false if there is none.
-bool TakeThroughQuote(SK_InputBytes& input, std::string& line) {
-  auto const findQuote = [](std::string_view window) {
-    void const* const quote = std::memchr(window.data(), kQuote, window.size());
-    return quote == nullptr ? window.size() : static_cast<std::size_t>(static_cast<char const*>(quote) - window.data());
-  };
-  bool const isFound = TakeUpTo(input, line, findQuote) == kQuote;
-  if (isFound) {
-    line += kQuote;
+template <typename Input, typename Text>
+bool TakeThroughQuote(Input& input, Text& line) {
+  if (TakeUpTo(input, line, [](auto window) { return std::min(window.find(kQuote), window.size()); }) != kQuote) {
+    return false;
   }
-  return isFound;
-}
-
-bool TakeThroughQuote(SVUnitInput& input, SK_UnicodeUtils::UTF16String& line) {
-  for (;;) {
-    int const unit = input.Get();
-    if (unit == SVUnitInput::kEnd) {
-      return false;
-    }
-    line += static_cast<unsigned short>(unit);
-    if (unit == kQuote) {
-      return true;
-    }
-  }
+  line += kQuote;
+  return true;
 }
 
 /// Appends the rest of a quotation, whose first quote has been taken, with its quotes as they stand.
@@ -111,22 +88,27 @@ void processQuote(Input& input, Text& line) {
   }
 }
 
+void DropByteOrderMarks(std::string& /*line*/, std::size_t /*from*/) {}
+
+void DropByteOrderMarks(SK_UnicodeUtils::UTF16String& line, std::size_t from) {
+  auto const isMark = [](int unit) { return unit == kByteOrderMark || unit == kSwappedByteOrderMark; };
+  line.erase(std::remove_if(line.begin() + static_cast<std::ptrdiff_t>(from), line.end(), isMark), line.end());
+}
+
 template <typename Input, typename Text>
 void AppendLine(Input& input, Text& line) {
   for (;;) {
-    switch (TakePlain(input, line)) {
-      case kQuote:
-        line += kQuote;
-        processQuote(input, line);
-        break;
-      case kLineFeed:
-        if (input.Peek() == kCarriageReturn) {
-          input.Get();
-        }
-        return;
-      default:
-        return;
+    std::size_t const plainStart = line.size();
+    int const special = TakePlain(input, line);
+    DropByteOrderMarks(line, plainStart);
+    if (special == kLineFeed && input.Peek() == kCarriageReturn) {
+      input.Get();
     }
+    if (special != kQuote) {
+      return;
+    }
+    line += kQuote;
+    processQuote(input, line);
   }
 }
 

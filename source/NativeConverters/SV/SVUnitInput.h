@@ -1,7 +1,10 @@
-/// A file as UTF-16 code units. An odd byte at its end is no unit.
+/// A file as UTF-16 code units, read in pieces. An odd byte at its end is no unit.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "SK_InputBytes.h"
 #include "SVEncoding.h"
@@ -15,40 +18,38 @@ constexpr unsigned short swap_endian(unsigned short unit) {
 
 class SVUnitInput {
  public:
+  using Text = std::basic_string_view<unsigned short>;
+
   static constexpr int kEnd = SK_InputBytes::kEnd;
 
-  SVUnitInput(std::string const& path, FileEncodingType encoding)
-      : mBytes(path), mIsSwapped(encoding == kUTF16LittleEndian) {}
+  SVUnitInput(std::string const& path, FileEncodingType encoding);
 
   bool IsOpen() const { return mBytes.IsOpen(); }
 
   /// The next unit, or `kEnd`.
-  int Get() {
-    int const unit = Peek();
-    mPeeked = kNotPeeked;
-    return mIsSwapped && unit != kEnd ? swap_endian(static_cast<unsigned short>(unit)) : unit;
-  }
+  int Get() { return HasUnit() ? mUnits[mNext++] : kEnd; }
   /// The same without stepping over it, and always with the first byte as the one of higher value: in a
   /// little-endian file, a unit that is looked at in advance is not the one that `Get` gives.
   int Peek() {
-    if (mPeeked == kNotPeeked) {
-      mPeeked = ReadUnit();
+    if (!HasUnit()) {
+      return kEnd;
     }
-    return mPeeked;
+    return mIsSwapped ? swap_endian(mUnits[mNext]) : mUnits[mNext];
   }
+
+  /// The units at hand, at least one unless the file ends here. Good until the next call of anything but `Skip`.
+  Text Window() { return HasUnit() ? Text(mUnits.data() + mNext, mUnits.size() - mNext) : Text(); }
+  /// Steps over units of the window.
+  void Skip(std::size_t count) { mNext += count; }
 
  private:
-  static constexpr int kNotPeeked = -2;
-
-  int ReadUnit() {
-    int const high = mBytes.Get();
-    int const low = mBytes.Get();
-    return low == kEnd ? kEnd : high << 8U | low;
-  }
+  bool HasUnit() { return mNext != mUnits.size() || Refill(); }
+  bool Refill();
 
   SK_InputBytes mBytes;
   bool mIsSwapped;
-  int mPeeked = kNotPeeked;
+  std::vector<unsigned short> mUnits;  ///< of one piece, each with its value
+  std::size_t mNext = 0;
 };
 
 }  // namespace ns_sensor
