@@ -171,8 +171,8 @@ TEST_F(BVHConversion, WritesTheWholeFile) {
 }
 
 TEST_F(BVHConversion, WithoutMotionWritesTheOffsetsAlone) {
-  std::string const offsets = kHeadWithoutSamples.substr(0, kHeadWithoutSamples.size()) + kCreator +
-                              R"("dataOutline":[)" + Group("Hip", Offset("Hip")) + "]}";
+  std::string const offsets =
+      kHeadWithoutSamples + kCreator + R"("dataOutline":[)" + Group("Hip", Offset("Hip")) + "]}";
   EXPECT_EQ(Converted(OneJoint("", "")), offsets);
   EXPECT_EQ(Converted(OneJoint(kRotation, "")), offsets);
   EXPECT_EQ(Converted(OneJoint(kRotation, "\n \t\r\nnone\nnan\n")), offsets);
@@ -302,7 +302,8 @@ TimeBase const kTimeBases[] = {
     {"Rate23", "0.0416667", R"({"value":23,"scale":1},"dropFrame":false)"},
     {"Rate25", "0.04", R"({"value":25,"scale":1},"dropFrame":false)"},
     {"Rate2997", "0.0333666", R"({"value":30000,"scale":1001},"dropFrame":true)"},
-    {"Rate29", "0.0333667", R"({"value":30000,"scale":1001},"dropFrame":true)"},
+    {"StillRate2997", "0.0333667", R"({"value":30000,"scale":1001},"dropFrame":true)"},
+    {"Rate29", "0.0333668", R"({"value":29,"scale":1},"dropFrame":false)"},
     {"Rate30", ".0333333", R"({"value":30,"scale":1},"dropFrame":false)"},
     {"Rate50", "2e-2", R"({"value":50,"scale":1},"dropFrame":false)"},
     {"Rate5994", "0.0166833", R"({"value":60000,"scale":1001},"dropFrame":true)"},
@@ -456,7 +457,6 @@ TEST_F(BVHConversion, NestsAsDeepAsTheFileLikes) {
   }
   std::string const converted = Converted(content + end + "Frames: 0\nFrame Time: 0.04\n");
   std::string const innermost = Group("j", Offset("j"));
-  std::string const tail(2 * kDepth, ' ');
   ASSERT_GT(converted.size(), innermost.size() + 2 * static_cast<std::size_t>(kDepth) + 2);
   EXPECT_EQ(converted.substr(converted.size() - innermost.size() - 2 * static_cast<std::size_t>(kDepth) - 2,
                              innermost.size()),
