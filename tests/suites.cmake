@@ -1,4 +1,5 @@
 # Every suite by name, in the order of the alphabet.
+senmark_suite(BVHConverter support/FailingCalls.cpp)
 senmark_suite(BVHFrameRate)
 senmark_suite(BVHInput)
 senmark_suite(BVHLine)
