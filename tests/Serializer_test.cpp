@@ -178,6 +178,17 @@ TEST_F(SerializerTest, PromiseOfSamplesIsTakenBackWithTheTimeBase) {
   EXPECT_EQ(File(), std::string(kVersion) + R"(,"dynamicSamplesPresentB":false,"creator":"me",)" + kFlagOutline + "}");
 }
 
+TEST_F(SerializerTest, PromiseIsTakenBackOnce) {
+  UseTimeCode();
+  AddFlag();
+  mSerializer.serializeRootToFile();
+  std::string const tail = std::string(R"(,"dynamicSamplesPresentB":false,)") + kFlagOutline + "}";
+  EXPECT_EQ(File(), kVersion + tail);
+  // The root does not do that.
+  mSerializer.serializeRootToFile();
+  EXPECT_EQ(File(), kVersion + tail + tail);
+}
+
 TEST_F(SerializerTest, KeysComeInOneOrder) {
   UseTimeCode();
   mRoot->SetCreator("me");

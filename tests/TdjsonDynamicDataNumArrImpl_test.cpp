@@ -9,6 +9,7 @@
 #include "DynamicNodes.h"
 #include "ExpectError.h"
 #include "SensorFileHandlerImpl.h"
+#include "WriterErrors.h"
 
 namespace SK_PLUGIN {
 namespace {
@@ -17,6 +18,7 @@ using senmark_test::Add;
 using senmark_test::DynamicNodes;
 using senmark_test::ExpectError;
 using senmark_test::kAutomaticDigits;
+using senmark_test::kConverterFailed;
 using senmark_test::kMaxMark;
 using senmark_test::kMinMark;
 using senmark_test::kTimeCodeHead;
@@ -330,12 +332,12 @@ TEST_F(DynamicNumArr, MirrorsPassEverythingAndThrow) {
   EXPECT_TRUE(stored.isPoint);
   EXPECT_THAT(stored.arrayDisplayNames, ElementsAre(R"(x\")"));
   pattern.digitsInteger = kAutomaticDigits;
-  ExpectError([&] { node->SetNumberPattern(pattern); }, 2006, "Internal converter failure");
+  ExpectError([&] { node->SetNumberPattern(pattern); }, 2006, kConverterFailed);
   range.occurring = {kMinMark, 3};
-  ExpectError([&] { node->SetNumberRange(range); }, 2007, "Internal converter failure");
+  ExpectError([&] { node->SetNumberRange(range); }, 2007, kConverterFailed);
   range.occurring = {-3, 3};
   range.legal = {-3, kMaxMark};
-  ExpectError([&] { node->SetNumberRange(range); }, 2008, "Internal converter failure");
+  ExpectError([&] { node->SetNumberRange(range); }, 2008, kConverterFailed);
 }
 
 TEST_F(DynamicNumArr, ReaderGivesBackWhatWasWritten) {

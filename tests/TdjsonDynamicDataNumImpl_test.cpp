@@ -8,6 +8,7 @@
 #include "DynamicNodes.h"
 #include "ExpectError.h"
 #include "SensorFileHandlerImpl.h"
+#include "WriterErrors.h"
 
 namespace SK_PLUGIN {
 namespace {
@@ -16,6 +17,7 @@ using senmark_test::Add;
 using senmark_test::DynamicNodes;
 using senmark_test::ExpectError;
 using senmark_test::kAutomaticDigits;
+using senmark_test::kConverterFailed;
 using senmark_test::kMaxMark;
 using senmark_test::kMinMark;
 using senmark_test::kTimeCodeHead;
@@ -253,12 +255,12 @@ TEST_F(DynamicNum, MirrorsPassEverythingAndThrow) {
   EXPECT_EQ(stored.range.occurring.min, -3);
   EXPECT_EQ(stored.range.occurring.max, 3);
   pattern.digitsDecimal = kAutomaticDigits;
-  ExpectError([&] { node->SetNumberPattern(pattern); }, 2006, "Internal converter failure");
+  ExpectError([&] { node->SetNumberPattern(pattern); }, 2006, kConverterFailed);
   range.occurring = {kMinMark, 3};
-  ExpectError([&] { node->SetNumberRange(range); }, 2007, "Internal converter failure");
+  ExpectError([&] { node->SetNumberRange(range); }, 2007, kConverterFailed);
   range.occurring = {-3, 3};
   range.legal = {kMinMark, 3};
-  ExpectError([&] { node->SetNumberRange(range); }, 2008, "Internal converter failure");
+  ExpectError([&] { node->SetNumberRange(range); }, 2008, kConverterFailed);
 }
 
 ns_sensor::SK_Time Seconds(std::int32_t value, std::uint32_t scale) {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "DynamicNodes.h"
-#include "ExpectError.h"
 #include "SensorFileHandlerImpl.h"
 
 namespace SK_PLUGIN {
@@ -13,7 +12,6 @@ namespace {
 
 using senmark_test::Add;
 using senmark_test::DynamicNodes;
-using senmark_test::ExpectError;
 using senmark_test::kTimeCodeHead;
 using senmark_test::SK_DateTimeSMPTE;
 using senmark_test::SK_DateTimeUTC;

@@ -224,12 +224,12 @@ def joined(children):
 
     A comma goes by the position of the child: when the first one is not written, that of the second stays.
     """
-    text = b""
+    parts = []
     for position, child in enumerate(children):
         one = child.json()
         if one:
-            text += (b"," if position else b"") + one
-    return text or None
+            parts.append((b"," if position else b"") + one)
+    return b"".join(parts) or None
 
 
 VERSION = b'{"version":"tdjson2.0.0"'

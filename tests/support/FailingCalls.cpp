@@ -20,8 +20,10 @@ std::atomic<int> gFstatReason{0};
 std::atomic<bool> gMunmapFails{false};
 
 struct CallState {
-  std::atomic<int> reason{0};  // 0: the call goes through
-  std::atomic<int> passed{0};  // calls still to go through
+  std::atomic<int> reason{0};   // 0: the call goes through
+  std::atomic<int> passed{0};   // calls still to go through
+  std::atomic<int> failing{0};  // calls still to fail behind them
+  std::atomic<bool> failed{false};
 };
 CallState gCallStates[senmark_test::kCalls];
 
@@ -29,9 +31,10 @@ CallState gCallStates[senmark_test::kCalls];
 bool FailsNow(senmark_test::eCall call) {
   CallState& state = gCallStates[call];
   int const reason = state.reason;
-  if (reason == 0 || state.passed-- > 0) {
+  if (reason == 0 || state.passed-- > 0 || state.failing-- <= 0) {
     return false;
   }
+  state.failed = true;
   errno = reason;
   return true;
 }
@@ -97,15 +100,27 @@ extern "C" void* mmap(void* address, std::size_t size, int protection, int flags
   return FailsNow(senmark_test::kMmap) ? MAP_FAILED : next(address, size, protection, flags, fd, offset);
 }
 
+extern "C" off_t lseek(int fd, off_t offset, int whence) noexcept {
+  static auto* const next = NextDefinition<off_t(int, off_t, int)>("lseek");
+  return FailsNow(senmark_test::kLseek) ? -1 : next(fd, offset, whence);
+}
+
 namespace senmark_test {
 
-FailingCall::FailingCall(eCall call, int reason, int passed) : mCall(call) {
-  gCallStates[call].passed = passed;
-  gCallStates[call].reason = reason;
+FailingCall::FailingCall(eCall call, int reason, int passed, int failing) : mCall(call) {
+  CallState& state = gCallStates[call];
+  state.passed = passed;
+  state.failing = failing;
+  state.failed = false;
+  state.reason = reason;
 }
 
 FailingCall::~FailingCall() {
   gCallStates[mCall].reason = 0;
+}
+
+bool FailingCall::HasFailed() const {
+  return gCallStates[mCall].failed;
 }
 
 FailingFstat::FailingFstat(int reason) {

@@ -82,7 +82,7 @@ BVHConverter::Group BVHConverter::CreateTdjsonNode(SkeletonNode const& skeleton)
       open.push_back({&child, CreateJointGroup(child), 0});
       continue;
     }
-    Group const group = std::move(innermost.group);
+    Group group = std::move(innermost.group);
     open.pop_back();
     if (open.empty()) {
       return group;

@@ -116,12 +116,12 @@ std::shared_ptr<SkeletonNode> IterativeNodeBuilder(BVHInput& input, std::string 
       if (input.HasFailed()) {
         ThrowBVHError(eBVHError::kBadHierarchy);
       }
-      std::shared_ptr<SkeletonNode> const node = std::move(joints.back().node);
+      std::shared_ptr<SkeletonNode> node = std::move(joints.back().node);
       joints.pop_back();
       if (joints.empty()) {
         return node;
       }
-      HangOn(*joints.back().node, node);
+      HangOn(*joints.back().node, std::move(node));
       ends = !input.IsGood();
     }
   }
