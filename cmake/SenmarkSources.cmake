@@ -54,6 +54,14 @@ set(SENMARK_SOURCES
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
+    source/NativeConverters/BVH/BVHConverter.cpp
+    source/NativeConverters/BVH/BVHFrameRate.cpp
+    source/NativeConverters/BVH/BVHInput.cpp
+    source/NativeConverters/BVH/BVHLine.cpp
+    source/NativeConverters/BVH/BVHParser.cpp
+    source/NativeConverters/BVH/EulerAngles.cpp
+    source/NativeConverters/BVH/SkeletonNode.cpp
+    source/NativeConverters/BVH/eEulerOrder.cpp
     source/NativeConverters/JSON/JsonArrayIterator.cpp
     source/NativeConverters/JSON/JsonConverter.cpp
     source/NativeConverters/JSON/JsonObjectIterator.cpp

@@ -1,6 +1,7 @@
 #include "SK_DataQuery.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "SK_Error.h"
 #include "SK_OutlineReader.h"
@@ -42,30 +43,50 @@ JValue const& ChildAt(JValue const& children, std::int32_t index) {
   return children[static_cast<rapidjson::SizeType>(index)];
 }
 
+std::string_view MatchNameOf(JValue const& node) {
+  JValue const* const name = SK_OutlineReader::Find(node, "matchName");
+  return name != nullptr && name->IsString() ? std::string_view(name->GetString(), name->GetStringLength())
+                                             : std::string_view();
+}
+
+/// The child of a name, as there is only one in a file. Who walks over a wide group asks for each child a few times
+/// and then for the next, so these two are looked at before all others.
+std::uint32_t FindByName(JValue const& children, std::string const& name, std::atomic<std::uint32_t>& lastFound) {
+  std::uint32_t const last = lastFound.load(std::memory_order_relaxed);
+  std::uint32_t const nearby[] = {last, last + 1};
+  for (std::uint32_t const index : nearby) {
+    if (index < children.Size() && MatchNameOf(children[index]) == name) {
+      lastFound.store(index, std::memory_order_relaxed);
+      return index;
+    }
+  }
+  for (std::uint32_t index = 0; index != children.Size(); ++index) {
+    if (MatchNameOf(children[index]) == name) {
+      lastFound.store(index, std::memory_order_relaxed);
+      return index;
+    }
+  }
+  ThrowPathError(SK_Message::kMatchNameNotFound, Quoted(name));
+}
+
 /// Finds the index of one segment that has none, and proves one that has. `item` counts the segments behind
 /// the root.
-void ValidateAndFillSegment(JValue const& children, std::size_t item, SK_PathSegment& segment) {
+void ValidateAndFillSegment(JValue const& children, std::size_t item, SK_PathSegment& segment,
+                            std::atomic<std::uint32_t>& lastFound) {
   bool const hasName = !segment.matchName.empty();
   if (segment.index < 0) {
     if (!hasName) {
       ThrowPathError(SK_Message::kMissingBothIndexAndMatchName, static_cast<unsigned long long>(item));
     }
-    auto const elements = children.GetArray();
-    auto const child = std::find_if(elements.begin(), elements.end(), [&](JValue const& node) {
-      return StringOf(node, "matchName") == segment.matchName;
-    });
-    if (child == elements.end()) {
-      ThrowPathError(SK_Message::kMatchNameNotFound, Quoted(segment.matchName));
-    }
-    segment.index = static_cast<std::int32_t>(child - elements.begin());
+    segment.index = static_cast<std::int32_t>(FindByName(children, segment.matchName, lastFound));
     return;
   }
   if (IsBehind(segment.index, children)) {
     ThrowPathError(SK_Message::kInvalidIndex, children.Size(), static_cast<unsigned long long>(item), segment.index);
   }
-  std::string const childName = StringOf(ChildAt(children, segment.index), "matchName");
+  std::string_view const childName = MatchNameOf(ChildAt(children, segment.index));
   if (hasName && childName != segment.matchName) {
-    ThrowPathError(SK_Message::kMatchNameNotMatching, Quoted(childName), segment.index,
+    ThrowPathError(SK_Message::kMatchNameNotMatching, Quoted(std::string(childName)), segment.index,
                    static_cast<unsigned long long>(item), Quoted(segment.matchName));
   }
 }
@@ -107,7 +128,7 @@ void SK_DataQuery::ValidateAndFillPath(SK_DataPath& path) const {
   JValue const* children = &Outline();
   for (std::size_t segment = 1; segment < path.size(); ++segment) {
     std::size_t const item = segment - 1;
-    ValidateAndFillSegment(*children, item, path[segment]);
+    ValidateAndFillSegment(*children, item, path[segment], mLastFound[segment % mLastFound.size()]);
     children = SK_OutlineReader::Find(ChildAt(*children, path[segment].index), "children");
     if (children == nullptr && segment + 1 < path.size()) {
       ThrowPathError(SK_Message::kIntermediateNodeNotGroupNode, static_cast<unsigned long long>(item));

@@ -4,6 +4,8 @@
 /// Errors of paths have code 33; no error here has a place in the file.
 #pragma once
 
+#include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -78,6 +80,9 @@ class SK_DataQuery {
   TextRange TextsOf(SK_Time const& start, SK_Time const& end) const;
 
   std::shared_ptr<SK_TdjsonParser> mParser;
+  /// For each level of the tree, taken around, the child that was asked for last. Only where a search begins
+  /// depends on it, so threads may overwrite each other's.
+  mutable std::array<std::atomic<std::uint32_t>, 16> mLastFound{};
 };
 
 }  // namespace SK_NAMESPACE_INT

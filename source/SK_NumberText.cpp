@@ -111,4 +111,14 @@ double SK_NumberText::WholeToDouble(std::string_view text) {
   return ToDouble(std::string(text));
 }
 
+double SK_NumberText::NearestDouble(char const* first, char const* last) {
+  double number = 0;
+  if (!DecimalToDouble(first, last, number)) {
+    std::size_t read = 0;
+    int error = 0;
+    number = ReadDouble(std::string(first, last).c_str(), read, error);
+  }
+  return number;
+}
+
 }  // namespace SK_NAMESPACE_INT

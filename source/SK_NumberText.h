@@ -21,6 +21,10 @@ class SK_NumberText {
   /// The double nearest to the number from `first` to `last`: at most 40 digits, one point among them or none.
   static double PlainToDouble(char const* first, char const* last);
 
+  /// The double nearest to the decimal number without sign from `first` to `last`, of any length and with an
+  /// exponent or without. Infinity for one that is too large.
+  static double NearestDouble(char const* first, char const* last);
+
  private:
   /// The number of a text that is one as a whole, has no sign and no white space in front, and leaves no doubt about
   /// its range. False, which may always be given, leaves the answer to `ToDouble`.

@@ -77,6 +77,11 @@ std::string OutcomeOf(Body const& body) {
   }
 }
 
+std::string StaticFlagNode(std::string const& matchName) {
+  return R"({"objectType":"dataStatic","displayName":"S","matchName":")" + matchName +
+         R"(","dataType":{"type":"boolean"},"value":true})";
+}
+
 /// A query on the text of a whole file.
 class FileUnderQuery {
  public:
@@ -219,6 +224,35 @@ TEST_F(DataQuery, ChildInfoTellsKindAndNames) {
   EXPECT_EQ(ChildInfo({kRoot, Named("arm")}), "0 Arm arm");
   EXPECT_EQ(ChildInfo({kRoot, At(0), At(4)}), "1 Angle angle");
   EXPECT_EQ(ChildInfo({kRoot, At(1)}), "2 Version version");
+}
+
+// Where the search for a name begins depends on what was asked before; what it finds does not.
+TEST(DataQueryOfWideGroups, NamesAreFoundInAnyOrder) {
+  constexpr int kChildren = 50;
+  std::vector<std::string> groups;
+  for (char const* const group : {"a", "b"}) {
+    std::vector<std::string> children;
+    for (int i = 0; i < kChildren; ++i) {
+      children.push_back(StaticFlagNode(group + std::to_string(i)));
+    }
+    groups.push_back(senmark_test::Group(group, senmark_test::Joined(children)));
+  }
+  FileUnderQuery const file(
+      TopLevel({R"("version":"tdjson2.0.0","dynamicSamplesPresentB":false)", Array("dataOutline", groups)}));
+  for (int const step : {0, 1, kChildren - 1, 7, 23}) {
+    for (int i = 0, at = 0; i < 2 * kChildren; ++i, at = (at + step) % kChildren) {
+      std::string const group = i % 3 == 0 ? "a" : "b";
+      std::string const name = group + std::to_string(at);
+      ns_sensor::SK_GroupChildInfo info;
+      file->GetGroupChildInfo({kRoot, Named(group), Named(name)}, &info);
+      EXPECT_EQ(info.matchName, name);
+      EXPECT_EQ(OutcomeOf([&] {
+                  file->GetGroupChildInfo({kRoot, Named(group), Named("c" + std::to_string(at))}, &info);
+                  return std::string();
+                }).substr(0, 2),
+                "33");
+    }
+  }
 }
 
 struct RefusedPath {

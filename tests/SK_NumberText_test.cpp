@@ -374,5 +374,45 @@ TEST(NumberText, WholeNumbersLeaveErrnoAlone) {
   EXPECT_EQ(errno, EDOM);
 }
 
+TEST(NumberText, NearestDoubleOfAnyDecimal) {
+  std::string const noughts(400, '0');
+  char const* const texts[] = {"0",
+                               "1",
+                               "5.",
+                               ".5",
+                               "1e5",
+                               "1E+5",
+                               "12e-3",
+                               "0.016666666666666666",
+                               "9007199254740993",
+                               "1e22",
+                               "1e23",
+                               "1e308",
+                               "1.7976931348623159e308",
+                               "1e309",
+                               "1e99999999999999999999",
+                               "4.9e-324",
+                               "2.4e-324",
+                               "2.5e-324",
+                               "2.2250738585072011e-308",
+                               "1e-400",
+                               "0e999999",
+                               "0e-999999",
+                               "0.000"};
+  std::vector<std::string> all(std::begin(texts), std::end(texts));
+  all.insert(all.end(), {"0." + noughts + "1e401", "1" + noughts, "1" + noughts + "e-400"});
+  for (std::string const& text : all) {
+    double const found = SK_NumberText::NearestDouble(text.data(), text.data() + text.size());
+    EXPECT_EQ(BitsOf(found), BitsOf(std::strtod(text.c_str(), nullptr))) << text;
+  }
+}
+
+TEST(NumberText, NearestDoubleLeavesErrnoAlone) {
+  std::string const text = "1e-400";
+  errno = EDOM;
+  EXPECT_EQ(SK_NumberText::NearestDouble(text.data(), text.data() + text.size()), 0);
+  EXPECT_EQ(errno, EDOM);
+}
+
 }  // namespace
 }  // namespace SK_NAMESPACE_INT

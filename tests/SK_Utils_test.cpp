@@ -287,5 +287,51 @@ TEST(Utils, FileThatCannotBeMappedPassesToTheCaller) {
   ExpectError([&] { SK_Utils::IsTDJSONVersion2(missing.c_str()); }, 6, "Unable to open input file:" + missing + ".");
 }
 
+struct MatchName {
+  char const* name;
+  std::string text;
+  bool valid;
+};
+
+class ValidMatchName : public testing::TestWithParam<MatchName> {};
+
+TEST_P(ValidMatchName, IsMadeOfLettersAndDigitsAndBeginsWithALetter) {
+  MatchName const& row = GetParam();
+  EXPECT_EQ(SK_Utils::IsValidMatchName(row.text), row.valid);
+}
+
+MatchName const kMatchNames[] = {
+    {"Letters", "arm", true},
+    {"OneLetter", "Z", true},
+    {"DigitBehindALetter", "arm2", true},
+    {"EveryEnd", "azAZ09", true},
+    {"Empty", "", false},
+    {"DigitInFront", "2arm", false},
+    {"ZeroInFront", "0", false},
+    {"NineInFront", "9a", false},
+    {"Underscore", "left_arm", false},
+    {"UnderscoreInFront", "_arm", false},
+    {"Blank", "left arm", false},
+    {"BlankBehind", "arm ", false},
+    {"BeforeZero", "a/", false},
+    {"BehindNine", "a:", false},
+    {"BeforeCapitals", "a@", false},
+    {"BehindCapitals", "a[", false},
+    {"BeforeSmallLetters", "a`", false},
+    {"BehindSmallLetters", "a{", false},
+    {"NotAscii", "\xC3\xA9tat", false},
+    {"LastByte", "a\xFF", false},
+    {"Nul", std::string("a\0b", 3), false},
+};
+
+INSTANTIATE_TEST_SUITE_P(Utils, ValidMatchName, testing::ValuesIn(kMatchNames), NameOfRow());
+
+TEST(Utils, AMatchNameMayComeAsPlainText) {
+  EXPECT_TRUE(SK_Utils::IsValidMatchName("arm"));
+  EXPECT_FALSE(SK_Utils::IsValidMatchName("1arm"));
+  EXPECT_FALSE(SK_Utils::IsValidMatchName(""));
+  EXPECT_FALSE(SK_Utils::IsValidMatchName(static_cast<char const*>(nullptr)));
+}
+
 }  // namespace
 }  // namespace SK_NAMESPACE_INT

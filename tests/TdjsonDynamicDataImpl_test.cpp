@@ -2,19 +2,30 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
+#include <cstdint>
 #include <cstring>
+#include <filesystem>
+#include <new>
 #include <ostream>
 #include <type_traits>
 
 #include "DynamicNodes.h"
 #include "ExpectError.h"
+#include "FailingMemory.h"
+#include "WriterErrors.h"
 
 namespace SK_PLUGIN {
 namespace {
 
 using senmark_test::Add;
+using senmark_test::CodeOf;
 using senmark_test::DynamicNodes;
 using senmark_test::ExpectError;
+using senmark_test::ExpectWriterError;
+using senmark_test::FailingCall;
+using senmark_test::FailingMemory;
+using senmark_test::kConverterFailed;
 using senmark_test::kTimeCodeHead;
 using senmark_test::SK_DateTimeSMPTE;
 using senmark_test::SK_DateTimeUTC;
@@ -31,13 +42,21 @@ class EveryDynamicNode : public DynamicNodes {
     }
     return std::is_same_v<Node, TdjsonDynamicDataStringImpl> ? R"({"length":"2","str":"ab"})" : R"(["1","2","3"])";
   }
+  /// As `Add`, but at the start of the file and without an expectation of its own, which would need memory.
+  static bool AddQuietly(TdjsonDynamicDataNumArrImpl& node, SK_PluginResult& result) {
+    return node.addElement(1, &result) && node.addElement(2, &result) && node.addElement(3, &result) &&
+           node.addTimeSMPTE(0, 0, 0, 0, &result);
+  }
+  template <typename Other>
+  static bool AddQuietly(Other& node, SK_PluginResult& result) {
+    return Add(node, TimeCode(0), result);
+  }
   static std::string SampleText(std::string const& time) {
     return R"({"time":")" + time + R"(","value":)" + ValueText() + "}";
   }
 };
 
-using Kinds =
-    testing::Types<TdjsonDynamicDataNumImpl, TdjsonDynamicDataNumArrImpl, TdjsonDynamicDataStringImpl>;
+using Kinds = testing::Types<TdjsonDynamicDataNumImpl, TdjsonDynamicDataNumArrImpl, TdjsonDynamicDataStringImpl>;
 struct NameOfKind {
   template <typename Node>
   static std::string GetName(int) {
@@ -49,25 +68,14 @@ struct NameOfKind {
 };
 TYPED_TEST_SUITE(EveryDynamicNode, Kinds, NameOfKind);
 
-template <typename Work>
-int CodeOf(Work&& work) {
-  try {
-    work();
-  } catch (SK_PluginException const& e) {
-    EXPECT_EQ(e.GetFileOffset(), -1);
-    EXPECT_EQ(e.GetFileLineNo(), -1);
-    return e.GetErrorCode();
-  }
-  return 0;
-}
-
 TYPED_TEST(EveryDynamicNode, NeedsARootThatHasATimeBase) {
   int noRootHere = 0;
-  EXPECT_EQ(CodeOf([&] { TypeParam node(&noRootHere); }), 2005);
-  EXPECT_EQ(CodeOf([&] { TypeParam node(nullptr); }), 2005);
-  EXPECT_EQ(CodeOf([&] { TypeParam node(this->Key()); }), 2028);
+  ExpectWriterError([&] { TypeParam node(&noRootHere); }, 2005);
+  ExpectWriterError([&] { TypeParam node(nullptr); }, 2005);
+  ExpectWriterError([&] { TypeParam node(this->Key()); }, 2028);
   this->UseTimeCode();
-  EXPECT_EQ(CodeOf([&] { TypeParam node(this->Key()); }), 0);
+  TypeParam node(this->Key());
+  EXPECT_FALSE(node.isDirty());
 }
 
 TYPED_TEST(EveryDynamicNode, IsItselfBehindEachOfItsInterfaces) {
@@ -76,7 +84,10 @@ TYPED_TEST(EveryDynamicNode, IsItselfBehindEachOfItsInterfaces) {
   ITdjsonDynamicData_v1* const base = node.get();
   EXPECT_EQ(dynamic_cast<TypeParam*>(base->GetActualITdjsonDynamicData()), node.get());
   EXPECT_EQ(dynamic_cast<TypeParam*>(node->GetISharedObject_I()), node.get());
-  EXPECT_EQ(TypeParam::ITdjsonDynamicData_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicData_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicDataNum_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicDataNumArr_v1::GetInterfaceVersion(), 1u);
+  EXPECT_EQ(ITdjsonDynamicDataString_v1::GetInterfaceVersion(), 1u);
 }
 
 TYPED_TEST(EveryDynamicNode, TakesTheTimeBaseAsItStandsWhenItIsMade) {
@@ -99,7 +110,8 @@ TYPED_TEST(EveryDynamicNode, CommitAppendsTheSetInOrderOfArrival) {
   EXPECT_TRUE(node->Commit());
   EXPECT_EQ(result.mErrorCode, 0);
   EXPECT_EQ(node->GetSampleCount(), 2u);
-  EXPECT_EQ(this->FileText(), kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") +
+  EXPECT_EQ(this->FileText(), kTimeCodeHead +
+                                  std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") +
                                   this->SampleText("01:02:03:04") + ',' + this->SampleText("00:00:00:24") + "]}");
 }
 
@@ -138,8 +150,9 @@ TYPED_TEST(EveryDynamicNode, StatedCountStaysAndAllSamplesAreWritten) {
   }
   EXPECT_TRUE(node->Commit());
   EXPECT_EQ(node->GetSampleCount(), 5u);
-  EXPECT_EQ(this->FileText(),
-            kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") + samples + "]}");
+  EXPECT_EQ(
+      this->FileText(),
+      kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)") + samples + "]}");
 }
 
 TYPED_TEST(EveryDynamicNode, CountIsDroppedAfterTheCommit) {
@@ -215,10 +228,8 @@ TYPED_TEST(EveryDynamicNode, IsDirtyForGoodOnceASampleFailed) {
   refused = SK_PluginResult();
   EXPECT_FALSE(Add(*node, SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, 'Z', 0, 0, 7}, refused));
   EXPECT_EQ(refused.mErrorCode, 2001);
-  EXPECT_EQ(CodeOf([&] { node->Commit(); }), 2001);
-  refused = SK_PluginResult();
-  node->commit(&refused);
-  EXPECT_EQ(refused.mErrorCode, 2001);
+  ExpectWriterError([&] { node->Commit(); }, 2001);
+  EXPECT_EQ(CodeOf([&](void* record) { node->commit(record); }), 2001);
   EXPECT_FALSE(std::filesystem::exists(this->mPath));
 }
 
@@ -277,7 +288,7 @@ TYPED_TEST(EveryDynamicNode, FailedCommitOfTheFirstSetLeavesTheHead) {
   this->mRoot->WriteVersionToFile();
   {
     senmark_test::FileSizeLimit const noRoom(std::strlen(kTimeCodeHead) + 10);
-    EXPECT_EQ(CodeOf([&] { node->Commit(); }), 1055);
+    ExpectWriterError([&] { node->Commit(); }, 1055);
   }
   EXPECT_EQ(this->FileText(), kTimeCodeHead);
 }
@@ -288,8 +299,151 @@ TYPED_TEST(EveryDynamicNode, FailedHeadFailsTheCommitWithItsCode) {
   SK_PluginResult result;
   EXPECT_TRUE(Add(*node, TimeCode(0), result));
   std::filesystem::create_directory(this->mPath);
-  EXPECT_GT(CodeOf([&] { node->Commit(); }), 1000);
+  ExpectWriterError([&] { node->Commit(); }, 1007);
   EXPECT_TRUE(std::filesystem::is_directory(this->mPath));
+}
+
+TYPED_TEST(EveryDynamicNode, FailedRollBackEmptiesTheFileAndIsWhatIsTold) {
+  this->UseTimeCode();
+  SK_PluginResult result;
+  std::shared_ptr<TypeParam> const first = this->template Make<TypeParam>("first");
+  EXPECT_TRUE(Add(*first, TimeCode(0), result));
+  EXPECT_TRUE(first->Commit());
+  std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  {
+    FailingCall const noWrite(senmark_test::kWrite, ENOSPC);
+    FailingCall const noCut(senmark_test::kFtruncate, EIO);
+    ExpectWriterError([&] { node->Commit(); }, 2004);
+  }
+  EXPECT_EQ(this->FileText(), "");
+  EXPECT_FALSE(node->isDirty());
+}
+
+/// A node has no defined use after a commit that failed; this is what it does.
+TYPED_TEST(EveryDynamicNode, LostSamplesStayLost) {
+  this->UseTimeCode();
+  std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
+  SK_PluginResult result;
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  this->mRoot->WriteVersionToFile();
+  {
+    FailingCall const noWrite(senmark_test::kWrite, ENOSPC);
+    ExpectWriterError([&] { node->Commit(); }, 1034);
+  }
+  EXPECT_TRUE(node->Commit());
+  // The root still takes the first set for written, so a comma leads this one.
+  EXPECT_EQ(this->FileText(),
+            kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[,{"sampleSetID":"Sarm","samples":[]})"));
+}
+
+TYPED_TEST(EveryDynamicNode, SamplesBehindTheCommitReachNoFile) {
+  this->UseTimeCode();
+  std::shared_ptr<TypeParam> node = this->template Make<TypeParam>();
+  SK_PluginResult result;
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  EXPECT_TRUE(node->Commit());
+  std::string const before = this->FileText();
+  for (int index = 0; index < 90'000; ++index) {
+    ASSERT_TRUE(Add(*node, TimeCode(index % 1000), result));
+  }
+  EXPECT_FALSE(node->Commit());
+  EXPECT_EQ(node->GetSampleCount(), 1u);
+  EXPECT_EQ(this->FileText(), before);
+  node.reset();
+  EXPECT_EQ(this->mFolder.TempNames(), "");
+}
+
+TYPED_TEST(EveryDynamicNode, CommitNeedsTheRootToBeThereStill) {
+  this->UseTimeCode();
+  std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
+  SK_PluginResult result;
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  TdjsonRootImpl::RemoveInstance(this->Key());
+  ExpectWriterError([&] { node->Commit(); }, 2005);
+  EXPECT_FALSE(std::filesystem::exists(this->mPath));
+}
+
+struct FaultRow {
+  char const* name;
+  senmark_test::eCall call;
+  int reason;
+  int code;
+};
+constexpr FaultRow kDumpFaults[] = {
+    {"FullDisk", senmark_test::kWrite, ENOSPC, 1034},
+    {"BrokenDisk", senmark_test::kWrite, EIO, 1055},
+    {"NoTemporaryFile", senmark_test::kMkostemp, EACCES, 1015},
+};
+
+TYPED_TEST(EveryDynamicNode, EveryFaultOfTheTemporaryFileIsToldAndNothingIsLeft) {
+  this->UseTimeCode();
+  for (FaultRow const& row : kDumpFaults) {
+    SCOPED_TRACE(row.name);
+    std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
+    SK_PluginResult result;
+    FailingCall const fault(row.call, row.reason);
+    EXPECT_TRUE(FillUntilRefused(*node, result));
+    EXPECT_EQ(result.mErrorCode, row.code);
+    EXPECT_TRUE(node->isDirty());
+    EXPECT_EQ(this->mFolder.TempNames(), "");
+  }
+}
+
+/// Whichever allocation is the one that fails, nothing is thrown, and a sample is taken whole or the node is dirty.
+TYPED_TEST(EveryDynamicNode, SampleWithoutMemoryIsTakenOrTheNodeIsDirty) {
+  this->UseTimeCode();
+  std::uint64_t failures = 0;
+  for (bool hasFailed = true; hasFailed; ++failures) {
+    ASSERT_LT(failures, 100u);
+    std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
+    SK_PluginResult result;
+    bool taken = false;
+    {
+      FailingMemory const failing(failures + 1, FailingMemory::kAll);
+      // More than one, for the first needs none.
+      taken = this->AddQuietly(*node, result) && this->AddQuietly(*node, result) && this->AddQuietly(*node, result);
+      hasFailed = failing.HasFailed();
+    }
+    EXPECT_EQ(node->isDirty(), !taken);
+    EXPECT_EQ(result.mErrorCode, taken ? 0 : 1034);
+  }
+  EXPECT_GT(failures, 1u);
+}
+
+TYPED_TEST(EveryDynamicNode, CommitWithoutMemoryLeavesTheWholeSetOrNoneOfIt) {
+  this->UseTimeCode();
+  this->mRoot->WriteVersionToFile();
+  std::string const set = R"({"sampleSetID":"Sarm","samples":[)" + this->SampleText("00:00:00:00") + "]}";
+  std::uint64_t failures = 0;
+  for (bool hasFailed = true; hasFailed; ++failures) {
+    ASSERT_LT(failures, 1000u);
+    std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
+    SK_PluginResult result;
+    EXPECT_TRUE(Add(*node, TimeCode(0), result));
+    std::string const before = this->FileText();
+    bool committed = true;
+    {
+      FailingMemory const failing(failures + 1, FailingMemory::kAll);
+      try {
+        committed = node->Commit();
+      } catch (SK_PluginException const& e) {
+        EXPECT_EQ(e.GetErrorCode(), 1034);
+        committed = false;
+      } catch (std::bad_alloc const&) {
+        committed = false;
+      }
+      hasFailed = failing.HasFailed();
+    }
+    std::string const after = this->FileText();
+    if (committed) {
+      EXPECT_EQ(after.substr(after.size() - set.size()), set);
+      EXPECT_EQ(after.substr(0, before.size()), before);
+    } else {
+      EXPECT_EQ(after, before);
+    }
+  }
+  EXPECT_GT(failures, 1u);
 }
 
 /// A module that was compiled apart brings its own variant, which may know more kinds of time.
@@ -310,7 +464,7 @@ TYPED_TEST(EveryDynamicNode, UnknownKindOfTimeIsAnError) {
           node->AddSample(time, "ab");
         }
       },
-      2009, "Internal converter failure");
+      2009, kConverterFailed);
   EXPECT_FALSE(node->isDirty());
 }
 
@@ -362,10 +516,11 @@ TEST_P(RefusedMatchName, ChangesNothing) {
 }
 
 constexpr RefusedName kRefusedNames[] = {
-    {"Empty", ""}, {"DigitFirst", "1a"}, {"Underscore", "a_b"}, {"Hyphen", "a-b"}, {"Space", "a "}, {"NotAscii", "a\xC3\xA4"},
+    {"Null", nullptr}, {"Empty", ""},   {"DigitFirst", "1a"},      {"Underscore", "a_b"},
+    {"Hyphen", "a-b"}, {"Space", "a "}, {"NotAscii", "a\xC3\xA4"},
 };
 INSTANTIATE_TEST_SUITE_P(Names, RefusedMatchName, testing::ValuesIn(kRefusedNames),
-                         [](auto const& info) { return std::string(info.param.name); });
+                         [](auto const& row) { return std::string(row.param.name); });
 
 struct Interpolation {
   unsigned value;
@@ -385,9 +540,8 @@ TEST_P(InterpolationCode, IsTheLowByteAndStoredBeforeItIsLookedAt) {
   EXPECT_EQ(mNode->GetDynamicDataFields().displayName, GetParam().code == 0 ? "other" : "Arm");
 }
 
-constexpr Interpolation kInterpolations[] = {{0, 53, 0},   {1, 0, 1},   {2, 0, 2},
-                                             {3, 53, 3},   {255, 53, 255}, {256, 53, 0},
-                                             {257, 0, 1}, {0xFFFFFF02u, 0, 2}};
+constexpr Interpolation kInterpolations[] = {{0, 53, 0},     {1, 0, 1},    {2, 0, 2},   {3, 53, 3},
+                                             {255, 53, 255}, {256, 53, 0}, {257, 0, 1}, {0xFFFFFF02u, 0, 2}};
 INSTANTIATE_TEST_SUITE_P(Values, InterpolationCode, testing::ValuesIn(kInterpolations));
 
 TEST_F(DynamicInfo, MirrorPassesAllFieldsAndThrows) {
@@ -406,10 +560,10 @@ TEST_F(DynamicInfo, MirrorPassesAllFieldsAndThrows) {
   EXPECT_EQ(stored.interpolation, ns_sensor::kHoldInterpolation);
   EXPECT_TRUE(stored.hasExpectedFrequencyB);
   fields.matchName = "9";
-  ExpectError([&] { mNode->SetDynamicDataInfo(fields); }, 2022, "Internal converter failure");
+  ExpectError([&] { mNode->SetDynamicDataInfo(fields); }, 2022, kConverterFailed);
   fields.matchName = "m";
   fields.interpolation = ns_sensor::kNoInterpolation;
-  ExpectError([&] { mNode->SetDynamicDataInfo(fields); }, 53, "Internal converter failure");
+  ExpectError([&] { mNode->SetDynamicDataInfo(fields); }, 53, kConverterFailed);
 }
 
 TEST_F(DynamicInfo, DirtyNodeIsNotTakenByAGroup) {
@@ -418,9 +572,10 @@ TEST_F(DynamicInfo, DirtyNodeIsNotTakenByAGroup) {
     SK_PluginResult result;
     EXPECT_TRUE(FillUntilRefused(*mNode, result));
   }
-  SK_PluginResult result;
-  mRoot->addDynamicData(mNode.get(), &result);
-  EXPECT_EQ(result.mErrorCode, 2001);
+  ExpectWriterError([&] { mRoot->AddDynamicData(mNode); }, 2001);
+  // A caller of the border form has a reference that counts.
+  mNode->Acquire();
+  EXPECT_EQ(CodeOf([&](void* result) { mRoot->addDynamicData(mNode.get(), result); }), 2001);
 }
 
 }  // namespace

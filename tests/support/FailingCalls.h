@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <cstddef>
+#include <limits>
 #include <string>
 
 namespace senmark_test {
@@ -27,6 +28,26 @@ class FailingMunmap {
   ~FailingMunmap();
   FailingMunmap(FailingMunmap const&) = delete;
   FailingMunmap& operator=(FailingMunmap const&) = delete;
+};
+
+/// The calls that `FailingCall` takes.
+enum eCall : std::size_t { kOpen, kMkostemp, kWrite, kFtruncate, kClose, kMmap, kLseek, kCalls };
+
+/// Makes one of these calls fail with this `errno` in the whole process for as long as it lives, after `passed`
+/// calls that go through, and `failing` times at most. A failing `close` closes, as the system's does. At most one
+/// of each call at a time.
+class FailingCall {
+ public:
+  FailingCall(eCall call, int reason, int passed = 0, int failing = std::numeric_limits<int>::max());
+  ~FailingCall();
+  FailingCall(FailingCall const&) = delete;
+  FailingCall& operator=(FailingCall const&) = delete;
+
+  /// Whether it has come to that.
+  bool HasFailed() const;
+
+ private:
+  eCall mCall;
 };
 
 /// No file of the process can grow beyond `limit` bytes for as long as it lives: a write across the limit

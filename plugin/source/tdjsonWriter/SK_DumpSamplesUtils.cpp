@@ -234,15 +234,10 @@ void SK_DumpSamplesUtils::FreeBuffer() noexcept {
 }
 
 void SK_DumpSamplesUtils::OpenTempFile() {
-  DeleteTempFile();
-  try {
-    File_IO::GetTempFile(mTempFilePath, std::string());
-    File_IO::Create(mTempFilePath.c_str(), true, false);
-    mFileDescriptor = File_IO::Open(mTempFilePath.c_str(), false, true);
-  } catch (...) {
-    DeleteTempFile();
-    throw;
-  }
+  DeleteTempFile();  // of an attempt that failed
+  File_IO::GetTempFile(mTempFilePath, std::string());
+  File_IO::Create(mTempFilePath.c_str(), true, false);
+  mFileDescriptor = File_IO::Open(mTempFilePath.c_str(), false, true);
 }
 
 void SK_DumpSamplesUtils::AppendBufferToFile() {

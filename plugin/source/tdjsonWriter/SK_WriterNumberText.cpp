@@ -37,8 +37,8 @@ constexpr int kFirstBinade = -132;
 constexpr int kBinades = kFractionBits + 1 - kFirstBinade;
 constexpr int kPowers = 56;
 
-// 5^k, shifted to the left until its highest bit is set. With the number so shifted too, the sixteen digits stand
-// in the highest bits of the product, `shift` - (binade of the number) from its highest 64 bits' end.
+// 5^k, shifted to the left until its highest bit is set. The number is shifted in the same way, so the integer part of
+// their product, the sixteen digits, ends in the highest 64 bits: above the lowest `shift` - (binade of the number).
 struct PowerOfFive {
   std::uint64_t high;
   std::uint64_t low;
@@ -141,7 +141,7 @@ inline Decimal RoundToSixteenDigits(std::uint64_t mantissa, int binade) {
   return {digits, exponent};
 }
 
-// All writers below give the end of what they wrote, and may write up to eight bytes behind it.
+// All writers below give the end of what they wrote, and may store up to sixteen bytes behind it.
 
 // An integer below 10^16.
 char* WriteInteger(char* out, std::uint64_t number) {

@@ -1,7 +1,6 @@
 #include "SerializerFile.h"
 
-#include <algorithm>
-#include <limits>
+#include <cerrno>
 #include <utility>
 
 #include "SK_Exception.h"
@@ -15,10 +14,11 @@ int OpenForAppending(std::string const& path) {
 }
 
 void AppendText(int descriptor, std::string_view text) {
-  // A size that the count cannot hold is far beyond what is refused anyway.
-  auto const size =
-      static_cast<unsigned int>(std::min<std::size_t>(text.size(), std::numeric_limits<unsigned int>::max()));
-  RunFileStep([&] { File_IO::Write(descriptor, text.data(), size); });
+  RunFileStep([&] {
+    if (!File_IO::AppendToTempFile(descriptor, text.data(), text.size(), false)) {
+      File_IO::ThrowWriteFailed(errno);
+    }
+  });
 }
 
 void CloseDescriptor(std::int32_t& descriptor) {

@@ -13,7 +13,7 @@ namespace SK_PLUGIN {
 
 /// A descriptor that appends. The file must exist.
 int OpenForAppending(std::string const& path);
-/// One write of the whole text. A full disk is 1034, anything else 1055, also a text of 2 GiB or more.
+/// One write of the whole text. A full disk is 1034, anything else 1055, also a text that is too long for one write.
 void AppendText(int descriptor, std::string_view text);
 /// -1 before the attempt, so that none is closed twice; -1 is left alone.
 void CloseDescriptor(std::int32_t& descriptor);

@@ -3,9 +3,9 @@
 #include <cstring>
 #include <memory>
 #include <string>
-#include <typeinfo>
 #include <utility>
 
+#include "SK_WriterCast.h"
 #include "SK_WriterCode.h"
 #include "SK_WriterFailure.h"
 #include "SerializerText.h"
@@ -21,20 +21,6 @@
 namespace SK_PLUGIN {
 
 namespace {
-
-/// The node as what its kind says that it is; 2016 if it is not. A cast out of a virtual base searches the tree of
-/// classes, but nearly every node is of the class itself: then the whole object is what is wanted.
-template <typename Concrete, typename Base>
-Concrete const& As(Base const& node) {
-  if (typeid(node) == typeid(Concrete)) {
-    return *static_cast<Concrete const*>(dynamic_cast<void const*>(&node));
-  }
-  auto const* const concrete = dynamic_cast<Concrete const*>(&node);
-  if (concrete == nullptr) {
-    ThrowWriterError(kForeignObject);
-  }
-  return *concrete;
-}
 
 template <typename Node>
 Node& NotNull(std::shared_ptr<Node> const& node, eErrorCode code) {
@@ -55,7 +41,7 @@ std::size_t PowerOfTwoIn(std::size_t value) {
 }  // namespace
 
 SerializerOutline::SerializerOutline(SerializerBuffer& text, TakePiece takePiece)
-    : mText(text), mTakePiece(std::move(takePiece)), mLastText(mLastNumber) {}
+    : mText(text), mTakePiece(std::move(takePiece)) {}
 
 void SerializerOutline::serialize_Outline(TdjsonGroupImpl const& root) {
   if (root.GetNodeInfoList().empty()) {
@@ -165,28 +151,28 @@ void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& nod
   mText.Put(GetStaticType(type));
   switch (type) {
     case ns_sensor::kNumberValue: {
-      auto const& number = As<TdjsonStaticDataNumImpl>(node);
+      auto const* const number = CastOrThrow<TdjsonStaticDataNumImpl>(&node);
       mText.Put(R"(",)");
-      serialize_NumberProp(number.GetNumberProperties());
+      serialize_NumberProp(number->GetNumberProperties());
       mText.Put(R"(},"value":)");
-      AppendNumber(number.GetDataValue());
+      AppendNumber(number->GetDataValue());
       break;
     }
     case ns_sensor::kStringValue: {
-      auto const& string = As<TdjsonStaticDataStringImpl>(node);
+      auto const* const string = CastOrThrow<TdjsonStaticDataStringImpl>(&node);
       mText.Put(R"(",)");
-      serialize_PaddedStringProp(string.GetStringProperties());
+      serialize_PaddedStringProp(string->GetStringProperties());
       mText.Put(R"(},"value":")");
-      mText.Put(std::string_view(string.GetDataValue()));
+      mText.Put(std::string_view(string->GetDataValue()));
       mText.Put('"');
       break;
     }
     case ns_sensor::kNumberArrayValue: {
-      auto const& array = As<TdjsonStaticDataNumArrImpl>(node);
+      auto const* const array = CastOrThrow<TdjsonStaticDataNumArrImpl>(&node);
       mText.Put(R"(",)");
-      serialize_NumberArrayProp(array.GetNumArrayProperties());
+      serialize_NumberArrayProp(array->GetNumArrayProperties());
       mText.Put(R"(},"value":[)");
-      std::vector<double> const& values = array.GetDataValue();
+      std::vector<double> const& values = array->GetDataValue();
       for (std::size_t i = 0; i != values.size(); ++i) {
         if (i != 0) {
           mText.Put(',');
@@ -198,7 +184,7 @@ void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& nod
     }
     case ns_sensor::kBooleanValue:
       mText.Put(R"("},)");
-      JSON_BoolObj(mText, "value", As<TdjsonStaticDataBoolImpl>(node).GetDataValue());
+      JSON_BoolObj(mText, "value", CastOrThrow<TdjsonStaticDataBoolImpl>(&node)->GetDataValue());
       break;
     default:
       ThrowWriterError(kUnknownNodeType);
@@ -227,13 +213,13 @@ void SerializerOutline::serialize_DynamicDataNode(TdjsonDynamicDataImpl const& n
   mText.Put(',');
   switch (type) {
     case ns_sensor::kNumberValue:
-      serialize_NumberProp(As<TdjsonDynamicDataNumImpl>(node).GetNumStringProperties());
+      serialize_NumberProp(CastOrThrow<TdjsonDynamicDataNumImpl>(&node)->GetNumStringProperties());
       break;
     case ns_sensor::kStringValue:
-      serialize_PaddedStringProp(As<TdjsonDynamicDataStringImpl>(node).GetPaddedStringProperties());
+      serialize_PaddedStringProp(CastOrThrow<TdjsonDynamicDataStringImpl>(&node)->GetPaddedStringProperties());
       break;
     case ns_sensor::kNumberArrayValue:
-      serialize_NumberArrayProp(As<TdjsonDynamicDataNumArrImpl>(node).GetNumArrayProperties());
+      serialize_NumberArrayProp(CastOrThrow<TdjsonDynamicDataNumArrImpl>(&node)->GetNumArrayProperties());
       break;
     default:
       ThrowWriterError(kUnknownNodeType);

@@ -63,10 +63,10 @@ class SerializerOutline {
 
   SerializerBuffer& mText;
   TakePiece mTakePiece;
-  std::vector<Level> mLevels;     ///< the root first
-  std::size_t mOpenLevels = 0;    ///< so many of them have their text
-  double mLastNumber = 0;
-  SK_WriterNumberText mLastText;  ///< of it: a node's value and its bounds are mostly one number
+  std::vector<Level> mLevels;   ///< the root first
+  std::size_t mOpenLevels = 0;  ///< so many of them have their text
+  double mLastNumber = 0;       ///< a node's value and its bounds are mostly one number
+  SK_WriterNumberText mLastText{0.0};
 };
 
 }  // namespace SK_PLUGIN

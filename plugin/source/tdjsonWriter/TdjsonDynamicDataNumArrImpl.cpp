@@ -149,7 +149,7 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   for (double const element : mElements) {
     SK_WriterNumberText const text(element);
     WidenNumberPattern(mNumberArrayProperties.pattern, mPatternAutomatic, element, text.View());
-    if (&element != mElements.data()) {
+    if (!mValueText.empty()) {
       mValueText += ',';
     }
     mValueText += text.View();

@@ -2,11 +2,11 @@
 
 #include <iterator>
 #include <new>
-#include <typeinfo>
 #include <utility>
 
 #include "SK_NumberAnalysis.h"
 #include "SK_Utils.h"
+#include "SK_WriterCast.h"
 #include "SK_WriterCode.h"
 #include "SK_WriterFailure.h"
 #include "TdjsonDynamicDataNumArrImpl.h"
@@ -48,23 +48,6 @@ void LetGoOfGroups(GroupList& groups) noexcept {
     waiting.pop_back();
   }
   gGroupsToLetGo = nullptr;
-}
-
-/// 2016 for an object of another class. An object of just this class, as nearly all are, is known by its type;
-/// a dynamic_cast searches the whole tree of its bases.
-template <typename Impl, typename Interface>
-Impl* CastOrThrow(Interface* object) {
-  if (object == nullptr) {
-    ThrowWriterError(kForeignObject);
-  }
-  if (typeid(*object) == typeid(Impl)) {
-    return static_cast<Impl*>(dynamic_cast<void*>(object));
-  }
-  Impl* const impl = dynamic_cast<Impl*>(object);
-  if (impl == nullptr) {
-    ThrowWriterError(kForeignObject);
-  }
-  return impl;
 }
 
 /// Hands the node to `use` as the class that its type claims. 2016 if it is not of that class, 2026 for a type
@@ -233,8 +216,8 @@ std::string const& TdjsonGroupImpl::GetMatchName() const {
 }
 
 void TdjsonGroupImpl::ResetGroup() {
-  mNodeInfoList.clear();
   // A group may be its own child and go with its list, so nothing of it is touched after these.
+  auto const order = std::move(mNodeInfoList);
   auto const dynamicData = std::move(mDynamicDataList);
   auto const staticData = std::move(mStaticDataList);
   auto const groups = std::move(mGroupList);
