@@ -30,6 +30,8 @@ class UsageError : public std::runtime_error {
 struct Request {
   std::string file;
   std::string path;  ///< of a node
+  std::string output;
+  bool overwrites = false;  ///< an output that exists
   std::string sampleSet;
   std::string from;  ///< time text; empty: the begin
   std::string to;    ///< time text; empty: the end
@@ -47,6 +49,8 @@ int RunGet(senmark::Senmark const& manager, Request const& request, std::ostream
 int RunSamples(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunPlot(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunCheck(senmark::Senmark const& manager, Request const& request, std::ostream& out);
+int RunConvert(senmark::Senmark const& manager, Request const& request, std::ostream& out);
+int RunStream(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunFormats(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 
 /// How the file writes its times. None: it has no samples, or cannot be read as a stream.

@@ -55,6 +55,10 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   plot->add_option("--width", line.request.width, "columns, instead of the terminal's")->check(CLI::PositiveNumber);
   plot->add_option("--height", line.request.height, "lines, instead of the terminal's")->check(CLI::PositiveNumber);
   AddFileCommand(app, line, "check", "reads all of a file and shows the first error with its place", &RunCheck);
+  CLI::App* const convert = AddFileCommand(app, line, "convert", "writes a file as Timed Data JSON", &RunConvert);
+  convert->add_option("OUT", line.request.output, "the file to write")->required();
+  convert->add_flag("--force", line.request.overwrites, "replace OUT if it exists");
+  AddFileCommand(app, line, "stream", "the bytes of a file as Timed Data JSON, on standard output", &RunStream);
   AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
   app.require_subcommand(1);
 }
