@@ -24,12 +24,58 @@ set(SENMARK_SOURCES
     plugin/source/SK_HostAPIImpl.cpp
     plugin/source/SK_PluginManager.cpp
     plugin/source/Writer_Wrapper.cpp
+    plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
+    plugin/source/tdjsonWriter/ITdjsonRoot_I.cpp
+    plugin/source/tdjsonWriter/SK_DumpSamplesUtils.cpp
+    plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
+    plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
+    plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
+    plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
+    plugin/source/tdjsonWriter/Serializer.cpp
+    plugin/source/tdjsonWriter/SerializerBuffer.cpp
+    plugin/source/tdjsonWriter/SerializerFile.cpp
+    plugin/source/tdjsonWriter/SerializerOutline.cpp
+    plugin/source/tdjsonWriter/SerializerSample.cpp
+    plugin/source/tdjsonWriter/SerializerText.cpp
+    plugin/source/tdjsonWriter/SharedObjectImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumArrImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataNumImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonDynamicDataStringImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonGroupImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonRootImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataBoolImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataNumArrImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataNumImpl.cpp
+    plugin/source/tdjsonWriter/TdjsonStaticDataStringImpl.cpp
     source/ISenmark.cpp
     source/ISenmark_I.cpp
     source/ISensorFileHandler_I.cpp
     source/ITdjsonStream_I.cpp
+    source/NativeConverters/BVH/BVHConverter.cpp
+    source/NativeConverters/BVH/BVHFrameRate.cpp
+    source/NativeConverters/BVH/BVHInput.cpp
+    source/NativeConverters/BVH/BVHLine.cpp
+    source/NativeConverters/BVH/BVHParser.cpp
+    source/NativeConverters/BVH/EulerAngles.cpp
+    source/NativeConverters/BVH/SkeletonNode.cpp
+    source/NativeConverters/BVH/eEulerOrder.cpp
+    source/NativeConverters/JSON/JsonArrayIterator.cpp
+    source/NativeConverters/JSON/JsonConverter.cpp
+    source/NativeConverters/JSON/JsonObjectIterator.cpp
+    source/NativeConverters/JSON/JsonParser.cpp
+    source/NativeConverters/JSON/JsonValueAccess.cpp
     source/NativeConverters/SK_InputBytes.cpp
+    source/NativeConverters/SV/CSVConverter.cpp
+    source/NativeConverters/SV/SVCells.cpp
+    source/NativeConverters/SV/SVEncoding.cpp
+    source/NativeConverters/SV/SVFields.cpp
+    source/NativeConverters/SV/SVLine.cpp
+    source/NativeConverters/SV/SVSupport.cpp
+    source/NativeConverters/SV/SVUnitInput.cpp
+    source/NativeConverters/SV/TSVConverter.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp
     source/SK_ConverterManager.cpp

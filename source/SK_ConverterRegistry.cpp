@@ -2,6 +2,11 @@
 
 #include <utility>
 
+#include "BVHConverter.h"
+#include "CSVConverter.h"
+#include "JsonConverter.h"
+#include "TSVConverter.h"
+
 namespace ns_sensor {
 
 std::unique_ptr<SK_ConverterRegistry> SK_ConverterRegistry::mInstance;
@@ -18,18 +23,14 @@ void SK_ConverterRegistry::terminate() {
 }
 
 void SK_ConverterRegistry::initialize() {
-  // The spelling of the descriptions is what hosts see.
-  static constexpr std::pair<char const*, char const*> kFormats[] = {
-      {"json", "JSON"},
-      {"csv", "Comma Seperated Value"},
-      {"tsv", "Tab Seperated Value"},
-      {"txt", "Tab Seperated Value"},
-      {"bvh", "Biovision Hierarchy"},
-      {"tdjson", "Timed Data JSON"},
-  };
-  for (auto const& [extension, description] : kFormats) {
-    mConvertersInfo.emplace(extension, description);
-  }
+  // The spelling of the display names is what hosts see.
+  registerNativeConverter("json", "JSON", JSON_CheckFormat, JSONConverter_CTor);
+  registerNativeConverter("csv", "Comma Seperated Value", CSV_CheckFormat, CSVConverter_CTor);
+  registerNativeConverter("tsv", "Tab Seperated Value", TSV_CheckFormat, TSVConverter_CTor);
+  registerNativeConverter("txt", "Tab Seperated Value", TSV_CheckFormat, TSVConverter_CTor);
+  registerNativeConverter("bvh", "Biovision Hierarchy", BVH_CheckFormat, BVHConverter_CTor);
+  // The library's own format needs no converter.
+  mConvertersInfo.emplace("tdjson", "Timed Data JSON");
 }
 
 bool SK_ConverterRegistry::registerNativeConverter(std::string uid, std::string displayName,

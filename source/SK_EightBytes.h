@@ -1,4 +1,4 @@
-/// Eight bytes of text at once, in one register. For readers of fixed layouts and their tests only.
+/// Eight bytes of text at once, in one register. For readers of fixed layouts, writers of numbers, and their tests.
 ///
 /// In every number that stands for 8 bytes the first byte of the text is the lowest.
 #pragma once
@@ -18,6 +18,13 @@ inline std::uint64_t LoadEight(char const* bytes) {
     number = __builtin_bswap64(number);
   }
   return number;
+}
+
+inline void StoreEight(char* bytes, std::uint64_t number) {
+  if constexpr (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__) {
+    number = __builtin_bswap64(number);
+  }
+  std::memcpy(bytes, &number, sizeof(number));
 }
 
 constexpr std::uint16_t TwoBytes(char first, char second) {
@@ -61,6 +68,19 @@ inline std::uint64_t ValueOfDigits(std::uint64_t digits) {
   constexpr std::uint64_t kSecondAndFourth = 1 + (std::uint64_t{10000} << 32U);
   std::uint64_t const pairs = digits * 10 + (digits >> 8U);
   return ((pairs & kPairs) * kFirstAndThird + ((pairs >> 16U) & kPairs) * kSecondAndFourth) >> 32U;
+}
+
+/// The other way round: 8 numbers from 0 to 9, the digits of a value below 10^8. Halves first, then pairs. A quotient
+/// is a product and a shift, which is exact as far as the values in question go.
+inline std::uint64_t DigitsOfValue(std::uint32_t value) {
+  constexpr std::uint64_t kOneOfFour = 0x0000007F0000007FU;
+  constexpr std::uint64_t kOneOfTwo = 0x000F000F000F000FU;
+  std::uint64_t const firstFour = value / 10000;
+  std::uint64_t const fours = firstFour | ((value - firstFour * 10000) << 32U);
+  std::uint64_t const hundreds = ((fours * 10486) >> 20U) & kOneOfFour;
+  std::uint64_t const twos = hundreds | ((fours - hundreds * 100) << 16U);
+  std::uint64_t const tens = ((twos * 103) >> 10U) & kOneOfTwo;
+  return tens | ((twos - tens * 10) << 8U);
 }
 
 }  // namespace SK_NAMESPACE_INT

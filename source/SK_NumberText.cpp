@@ -27,17 +27,101 @@ class ErrnoGuard {
   int mBefore;
 };
 
+/// A number with its sign apart.
+struct SignedText {
+  explicit SignedText(std::string_view text)
+      : isNegative(!text.empty() && text.front() == '-'),
+        digits(isNegative || (!text.empty() && text.front() == '+') ? text.substr(1) : text) {}
+
+  double WithSign(double number) const { return isNegative ? -number : number; }
+
+  bool isNegative;
+  std::string_view digits;
+};
+
+/// Digits with at most one point, too few to leave the range of a double on either side.
+bool IsPlain(std::string_view text) {
+  constexpr std::size_t kLongest = 40;
+  if (text.size() > kLongest) {
+    return false;
+  }
+  std::size_t pointCount = 0;
+  for (char const character : text) {
+    if (character < '0' || character > '9') {
+      if (character != '.') {
+        return false;
+      }
+      ++pointCount;
+    }
+  }
+  return pointCount <= 1 && text.size() > pointCount;
+}
+
+bool BeginsLikeDecimal(std::string_view text) {
+  return !text.empty() && ((text.front() >= '0' && text.front() <= '9') || text.front() == '.');
+}
+
+/// `strtod` in the plain locale. read: the bytes that belong to the number; error: as `errno` tells it.
+double ReadDouble(char const* text, std::size_t& read, int& error) {
+  ErrnoGuard const guard;
+  char* end = nullptr;
+  double const number = strtod_l(text, &end, PlainLocale());
+  read = static_cast<std::size_t>(end - text);
+  error = errno;
+  return number;
+}
+
 }  // namespace
 
 double SK_NumberText::ToDouble(std::string const& text) {
-  ErrnoGuard const guard;
-  char* end = nullptr;
-  double const number = strtod_l(text.c_str(), &end, PlainLocale());
-  if (end == text.c_str()) {
+  std::size_t read = 0;
+  int error = 0;
+  double const number = ReadDouble(text.c_str(), read, error);
+  if (read == 0) {
     throw std::invalid_argument("stod");
   }
-  if (errno == ERANGE) {
+  if (error == ERANGE) {
     throw std::out_of_range("stod");
+  }
+  return number;
+}
+
+bool SK_NumberText::IsWholeNumber(std::string_view text) {
+  SignedText const parts(text);
+  if (IsPlain(parts.digits)) {
+    return true;
+  }
+  double number = 0;
+  if (BeginsLikeDecimal(parts.digits) &&
+      DecimalToDouble(parts.digits.data(), parts.digits.data() + parts.digits.size(), number)) {
+    return true;
+  }
+  std::size_t read = 0;
+  int error = 0;
+  ReadDouble(std::string(text).c_str(), read, error);
+  return read != 0 && read == text.size() && error != ERANGE;
+}
+
+double SK_NumberText::WholeToDouble(std::string_view text) {
+  SignedText const parts(text);
+  char const* const first = parts.digits.data();
+  char const* const last = first + parts.digits.size();
+  if (IsPlain(parts.digits)) {
+    return parts.WithSign(PlainToDouble(first, last));
+  }
+  double number = 0;
+  if (BeginsLikeDecimal(parts.digits) && DecimalToDouble(first, last, number)) {
+    return parts.WithSign(number);
+  }
+  return ToDouble(std::string(text));
+}
+
+double SK_NumberText::NearestDouble(char const* first, char const* last) {
+  double number = 0;
+  if (!DecimalToDouble(first, last, number)) {
+    std::size_t read = 0;
+    int error = 0;
+    number = ReadDouble(std::string(first, last).c_str(), read, error);
   }
   return number;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace SK_NAMESPACE_INT {
 
@@ -12,8 +13,23 @@ class SK_NumberText {
   /// `std::out_of_range` for one that a double cannot hold.
   static double ToDouble(std::string const& text);
 
+  /// Whether `ToDouble` takes the whole text, down to its last byte.
+  static bool IsWholeNumber(std::string_view text);
+  /// What `ToDouble` gives for such a text.
+  static double WholeToDouble(std::string_view text);
+
   /// The double nearest to the number from `first` to `last`: at most 40 digits, one point among them or none.
   static double PlainToDouble(char const* first, char const* last);
+
+  /// The double nearest to the decimal number without sign from `first` to `last`, of any length and with an
+  /// exponent or without. Infinity for one that is too large.
+  static double NearestDouble(char const* first, char const* last);
+
+ private:
+  /// The number of a text that begins with a digit or a point and is a decimal number as a whole, with an exponent
+  /// or without. False leaves the answer to `ToDouble`, and may always be given; true stands for doubles of full
+  /// precision alone.
+  static bool DecimalToDouble(char const* first, char const* last, double& number);
 };
 
 }  // namespace SK_NAMESPACE_INT

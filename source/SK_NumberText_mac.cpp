@@ -9,4 +9,8 @@ double SK_NumberText::PlainToDouble(char const* first, char const* last) {
   return ToDouble(std::string(first, last));
 }
 
+bool SK_NumberText::DecimalToDouble(char const* /*first*/, char const* /*last*/, double& /*number*/) {
+  return false;
+}
+
 }  // namespace SK_NAMESPACE_INT

@@ -1,9 +1,9 @@
 #include "SK_TdjsonValidator.h"
 
-#include <locale>
 #include <string>
 
 #include "SK_Error.h"
+#include "SK_Utils.h"
 
 namespace SK_NAMESPACE_INT {
 
@@ -33,14 +33,9 @@ void CheckType(bool isExpected, char const* name, char const* expectedType, SK_O
              std::string(expectedType), Quoted(path.Text()));
 }
 
-/// Letters and digits of the global C++ locale, and no digit from 0 to 9 in front. The empty name passes.
+/// What a writer may not leave empty, a file may.
 bool IsMatchNameOfFormat(std::string_view name) {
-  if (!name.empty() && name.front() >= '0' && name.front() <= '9') {
-    return false;
-  }
-  std::locale const locale;
-  char const* const end = name.data() + name.size();
-  return std::use_facet<std::ctype<char>>(locale).scan_not(std::ctype_base::alnum, name.data(), end) == end;
+  return name.empty() || SK_Utils::IsValidMatchName(name);
 }
 
 [[noreturn]] void ThrowSyncInfo(char const* literal, SK_OutlinePath const& path) {

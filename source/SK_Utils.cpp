@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <locale>
 #include <utility>
 
 #include "SK_Error.h"
@@ -93,6 +94,19 @@ void SK_Utils::MakeLowerCase(std::string& text) {
 
 // What stands between a "]" and the next "[" is skipped. A number that cannot be read is no error of its
 // own: the exception of the conversion passes to the caller.
+bool SK_Utils::IsValidMatchName(std::string_view name) {
+  if (name.empty() || (name.front() >= '0' && name.front() <= '9')) {
+    return false;
+  }
+  std::locale const locale;
+  char const* const end = name.data() + name.size();
+  return std::use_facet<std::ctype<char>>(locale).scan_not(std::ctype_base::alnum, name.data(), end) == end;
+}
+
+bool SK_Utils::IsValidMatchName(char const* name) {
+  return name != nullptr && IsValidMatchName(std::string_view(name));
+}
+
 void SK_Utils::DeSerialize(std::string const& text, SK_DataPath& path) {
   path.clear();
   path.push_back({kRootMatchName, -1});

@@ -29,6 +29,11 @@ class SK_Utils {
   /// Changes each byte by the C library's `tolower`.
   static void MakeLowerCase(std::string& text);
 
+  /// Letters and digits, at least one, of which the first is no digit. The default locale says what a letter
+  /// is. A null text is not valid.
+  static bool IsValidMatchName(std::string_view name);
+  static bool IsValidMatchName(char const* name);
+
   /// Reads the text form of a data path, like `["arm"][2]["hand"]`. `path` becomes the root and the
   /// segments of `text`; after an error, the root and those in front of the fault.
   ///

@@ -1,75 +1,17 @@
 // One allocation of the library fails, each in its turn: every operation of the border ends in one report,
 // leaves nothing behind, and succeeds once there is memory again.
-//
-// The program replaces the allocating functions of C++ for the library too. Memory that comes from
-// elsewhere is not concerned.
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
-#include <new>
 
+#include "FailingMemory.h"
 #include "SmallFiles.h"
 #include "TempFolder.h"
 #include "senmark/SK_Records.h"
 #include "senmark/Senmark.h"
-
-namespace {
-
-/// Which allocation of the thread fails: 1 is the next one, 0 none.
-thread_local std::uint64_t gFailing = 0;
-
-bool FailsNow() {
-  return gFailing != 0 && --gFailing == 0;
-}
-
-void* Allocate(std::size_t size) {
-  return FailsNow() ? nullptr : std::malloc(size == 0 ? 1 : size);
-}
-
-void* AllocateOrThrow(std::size_t size) {
-  void* const block = Allocate(size);
-  if (block == nullptr) {
-    throw std::bad_alloc();
-  }
-  return block;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
-  return Allocate(size);
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::nothrow_t const&) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block, std::nothrow_t const&) noexcept {
-  std::free(block);
-}
 
 namespace senmark_test {
 namespace {
@@ -170,10 +112,12 @@ class NoMemory : public testing::Test {
       std::int32_t codeOfSuccess = 0) {
     for (int failures = 0; failures < 100000; ++failures) {
       gReceived = Received();
-      gFailing = static_cast<std::uint64_t>(failures) + 1;
-      operation();
-      bool const hasFailed = gFailing == 0;
-      gFailing = 0;
+      bool hasFailed = false;
+      {
+        FailingMemory const failing(static_cast<std::uint64_t>(failures) + 1);
+        operation();
+        hasFailed = failing.HasFailed();
+      }
       Received const received = gReceived;
       EXPECT_EQ(received.errors, hasFailed || codeOfSuccess != 0 ? 1 : 0) << "allocation " << failures + 1;
       if (!hasFailed) {

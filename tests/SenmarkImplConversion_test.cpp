@@ -277,9 +277,11 @@ TEST_F(Conversion, OwnFormatNeedsNoConverter) {
   EXPECT_EQ(mFolder.Read(mFolder.Path("a.txt")), kSmallVersion2);
   Close(handler);
   // Of version 1 without its extension goes to the converters like any other file.
-  ISensorFileHandler* none = nullptr;
-  std::string const old = mFolder.Write("old.txt", kSmallVersion1);
-  ExpectError([&] { mManager->OpenFile(&none, old.c_str(), nullptr); }, 25, "File Format Not Supported.");
+  ISensorFileHandler* const old = Open(mFolder.Write("old.txt", kSmallVersion1), nullptr);
+  SK_FileInfo info;
+  old->GetFileInfo(&info);
+  EXPECT_EQ(info.creator, "com.velmo.sensor.tsv");
+  Close(old);
 }
 
 }  // namespace

@@ -224,11 +224,15 @@ void Write(int fd, void const* buffer, unsigned int count) {
   errno = 0;  // a short write sets no reason, and one left from before would be reported
   ssize_t const written = ::write(fd, buffer, count);
   if (written != static_cast<ssize_t>(count)) {
-    if (errno == ENOSPC) {
-      Throw(ns_sensor::kNoMemory, SK_Message::kDiskFull, "File_IO::Write");
-    }
-    Throw(ns_sensor::kWriteFailed, SK_Message::kWriteFailed, "File_IO::Write");
+    ThrowWriteFailed(errno);
   }
+}
+
+void ThrowWriteFailed(int reason) {
+  if (reason == ENOSPC) {
+    Throw(ns_sensor::kNoMemory, SK_Message::kDiskFull, "File_IO::Write");
+  }
+  Throw(ns_sensor::kWriteFailed, SK_Message::kWriteFailed, "File_IO::Write");
 }
 
 long long Length(int fd) {

@@ -39,6 +39,8 @@ void SetEOF(int fd, long long length);
 unsigned int Read(int fd, void* buffer, unsigned int count);
 /// One write of all bytes. Code 34 for a full disk, else 55, also for 2 GiB or more at once.
 void Write(int fd, void const* buffer, unsigned int count);
+/// What `Write` raises for this `errno`, which is 0 when the system took only a part.
+[[noreturn]] void ThrowWriteFailed(int reason);
 /// Bytes of the file; the position is kept. Code 11.
 long long Length(int fd);
 

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdarg>
 #include <filesystem>
 #include <iterator>
 
@@ -17,6 +18,23 @@ namespace {
 
 std::atomic<int> gFstatReason{0};
 std::atomic<bool> gMunmapFails{false};
+
+struct CallState {
+  std::atomic<int> reason{0};  // 0: the call goes through
+  std::atomic<int> passed{0};  // calls still to go through
+};
+CallState gCallStates[senmark_test::kCalls];
+
+// Sets `errno` if the call is to fail.
+bool FailsNow(senmark_test::eCall call) {
+  CallState& state = gCallStates[call];
+  int const reason = state.reason;
+  if (reason == 0 || state.passed-- > 0) {
+    return false;
+  }
+  errno = reason;
+  return true;
+}
 
 template <typename Function>
 Function* NextDefinition(char const* name) {
@@ -44,7 +62,51 @@ extern "C" int munmap(void* address, std::size_t size) noexcept {
   return next(address, size);
 }
 
+extern "C" int open(char const* path, int flags, ...) {
+  va_list arguments;
+  va_start(arguments, flags);
+  mode_t const mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+  va_end(arguments);
+  static auto* const next = NextDefinition<int(char const*, int, ...)>("open");
+  return FailsNow(senmark_test::kOpen) ? -1 : next(path, flags, mode);
+}
+
+extern "C" int mkostemp(char* path, int flags) {
+  static auto* const next = NextDefinition<int(char*, int)>("mkostemp");
+  return FailsNow(senmark_test::kMkostemp) ? -1 : next(path, flags);
+}
+
+extern "C" ssize_t write(int fd, void const* buffer, std::size_t size) {
+  static auto* const next = NextDefinition<ssize_t(int, void const*, std::size_t)>("write");
+  return FailsNow(senmark_test::kWrite) ? -1 : next(fd, buffer, size);
+}
+
+extern "C" int ftruncate(int fd, off_t length) noexcept {
+  static auto* const next = NextDefinition<int(int, off_t)>("ftruncate");
+  return FailsNow(senmark_test::kFtruncate) ? -1 : next(fd, length);
+}
+
+extern "C" int close(int fd) {
+  static auto* const next = NextDefinition<int(int)>("close");
+  int const result = next(fd);
+  return FailsNow(senmark_test::kClose) ? -1 : result;
+}
+
+extern "C" void* mmap(void* address, std::size_t size, int protection, int flags, int fd, off_t offset) noexcept {
+  static auto* const next = NextDefinition<void*(void*, std::size_t, int, int, int, off_t)>("mmap");
+  return FailsNow(senmark_test::kMmap) ? MAP_FAILED : next(address, size, protection, flags, fd, offset);
+}
+
 namespace senmark_test {
+
+FailingCall::FailingCall(eCall call, int reason, int passed) : mCall(call) {
+  gCallStates[call].passed = passed;
+  gCallStates[call].reason = reason;
+}
+
+FailingCall::~FailingCall() {
+  gCallStates[mCall].reason = 0;
+}
 
 FailingFstat::FailingFstat(int reason) {
   gFstatReason = reason;

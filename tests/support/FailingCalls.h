@@ -29,6 +29,22 @@ class FailingMunmap {
   FailingMunmap& operator=(FailingMunmap const&) = delete;
 };
 
+/// The calls that `FailingCall` takes.
+enum eCall : std::size_t { kOpen, kMkostemp, kWrite, kFtruncate, kClose, kMmap, kCalls };
+
+/// Makes one of these calls fail with this `errno` in the whole process for as long as it lives, after `passed`
+/// calls that go through. A failing `close` closes, as the system's does. At most one of each call at a time.
+class FailingCall {
+ public:
+  FailingCall(eCall call, int reason, int passed = 0);
+  ~FailingCall();
+  FailingCall(FailingCall const&) = delete;
+  FailingCall& operator=(FailingCall const&) = delete;
+
+ private:
+  eCall mCall;
+};
+
 /// No file of the process can grow beyond `limit` bytes for as long as it lives: a write across the limit
 /// is cut there, and one behind it fails. Says nothing on standard output while it lives, for that may be
 /// a file.

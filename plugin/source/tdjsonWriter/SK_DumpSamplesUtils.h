@@ -1,10 +1,10 @@
 /// Where the samples of one dynamic node wait for its commit: their final width is known only after the last.
 ///
-/// First all writing, then all reading, then `ClearDump`. Records stay in memory up to one mebibyte and go to a
-/// temporary file beyond it.
+/// First all writing, then all reading, then `ClearDump`, which makes the object as new. Records stay in memory up to
+/// one mebibyte and go to a temporary file beyond it, or earlier when the buffers of all objects together grow large.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,7 +27,7 @@ class SK_DumpSamplesUtils {
   /// The length of every time text, in bytes. Called once, before the first sample.
   void SetTimeLength(unsigned short length) { mTimeLength = length; }
 
-  /// Codes of file operations plus 1000, 1034 no memory.
+  /// Codes of file operations plus 1000. `std::bad_alloc` when there is no memory even after a spill.
   void WriteSampleNum(std::string const& time, double const& value);
   /// The texts of the numbers, joined by commas.
   void WriteSampleNumArr(std::string const& time, std::vector<double> const& values);
@@ -36,7 +36,8 @@ class SK_DumpSamplesUtils {
   /// One record from its finished texts; `time` has the length that was set.
   void WriteSample(std::string_view time, std::string_view value);
 
-  /// The next sample in the order of writing. Behind the last one both texts stay as they were.
+  /// The next sample in the order of writing. Behind the last one both texts stay as they were. Codes 1005, 1006,
+  /// 1008, 1021, 1054, after which nothing more is delivered.
   void ReadSample(std::string& time, std::string& value);
   /// The same without a copy: the texts are good until the next call. False behind the last sample.
   bool ReadSample(std::string_view& time, std::string_view& value);
@@ -45,19 +46,38 @@ class SK_DumpSamplesUtils {
   void ClearDump() noexcept;
 
  private:
+  void AddToBuffer(std::size_t recordLength, std::string_view time, char const* lengthBytes, std::string_view value,
+                   bool mayFlush);
+  void FlushBufferToFile();
+  void ExecBeforeRead();
+
+  void ReserveFor(std::size_t recordLength);
+  bool WouldPassShare(std::size_t recordLength) const;
+  void SpillEarly();
+  void FreeBuffer() noexcept;
+  void OpenTempFile();
+  void AppendBufferToFile();
+  void CutFileBack() noexcept;
+  void DeleteTempFile() noexcept;
+  void DropMapping() noexcept;
+  bool TakeRecord(char const*& read, char const* end, std::string_view& time, std::string_view& value);
+
   std::string mBuffer;
-  std::int32_t mBufferReadOffset = 0;
+  std::size_t mCountedBytes = 0;  // of this buffer, in the count of the process
+  std::size_t mBufferReadOffset = 0;
   unsigned short mTimeLength = 0;
   bool mHasFileData = false;
   bool mHasBufferData = false;
-  std::int32_t mFileDescriptor = -1;
+  int mFileDescriptor = -1;
   std::string mTempFilePath;
+  long long mFileBytes = 0;  // of whole records in the temporary file
+  bool mFileIsWhole = true;  // nothing lies behind them
   bool mReadPrepared = false;
   std::unique_ptr<SK_NAMESPACE_INT::SK_FileMapper> mFileMapper;
-  char const* mMappedStart = nullptr;
   char const* mMappedEnd = nullptr;
   char const* mMappedRead = nullptr;
   bool mReadDone = false;
+  std::string mArrayText;  // of the sample being written; kept for its memory
 };
 
 }  // namespace SK_PLUGIN

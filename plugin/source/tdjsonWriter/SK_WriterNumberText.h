@@ -15,8 +15,8 @@ class SK_WriterNumberText {
   std::string_view View() const { return std::string_view(mText, mLength); }
 
  private:
-  /// A sign, sixteen digits, a point, up to four zeroes in front of them and an exponent with its sign.
-  static constexpr std::size_t kCapacity = 32;
+  /// The longest text has 24 characters; the rest is for digits that are stored sixteen at once.
+  static constexpr std::size_t kCapacity = 40;
 
   char mText[kCapacity];
   std::size_t mLength;

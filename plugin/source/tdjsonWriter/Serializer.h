@@ -1,7 +1,8 @@
 /// Writes one data file in three stages: the head, the sample sets as they are committed, the tail with the
 /// outline. Only after the last one it is one JSON text, without any white space.
 ///
-/// Failures are `SK_PluginException`s: the codes of file operations plus 1000, and those told here.
+/// Failures are `SK_PluginException`s: the codes of file operations plus 1000, those told here, and 2005 for a
+/// serializer without a root. Memory that is missing while text is made is `std::bad_alloc`.
 #pragma once
 
 #include <cstdint>
@@ -18,6 +19,7 @@ struct SK_StringProperties;
 namespace SK_PLUGIN {
 
 class SK_DumpSamplesUtils;
+class SerializerBuffer;
 class TdjsonRootImpl;
 
 /// Lives by value beside its root in the registry; copies of one must not both write.
@@ -47,6 +49,15 @@ class Serializer {
   void clearFile();
 
  private:
+  void RequireRoot() const;
+  void serialize_version(SerializerBuffer& text) const;
+  void serialize_DynamicInfo(SerializerBuffer& text) const;
+  void DropPromiseOfSamples();
+  template <typename AppendSample>
+  void serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtils& dump, std::uint64_t sampleCount,
+                    AppendSample const& appendSample);
+  template <typename AppendSample>
+  void addToBuffer(SerializerBuffer& buffer, AppendSample const& appendSample);
   void serializeSamplesToFile(std::string_view text, bool last);
 
   std::shared_ptr<TdjsonRootImpl> mRoot;

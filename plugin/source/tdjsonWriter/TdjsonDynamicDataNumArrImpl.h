@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "ITdjsonDynamicDataNumArr_I.h"
-#include "SK_DumpSamplesUtils.h"
 #include "SharedObjectImpl.h"
 #include "TdjsonDynamicDataImpl.h"
 
@@ -45,16 +44,17 @@ class TdjsonDynamicDataNumArrImpl : public virtual ITdjsonDynamicDataNumArr_I,
   bool AddElement(double value);
 
  private:
+  template <typename Time>
+  bool TakeElements(Time const& time, void* result);
+  template <typename Time>
+  bool TakeSample(Time const& time);
+
   ns_sensor::SK_NumberArrayProperties mNumberArrayProperties;
   bool mPatternAutomatic = false;
   bool mOccurringAutomatic = false;
   bool mLegalAutomatic = false;
   std::vector<double> mElements;  ///< of the sample that is being made
-  void* mConverterKey;
-  SK_DumpSamplesUtils mDumpSamples;
-  bool mTimeCodeUsed;
-  unsigned short mUTCPrecision;
-  unsigned short mTimeLength;
+  std::string mValueText;         ///< of the sample that is being taken, kept so that it allocates nothing
 };
 
 }  // namespace SK_PLUGIN

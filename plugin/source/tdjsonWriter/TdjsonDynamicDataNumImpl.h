@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ITdjsonDynamicDataNum_I.h"
-#include "SK_DumpSamplesUtils.h"
 #include "SharedObjectImpl.h"
 #include "TdjsonDynamicDataImpl.h"
 
@@ -35,15 +34,13 @@ class TdjsonDynamicDataNumImpl : public virtual ITdjsonDynamicDataNum_I,
   void SetNumberRange(ns_sensor::SK_NumberRange const& range);
 
  private:
+  template <typename Time>
+  bool TakeSample(Time const& time, double value);
+
   ns_sensor::SK_NumberProperties mNumberProperties;
   bool mPatternAutomatic = false;
   bool mOccurringAutomatic = false;
   bool mLegalAutomatic = false;
-  void* mConverterKey;
-  SK_DumpSamplesUtils mDumpSamples;
-  bool mTimeCodeUsed;
-  unsigned short mUTCPrecision;
-  unsigned short mTimeLength;
 };
 
 }  // namespace SK_PLUGIN

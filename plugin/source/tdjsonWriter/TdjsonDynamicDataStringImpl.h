@@ -4,7 +4,6 @@
 #include <string>
 
 #include "ITdjsonDynamicDataString_I.h"
-#include "SK_DumpSamplesUtils.h"
 #include "SharedObjectImpl.h"
 #include "TdjsonDynamicDataImpl.h"
 
@@ -32,12 +31,11 @@ class TdjsonDynamicDataStringImpl : public virtual ITdjsonDynamicDataString_I,
   void SetStringProperties(ns_sensor::SK_StringProperties const& properties);
 
  private:
+  template <typename Time>
+  bool TakeSample(Time const& time, char const* value);
+
   ns_sensor::SK_StringProperties mStringProperties;
-  void* mConverterKey;
-  SK_DumpSamplesUtils mDumpSamples;
-  bool mTimeCodeUsed;
-  unsigned short mUTCPrecision;
-  unsigned short mTimeLength;
+  std::string mEscapedValue;  ///< of the sample that is being taken, kept so that it allocates nothing
 };
 
 }  // namespace SK_PLUGIN

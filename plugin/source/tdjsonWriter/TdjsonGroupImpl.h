@@ -24,7 +24,7 @@ struct NodeInfo {
 class TdjsonGroupImpl : public virtual ITdjsonGroup_I, public virtual SharedObjectImpl {
  public:
   /// The match name is not looked at; the display name is escaped here.
-  TdjsonGroupImpl(void* key, std::string const& displayName, std::string const& matchName);
+  TdjsonGroupImpl(void* key, std::string displayName, std::string matchName);
   /// Groups may be nested deeper than a stack would bear: inner ones are not deleted inside the outer one.
   ~TdjsonGroupImpl() override;
 

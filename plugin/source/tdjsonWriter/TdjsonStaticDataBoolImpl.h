@@ -13,7 +13,7 @@ class TdjsonStaticDataBoolImpl : public virtual ITdjsonStaticDataBool_I,
                                  public virtual TdjsonStaticDataImpl,
                                  public virtual SharedObjectImpl {
  public:
-  TdjsonStaticDataBoolImpl(void* key, std::string const& displayName, std::string const& matchName, bool value);
+  TdjsonStaticDataBoolImpl(void* key, std::string displayName, std::string matchName, bool value);
 
   ns_sensor::eDataValueType GetType() const override { return ns_sensor::kBooleanValue; }
 

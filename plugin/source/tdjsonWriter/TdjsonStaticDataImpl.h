@@ -10,7 +10,7 @@ namespace SK_PLUGIN {
 class TdjsonStaticDataImpl : public virtual ITdjsonStaticData_v1 {
  public:
   /// The display name is escaped here; the match name is not looked at.
-  TdjsonStaticDataImpl(std::string const& displayName, std::string const& matchName);
+  TdjsonStaticDataImpl(std::string displayName, std::string matchName);
 
   virtual std::string const& GetDisplayName() const;  ///< escaped
   virtual std::string const& GetMatchName() const;

@@ -16,7 +16,7 @@ class TdjsonStaticDataNumArrImpl : public virtual ITdjsonStaticDataNumArr_I,
                                    public virtual TdjsonStaticDataImpl,
                                    public virtual SharedObjectImpl {
  public:
-  TdjsonStaticDataNumArrImpl(void* key, std::string const& displayName, std::string const& matchName);
+  TdjsonStaticDataNumArrImpl(void* key, std::string displayName, std::string matchName);
 
   ns_sensor::eDataValueType GetType() const override { return ns_sensor::kNumberArrayValue; }
   bool addElement(double value, void* result) override;

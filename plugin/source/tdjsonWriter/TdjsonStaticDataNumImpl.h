@@ -14,7 +14,7 @@ class TdjsonStaticDataNumImpl : public virtual ITdjsonStaticDataNum_I,
                                 public virtual TdjsonStaticDataImpl,
                                 public virtual SharedObjectImpl {
  public:
-  TdjsonStaticDataNumImpl(void* key, std::string const& displayName, std::string const& matchName, double value);
+  TdjsonStaticDataNumImpl(void* key, std::string displayName, std::string matchName, double value);
 
   ns_sensor::eDataValueType GetType() const override { return ns_sensor::kNumberValue; }
   void setNumberPattern(unsigned long long digitsInteger, unsigned long long digitsDecimal, unsigned char isSigned,

@@ -15,8 +15,7 @@ class TdjsonStaticDataStringImpl : public virtual ITdjsonStaticDataString_I,
                                    public virtual SharedObjectImpl {
  public:
   /// The value is escaped here.
-  TdjsonStaticDataStringImpl(void* key, std::string const& displayName, std::string const& matchName,
-                             std::string const& value);
+  TdjsonStaticDataStringImpl(void* key, std::string displayName, std::string matchName, std::string value);
 
   ns_sensor::eDataValueType GetType() const override { return ns_sensor::kStringValue; }
   void setStringProperties(unsigned long long maxLen, unsigned long long maxDigitsInStrLength,

@@ -1,0 +1,299 @@
+#include "SK_DumpSamplesUtils.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+#include "SK_FileIO.h"
+#include "SK_FileMapper.h"
+#include "SK_WriterFailure.h"
+#include "SK_WriterNumberText.h"
+
+namespace SK_PLUGIN {
+
+namespace {
+
+// Bytes of one buffer, at most, unless a single record has more.
+constexpr std::size_t kBufferLimit = 1048576;
+
+// A skeleton has many nodes that all collect at once: each could hold a mebibyte, and together they would hold more
+// than the converted file. So the buffers of the process share a bound. A buffer that would pass it by growing goes
+// to its file first, but not while it is so small that the write would cost more than the memory is worth.
+constexpr std::size_t kProcessLimit = 8 * kBufferLimit;
+constexpr std::size_t kSmallestEarlySpill = 65536;
+
+// Buffers grow by powers of two, from here, and so end at the limit exactly.
+constexpr std::size_t kFirstCapacity = 256;
+
+using ValueLength = std::uint16_t;
+
+// What the buffers of all objects hold. Only a bound hangs on it and no memory, so no order is needed.
+std::atomic<std::size_t> gBufferedBytes{0};
+
+std::size_t CapacityFor(std::size_t size, std::size_t least) {
+  if (size > kBufferLimit) {
+    return size;
+  }
+  std::size_t capacity = least;
+  while (capacity < size) {
+    capacity *= 2;
+  }
+  return capacity;
+}
+
+}  // namespace
+
+SK_DumpSamplesUtils::SK_DumpSamplesUtils() = default;
+
+SK_DumpSamplesUtils::~SK_DumpSamplesUtils() {
+  ClearDump();
+  // Still there if a step of that failed.
+  DeleteTempFile();
+}
+
+void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
+  WriteSample(time, SK_WriterNumberText(value).View());
+}
+
+void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector<double> const& values) {
+  mArrayText.clear();
+  for (double const value : values) {
+    if (!mArrayText.empty()) {
+      mArrayText += ',';
+    }
+    mArrayText += SK_WriterNumberText(value).View();
+  }
+  WriteSample(time, mArrayText);
+}
+
+void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string const& value) {
+  WriteSample(time, value);
+}
+
+void SK_DumpSamplesUtils::WriteSample(std::string_view time, std::string_view value) {
+  ValueLength const valueLength = static_cast<ValueLength>(value.size());
+  char lengthBytes[sizeof(valueLength)];
+  std::memcpy(lengthBytes, &valueLength, sizeof(valueLength));
+  std::size_t const recordLength = time.size() + sizeof(valueLength) + value.size();
+  if (mBuffer.size() + recordLength > kBufferLimit) {
+    FlushBufferToFile();
+    AddToBuffer(recordLength, time, lengthBytes, value, false);
+    return;
+  }
+  if (WouldPassShare(recordLength)) {
+    SpillEarly();
+  }
+  AddToBuffer(recordLength, time, lengthBytes, value, true);
+}
+
+void SK_DumpSamplesUtils::ReadSample(std::string& time, std::string& value) {
+  std::string_view timeText;
+  std::string_view valueText;
+  if (ReadSample(timeText, valueText)) {
+    time.assign(timeText);
+    value.assign(valueText);
+  }
+}
+
+bool SK_DumpSamplesUtils::ReadSample(std::string_view& time, std::string_view& value) {
+  if (mReadDone) {
+    return false;
+  }
+  // What lies in the file is older.
+  if (mHasFileData) {
+    ExecBeforeRead();
+    if (mMappedRead < mMappedEnd) {
+      return TakeRecord(mMappedRead, mMappedEnd, time, value);
+    }
+    // Only now: the texts of the call before lay in the mapping.
+    mHasFileData = false;
+    DropMapping();
+  }
+  if (mHasBufferData && mBufferReadOffset < mBuffer.size()) {
+    char const* read = mBuffer.data() + mBufferReadOffset;
+    bool const isWhole = TakeRecord(read, mBuffer.data() + mBuffer.size(), time, value);
+    mBufferReadOffset = static_cast<std::size_t>(read - mBuffer.data());
+    return isWhole;
+  }
+  mReadDone = true;
+  return false;
+}
+
+void SK_DumpSamplesUtils::ClearDump() noexcept {
+  FreeBuffer();
+  mBufferReadOffset = 0;
+  mHasFileData = false;
+  mHasBufferData = false;
+  mFileBytes = 0;
+  mFileIsWhole = true;
+  mReadPrepared = false;
+  mMappedEnd = nullptr;
+  mMappedRead = nullptr;
+  mReadDone = false;
+  try {
+    File_IO::Close(std::exchange(mFileDescriptor, -1));
+    mFileMapper.reset();
+    if (!mTempFilePath.empty()) {
+      File_IO::Delete(mTempFilePath.c_str());
+      mTempFilePath.clear();
+    }
+  } catch (...) {
+    // The caller has a failure of its own to report, or none. What is left goes with the object.
+  }
+}
+
+void SK_DumpSamplesUtils::AddToBuffer(std::size_t recordLength, std::string_view time, char const* lengthBytes,
+                                      std::string_view value, bool mayFlush) {
+  try {
+    ReserveFor(recordLength);
+    mBuffer.append(time);
+    mBuffer.append(lengthBytes, sizeof(ValueLength));
+    mBuffer.append(value);
+    mHasBufferData = true;
+  } catch (...) {
+    // Only the reservation can fail, so there is no half record to take back.
+    if (!mayFlush) {
+      throw;
+    }
+    FlushBufferToFile();
+    AddToBuffer(recordLength, time, lengthBytes, value, false);
+  }
+}
+
+void SK_DumpSamplesUtils::FlushBufferToFile() {
+  if (mBuffer.empty()) {
+    return;
+  }
+  RunFileStep([this] {
+    if (mFileDescriptor == -1) {
+      OpenTempFile();
+    }
+    AppendBufferToFile();
+  });
+  // The memory too: the node may get no further sample, while others need theirs.
+  FreeBuffer();
+  mHasBufferData = false;
+  mHasFileData = true;
+}
+
+void SK_DumpSamplesUtils::ExecBeforeRead() {
+  if (mReadPrepared) {
+    return;
+  }
+  mReadPrepared = true;
+  // Stays if a step fails: what lies in the buffer must not pass for all samples.
+  mReadDone = true;
+  RunFileStep([this] {
+    File_IO::Close(std::exchange(mFileDescriptor, -1));
+    mFileMapper = std::make_unique<SK_NAMESPACE_INT::SK_FileMapper>(mTempFilePath);
+    mMappedRead = mFileMapper->GetFilePointer();
+    mMappedEnd = mMappedRead + mFileMapper->GetFileSize();
+  });
+  mReadDone = false;
+}
+
+// Gives memory for one more record, so that appending it cannot fail.
+void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
+  std::size_t const size = mBuffer.size() + recordLength;
+  if (size <= mBuffer.capacity()) {
+    return;
+  }
+  // A node with a file fills its next buffer too, most likely.
+  mBuffer.reserve(CapacityFor(size, mHasFileData ? kSmallestEarlySpill : kFirstCapacity));
+  gBufferedBytes.fetch_add(mBuffer.capacity() - mCountedBytes, std::memory_order_relaxed);
+  mCountedBytes = mBuffer.capacity();
+}
+
+bool SK_DumpSamplesUtils::WouldPassShare(std::size_t recordLength) const {
+  std::size_t const size = mBuffer.size() + recordLength;
+  if (size <= mBuffer.capacity() || mBuffer.size() < kSmallestEarlySpill) {
+    return false;
+  }
+  std::size_t const growth = CapacityFor(size, kSmallestEarlySpill) - mCountedBytes;
+  return gBufferedBytes.load(std::memory_order_relaxed) + growth > kProcessLimit;
+}
+
+// A file that cannot be made or written is no failure here: the buffer has not reached its own limit, and a
+// conversion for which memory is enough does not depend on the disk.
+void SK_DumpSamplesUtils::SpillEarly() {
+  try {
+    FlushBufferToFile();
+  } catch (...) {
+    if (!mFileIsWhole) {
+      throw;
+    }
+  }
+}
+
+void SK_DumpSamplesUtils::FreeBuffer() noexcept {
+  std::string().swap(mBuffer);
+  gBufferedBytes.fetch_sub(std::exchange(mCountedBytes, 0), std::memory_order_relaxed);
+}
+
+void SK_DumpSamplesUtils::OpenTempFile() {
+  DeleteTempFile();  // of an attempt that failed
+  File_IO::GetTempFile(mTempFilePath, std::string());
+  File_IO::Create(mTempFilePath.c_str(), true, false);
+  mFileDescriptor = File_IO::Open(mTempFilePath.c_str(), false, true);
+}
+
+void SK_DumpSamplesUtils::AppendBufferToFile() {
+  if (!File_IO::AppendToTempFile(mFileDescriptor, mBuffer.data(), mBuffer.size(), false)) {
+    int const reason = errno;
+    CutFileBack();
+    File_IO::ThrowWriteFailed(reason);
+  }
+  mFileBytes += static_cast<long long>(mBuffer.size());
+}
+
+// A write may have stopped in the middle of a record, behind which no other may come.
+void SK_DumpSamplesUtils::CutFileBack() noexcept {
+  try {
+    File_IO::SetEOF(mFileDescriptor, mFileBytes);
+  } catch (...) {
+    mFileIsWhole = false;
+  }
+}
+
+void SK_DumpSamplesUtils::DeleteTempFile() noexcept {
+  if (mTempFilePath.empty()) {
+    return;
+  }
+  try {
+    File_IO::Delete(mTempFilePath.c_str());
+  } catch (...) {
+    // Nobody can be told from here.
+  }
+  mTempFilePath.clear();
+}
+
+void SK_DumpSamplesUtils::DropMapping() noexcept {
+  mMappedRead = nullptr;
+  mMappedEnd = nullptr;
+  mFileMapper.reset();
+}
+
+// One record, if all of it lies in front of `end`. A length that lost its high bits sends the reading astray, so
+// nothing says that the next bytes are a record.
+bool SK_DumpSamplesUtils::TakeRecord(char const*& read, char const* end, std::string_view& time,
+                                     std::string_view& value) {
+  std::size_t const left = static_cast<std::size_t>(end - read);
+  std::size_t const head = mTimeLength + sizeof(ValueLength);
+  ValueLength valueLength = 0;
+  if (left >= head) {
+    std::memcpy(&valueLength, read + mTimeLength, sizeof(valueLength));
+  }
+  if (left < head || left - head < valueLength) {
+    mReadDone = true;
+    return false;
+  }
+  time = std::string_view(read, mTimeLength);
+  value = std::string_view(read + head, valueLength);
+  read += head + valueLength;
+  return true;
+}
+
+}  // namespace SK_PLUGIN

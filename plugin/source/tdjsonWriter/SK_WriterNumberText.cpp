@@ -1,0 +1,246 @@
+#include "SK_WriterNumberText.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+
+#include "SK_EightBytes.h"
+
+namespace SK_PLUGIN {
+
+namespace {
+
+using SK_NAMESPACE_INT::DigitsOfValue;
+using SK_NAMESPACE_INT::kEveryByte;
+using SK_NAMESPACE_INT::StoreEight;
+
+__extension__ typedef unsigned __int128 Uint128;
+
+constexpr int kDigits = 16;  // significant ones
+constexpr std::uint64_t kTenToEight = 100000000;
+constexpr std::uint64_t kTenToFifteen = 1000000000000000;
+constexpr std::uint64_t kTenToSixteen = kTenToFifteen * 10;
+constexpr std::uint64_t kZeroes = kEveryByte * '0';
+
+// A double: sign, 11 bits of exponent, 52 bits of fraction.
+constexpr int kFractionBits = 52;
+constexpr int kExponentBias = 1023;
+constexpr std::uint64_t kExponentMask = 0x7FF;
+constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63U;
+
+// The numbers that are scaled here, by the exponents of their powers of two: from 1.8e-40 to 2^53, where numbers with
+// a fraction end. So the power of ten that makes sixteen digits of a number lies between 10^0 and 10^55, and each of
+// those has a factor, the power of five, that fits into 128 bits: nothing is lost, and the result is exact also
+// halfway between two texts.
+constexpr int kFirstBinade = -132;
+constexpr int kBinades = kFractionBits + 1 - kFirstBinade;
+constexpr int kPowers = 56;
+
+// 5^k, shifted to the left until its highest bit is set. The number is shifted in the same way, so the integer part of
+// their product, the sixteen digits, ends in the highest 64 bits: above the lowest `shift` - (binade of the number).
+struct PowerOfFive {
+  std::uint64_t high;
+  std::uint64_t low;
+  int shift;
+};
+
+constexpr std::array<PowerOfFive, kPowers> MakePowersOfFive() {
+  std::array<PowerOfFive, kPowers> powers = {};
+  Uint128 power = 1;
+  for (int k = 0; k < kPowers; ++k) {
+    Uint128 shifted = power;
+    int zeroes = 0;
+    while ((shifted >> 127U) == 0) {
+      shifted <<= 1U;
+      ++zeroes;
+    }
+    powers[static_cast<std::size_t>(k)] = {static_cast<std::uint64_t>(shifted >> 64U),
+                                           static_cast<std::uint64_t>(shifted), zeroes - k - 65};
+    power *= 5;  // what the last round makes is not used
+  }
+  return powers;
+}
+
+// From 2^b to 2^(b+1) the decimal exponent goes up by one at most: at `limit`, a number shifted to the left like the
+// number itself, or not at all.
+struct Binade {
+  std::uint64_t limit;
+  int exponent;
+};
+
+constexpr std::uint64_t kNoLimit = ~std::uint64_t{0};
+
+// 10^exponent * 2^(63 - binade), rounded up; `kNoLimit` if that is 2^64 or more.
+constexpr std::uint64_t ShiftedPowerOfTen(int exponent, int binade) {
+  Uint128 divisor = 1;
+  Uint128 remainder = 1;
+  for (int i = 0; i < exponent; ++i) {
+    remainder *= 10;
+  }
+  int shift = 63 - binade;
+  for (int i = 0; i > exponent; --i) {
+    divisor *= 5;
+    --shift;
+  }
+  // A division by hand, bit by bit, because the dividend has up to 157 of them.
+  Uint128 quotient = remainder / divisor;
+  remainder %= divisor;
+  for (int i = 0; i < shift; ++i) {
+    remainder *= 2;
+    quotient = quotient * 2 + (remainder >= divisor ? 1 : 0);
+    remainder -= remainder >= divisor ? divisor : 0;
+    if ((quotient >> 64U) != 0) {
+      return kNoLimit;
+    }
+  }
+  return static_cast<std::uint64_t>(quotient) + (remainder != 0 ? 1 : 0);
+}
+
+constexpr std::array<Binade, kBinades> MakeBinades() {
+  std::array<Binade, kBinades> binades = {};
+  for (int i = 0; i < kBinades; ++i) {
+    int const binade = kFirstBinade + i;
+    // The logarithm of 2 is 1233/4096, which is near enough for all of these; made positive, so that it is cut down.
+    int const exponent = (binade + 4096) * 1233 / 4096 - 1233;
+    binades[static_cast<std::size_t>(i)] = {ShiftedPowerOfTen(exponent + 1, binade), exponent};
+  }
+  return binades;
+}
+
+constexpr std::array<PowerOfFive, kPowers> kPowersOfFive = MakePowersOfFive();
+constexpr std::array<Binade, kBinades> kBinadeTable = MakeBinades();
+
+// 0.d1d2... times 10^(exponent + 1), sixteen digits.
+struct Decimal {
+  std::uint64_t digits;
+  int exponent;
+};
+
+// `mantissa` has its highest bit set and stands for mantissa * 2^(binade - 63).
+inline Decimal RoundToSixteenDigits(std::uint64_t mantissa, int binade) {
+  Binade const& row = kBinadeTable[static_cast<std::size_t>(binade - kFirstBinade)];
+  int exponent = row.exponent + (mantissa >= row.limit ? 1 : 0);
+  PowerOfFive const& power = kPowersOfFive[static_cast<std::size_t>(kDigits - 1 - exponent)];
+
+  Uint128 const lowProduct = Uint128{mantissa} * power.low;
+  Uint128 const product = Uint128{mantissa} * power.high + (lowProduct >> 64U);
+  std::uint64_t const top = static_cast<std::uint64_t>(product >> 64U);
+  unsigned const shift = static_cast<unsigned>(power.shift - binade);  // 9 to 14
+
+  std::uint64_t digits = top >> shift;
+  std::uint64_t const fraction = top << (64U - shift);
+  bool const isHalfOrMore = (fraction & kSignBit) != 0;
+  bool const isNoTie =
+      ((fraction << 1U) | static_cast<std::uint64_t>(product) | static_cast<std::uint64_t>(lowProduct)) != 0;
+  digits += static_cast<std::uint64_t>(isHalfOrMore && (isNoTie || (digits & 1U) != 0));
+  if (digits == kTenToSixteen) {
+    digits = kTenToFifteen;
+    ++exponent;
+  }
+  return {digits, exponent};
+}
+
+// All writers below give the end of what they wrote, and may store up to sixteen bytes behind it.
+
+// An integer below 10^16.
+char* WriteInteger(char* out, std::uint64_t number) {
+  bool const isLong = number >= kTenToEight;
+  std::uint64_t const first = DigitsOfValue(static_cast<std::uint32_t>(isLong ? number / kTenToEight : number));
+  // The lowest byte is the first digit. The last one stays, also of 0.
+  unsigned const leadingZeroes = static_cast<unsigned>(__builtin_ctzll(first | std::uint64_t{1} << 56U)) / 8;
+  StoreEight(out, (first | kZeroes) >> (8 * leadingZeroes));
+  out += 8 - leadingZeroes;
+  if (isLong) {
+    StoreEight(out, DigitsOfValue(static_cast<std::uint32_t>(number % kTenToEight)) | kZeroes);
+    out += 8;
+  }
+  return out;
+}
+
+// "e-", two digits. Zeroes at the end of a text with a point vanish even here.
+char* WriteSmallExponent(char* out, unsigned exponent, bool hasPoint) {
+  out[0] = 'e';
+  out[1] = '-';
+  out[2] = static_cast<char>('0' + exponent / 10);
+  out[3] = static_cast<char>('0' + exponent % 10);
+  return out + (hasPoint && exponent % 10 == 0 ? 3 : 4);
+}
+
+char* WriteDecimal(char* out, Decimal decimal) {
+  std::uint64_t const first = DigitsOfValue(static_cast<std::uint32_t>(decimal.digits / kTenToEight));
+  std::uint64_t const last = DigitsOfValue(static_cast<std::uint32_t>(decimal.digits % kTenToEight));
+  // Without the zeroes at the end. The highest byte is the last digit.
+  int const count = last != 0 ? 16 - __builtin_clzll(last) / 8 : 8 - __builtin_clzll(first) / 8;
+  std::uint64_t const firstText = first | kZeroes;
+  std::uint64_t const lastText = last | kZeroes;
+
+  if (decimal.exponent < 0 && decimal.exponent >= -4) {
+    std::memcpy(out, "0.000", 5);
+    out += 1 - decimal.exponent;
+    StoreEight(out, firstText);
+    StoreEight(out + 8, lastText);
+    return out + count;
+  }
+  int const integerDigits = decimal.exponent < 0 ? 1 : decimal.exponent + 1;
+  StoreEight(out, firstText);
+  StoreEight(out + 8, lastText);
+  out += integerDigits;
+  if (count > integerDigits) {
+    Uint128 const behindPoint = ((Uint128{lastText} << 64U) | firstText) >> static_cast<unsigned>(8 * integerDigits);
+    *out = '.';
+    StoreEight(out + 1, static_cast<std::uint64_t>(behindPoint));
+    StoreEight(out + 9, static_cast<std::uint64_t>(behindPoint >> 64U));
+    out += 1 + count - integerDigits;
+  }
+  if (decimal.exponent < 0) {
+    out = WriteSmallExponent(out, static_cast<unsigned>(-decimal.exponent), count > 1);
+  }
+  return out;
+}
+
+// Whatever a double can be, the slow way. The value is not negative and no NaN.
+char* WriteAnything(char* out, char* end, double value) {
+  end = std::to_chars(out, end, value, std::chars_format::general, kDigits).ptr;
+  if (std::memchr(out, '.', static_cast<std::size_t>(end - out)) != nullptr) {
+    // Stops at the latest at the digit in front of the point, which is no zero here.
+    while (end[-1] == '0' || end[-1] == '.') {
+      --end;
+    }
+  }
+  return end;
+}
+
+}  // namespace
+
+SK_WriterNumberText::SK_WriterNumberText(double value) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &value, sizeof(bits));
+  char* out = mText;
+  *out = '-';
+  out += bits >> 63U;
+  bits &= ~kSignBit;
+  std::memcpy(&value, &bits, sizeof(bits));
+
+  int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
+  if (binade >= kFirstBinade && binade <= kFractionBits) {
+    std::int64_t const integer = static_cast<std::int64_t>(value);
+    if (static_cast<double>(integer) == value) {
+      out = WriteInteger(out, static_cast<std::uint64_t>(integer));
+    } else {
+      std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
+      out = WriteDecimal(out, RoundToSixteenDigits(mantissa, binade));
+    }
+  } else if (bits == 0) {
+    *out++ = '0';
+  } else if (bits > kExponentMask << kFractionBits) {
+    // The sign of a NaN is printed too, and nothing else of it.
+    std::memcpy(out, "nan", 3);
+    out += 3;
+  } else {
+    out = WriteAnything(out, mText + kCapacity, value);
+  }
+  mLength = static_cast<std::size_t>(out - mText);
+}
+
+}  // namespace SK_PLUGIN

@@ -1,0 +1,327 @@
+#include "SerializerOutline.h"
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <typeinfo>
+#include <utility>
+
+#include "SK_WriterCode.h"
+#include "SK_WriterFailure.h"
+#include "SerializerText.h"
+#include "TdjsonDynamicDataNumArrImpl.h"
+#include "TdjsonDynamicDataNumImpl.h"
+#include "TdjsonDynamicDataStringImpl.h"
+#include "TdjsonGroupImpl.h"
+#include "TdjsonStaticDataBoolImpl.h"
+#include "TdjsonStaticDataNumArrImpl.h"
+#include "TdjsonStaticDataNumImpl.h"
+#include "TdjsonStaticDataStringImpl.h"
+
+namespace SK_PLUGIN {
+
+namespace {
+
+/// The node as what its kind says that it is; 2016 if it is not. A cast out of a virtual base searches the tree of
+/// classes, but nearly every node is of the class itself: then the whole object is what is wanted.
+template <typename Concrete, typename Base>
+Concrete const& As(Base const& node) {
+  if (typeid(node) == typeid(Concrete)) {
+    return *static_cast<Concrete const*>(dynamic_cast<void const*>(&node));
+  }
+  auto const* const concrete = dynamic_cast<Concrete const*>(&node);
+  if (concrete == nullptr) {
+    ThrowWriterError(kForeignObject);
+  }
+  return *concrete;
+}
+
+template <typename Node>
+Node& NotNull(std::shared_ptr<Node> const& node, eErrorCode code) {
+  if (!node) {
+    ThrowWriterError(code);
+  }
+  return *node;
+}
+
+/// The largest power of two that is not above `value`, which is not 0.
+std::size_t PowerOfTwoIn(std::size_t value) {
+  while ((value & (value - 1)) != 0) {
+    value &= value - 1;
+  }
+  return value;
+}
+
+}  // namespace
+
+SerializerOutline::SerializerOutline(SerializerBuffer& text, TakePiece takePiece)
+    : mText(text), mTakePiece(std::move(takePiece)), mLastText(mLastNumber) {}
+
+void SerializerOutline::serialize_Outline(TdjsonGroupImpl const& root) {
+  if (root.GetNodeInfoList().empty()) {
+    ThrowWriterError(kNoChildren);
+  }
+  Enter(root);
+  while (!mLevels.empty()) {
+    if (mLevels.back().nextChild < mLevels.back().group->GetNodeInfoList().size()) {
+      VisitNextChild();
+    } else {
+      Leave();
+    }
+  }
+}
+
+void SerializerOutline::Enter(TdjsonGroupImpl const& group) {
+  // Below a group inside itself the same way repeats without an end, and so does the group at any depth that is
+  // far enough. To look at one level is therefore enough to find it, and costs nothing.
+  if (!mLevels.empty() && mLevels[PowerOfTwoIn(mLevels.size()) - 1].group == &group) {
+    ThrowWriterError(kWriterNoMemory);
+  }
+  mLevels.push_back({&group, 0});
+}
+
+void SerializerOutline::Leave() {
+  bool const isOpen = mOpenLevels == mLevels.size();
+  mLevels.pop_back();
+  if (mLevels.empty()) {
+    if (!isOpen) {
+      ThrowWriterError(kOutlineEmpty);
+    }
+    mText.Put(']');
+  } else if (isOpen) {
+    mText.Put("]}");
+  }
+  if (isOpen) {
+    --mOpenLevels;
+  }
+}
+
+void SerializerOutline::VisitNextChild() {
+  Level& level = mLevels.back();
+  NodeInfo const& child = level.group->GetNodeInfoList()[level.nextChild++];
+  switch (child.type) {
+    case ns_sensor::kDynamicChild: {
+      TdjsonDynamicDataImpl& node = NotNull(level.group->GetDynamicDataList()[child.index - 1], kDynamicNodeUnusable);
+      if (!node.isDirty() && node.GetSampleCount() != 0) {
+        OpenLevels();
+        serialize_DynamicDataNode(node);
+        EndNode();
+      }
+      break;
+    }
+    case ns_sensor::kStaticChild: {
+      TdjsonStaticDataImpl const& node = NotNull(level.group->GetStaticDataList()[child.index - 1], kStaticNodeMissing);
+      OpenLevels();
+      serialize_StaticDataNode(node);
+      EndNode();
+      break;
+    }
+    case ns_sensor::kGroupChild:
+      Enter(NotNull(level.group->GetGroupList()[child.index - 1], kGroupMissing));
+      break;
+    default:
+      ThrowWriterError(kUnknownChildKind);
+  }
+}
+
+// Writes what stands in front of the child that is being visited: the groups around it that have no text yet, and
+// the comma of each of them and of the child itself.
+void SerializerOutline::OpenLevels() {
+  for (; mOpenLevels < mLevels.size(); ++mOpenLevels) {
+    if (mOpenLevels == 0) {
+      mText.Put(R"("dataOutline":[)");
+      continue;
+    }
+    if (mLevels[mOpenLevels - 1].nextChild != 1) {
+      mText.Put(',');
+    }
+    serialize_GroupNode(*mLevels[mOpenLevels].group);
+  }
+  if (mLevels.back().nextChild != 1) {
+    mText.Put(',');
+  }
+}
+
+void SerializerOutline::EndNode() {
+  mText.Put('}');
+  if (mText.Size() >= kPieceSize) {
+    mTakePiece(mText);
+  }
+}
+
+// Constant stretches of text are one literal each, here and below: nodes come by the million.
+
+void SerializerOutline::serialize_GroupNode(TdjsonGroupImpl const& group) {
+  mText.Put(R"({"objectType":"dataGroup")");
+  AppendNames(group.GetMatchName(), group.GetDisplayName());
+  mText.Put(R"(,"children":[)");
+}
+
+void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& node) {
+  mText.Put(R"({"objectType":"dataStatic")");
+  AppendNames(node.GetMatchName(), node.GetDisplayName());
+  ns_sensor::eDataValueType const type = node.GetType();
+  mText.Put(R"(,"dataType":{"type":")");
+  mText.Put(GetStaticType(type));
+  switch (type) {
+    case ns_sensor::kNumberValue: {
+      auto const& number = As<TdjsonStaticDataNumImpl>(node);
+      mText.Put(R"(",)");
+      serialize_NumberProp(number.GetNumberProperties());
+      mText.Put(R"(},"value":)");
+      AppendNumber(number.GetDataValue());
+      break;
+    }
+    case ns_sensor::kStringValue: {
+      auto const& string = As<TdjsonStaticDataStringImpl>(node);
+      mText.Put(R"(",)");
+      serialize_PaddedStringProp(string.GetStringProperties());
+      mText.Put(R"(},"value":")");
+      mText.Put(std::string_view(string.GetDataValue()));
+      mText.Put('"');
+      break;
+    }
+    case ns_sensor::kNumberArrayValue: {
+      auto const& array = As<TdjsonStaticDataNumArrImpl>(node);
+      mText.Put(R"(",)");
+      serialize_NumberArrayProp(array.GetNumArrayProperties());
+      mText.Put(R"(},"value":[)");
+      std::vector<double> const& values = array.GetDataValue();
+      for (std::size_t i = 0; i != values.size(); ++i) {
+        if (i != 0) {
+          mText.Put(',');
+        }
+        AppendNumber(values[i]);
+      }
+      mText.Put(']');
+      break;
+    }
+    case ns_sensor::kBooleanValue:
+      mText.Put(R"("},)");
+      JSON_BoolObj(mText, "value", As<TdjsonStaticDataBoolImpl>(node).GetDataValue());
+      break;
+    default:
+      ThrowWriterError(kUnknownNodeType);
+  }
+}
+
+void SerializerOutline::serialize_DynamicDataNode(TdjsonDynamicDataImpl const& node) {
+  ns_sensor::SK_DynamicDataFields const& fields = node.GetDynamicDataFields();
+  mText.Put(R"({"objectType":"dataDynamic")");
+  AppendNames(fields.matchName, fields.displayName);
+  mText.Put(',');
+  JSON_StrObj(mText, "sampleSetID", fields.sampleSetID);
+  mText.Put(',');
+  JSON_StrObj(mText, "interpolation", GetInterpolationStr(fields.interpolation));
+  mText.Put(',');
+  JSON_BoolObj(mText, "hasExpectedFrequencyB", fields.hasExpectedFrequencyB);
+  mText.Put(R"(,"sampleCount":)");
+  AppendCount(mText, fields.sampleCount);
+  if (!fields.expectedMaxInterSampleDuration.empty()) {
+    mText.Put(',');
+    JSON_StrObj(mText, "expectedMaxInterSampleDuration", fields.expectedMaxInterSampleDuration);
+  }
+  ns_sensor::eDataValueType const type = node.GetType();
+  mText.Put(R"(,"dataType":{)");
+  JSON_StrObj(mText, "type", GetDynamicType(type));
+  mText.Put(',');
+  switch (type) {
+    case ns_sensor::kNumberValue:
+      serialize_NumberProp(As<TdjsonDynamicDataNumImpl>(node).GetNumStringProperties());
+      break;
+    case ns_sensor::kStringValue:
+      serialize_PaddedStringProp(As<TdjsonDynamicDataStringImpl>(node).GetPaddedStringProperties());
+      break;
+    case ns_sensor::kNumberArrayValue:
+      serialize_NumberArrayProp(As<TdjsonDynamicDataNumArrImpl>(node).GetNumArrayProperties());
+      break;
+    default:
+      ThrowWriterError(kUnknownNodeType);
+  }
+  mText.Put('}');
+}
+
+void SerializerOutline::serialize_NumberProp(ns_sensor::SK_NumberProperties const& properties) {
+  mText.Put(R"("numberStringProperties":{)");
+  serialize_Pattern(properties.pattern);
+  mText.Put(R"(,"range":)");
+  serialize_RangeElem(properties.range);
+  mText.Put('}');
+}
+
+void SerializerOutline::serialize_PaddedStringProp(ns_sensor::SK_StringProperties const& properties) {
+  mText.Put(R"("paddedStringProperties":{"maxDigitsInStrLength":)");
+  AppendCount(mText, properties.maxDigitsInStrLength);
+  mText.Put(R"(,"maxLen":)");
+  AppendCount(mText, properties.maxLen);
+  mText.Put(',');
+  JSON_BoolObj(mText, "eventMarkerB", properties.eventMarkerB);
+  mText.Put('}');
+}
+
+void SerializerOutline::serialize_NumberArrayProp(ns_sensor::SK_NumberArrayProperties const& properties) {
+  mText.Put(R"("numberArrayProperties":{)");
+  serialize_Pattern(properties.pattern);
+  mText.Put(R"(,"arrayRanges":{"ranges":[)");
+  for (ns_sensor::SK_NumberRange const& range : properties.arrayRanges) {
+    if (&range != &properties.arrayRanges.front()) {
+      mText.Put(',');
+    }
+    serialize_RangeElem(range);
+  }
+  mText.Put(R"(]},"arraySize":)");
+  AppendCount(mText, properties.arraySize);
+  mText.Put(',');
+  JSON_StrArrObj(mText, "arrayDisplayNames", properties.arrayDisplayNames);
+  if (properties.isPoint) {
+    mText.Put(R"(,"isPoint":true)");
+  }
+  mText.Put('}');
+}
+
+void SerializerOutline::serialize_Pattern(ns_sensor::SK_NumberPattern const& pattern) {
+  if (pattern.isSigned) {
+    mText.Put(R"("pattern":{"isSigned":true,"digitsDecimal":)");
+  } else {
+    mText.Put(R"("pattern":{"isSigned":false,"digitsDecimal":)");
+  }
+  AppendCount(mText, pattern.digitsDecimal);
+  mText.Put(R"(,"digitsInteger":)");
+  AppendCount(mText, pattern.digitsInteger);
+  mText.Put('}');
+}
+
+void SerializerOutline::serialize_RangeElem(ns_sensor::SK_NumberRange const& range) {
+  mText.Put(R"({"occurring":)");
+  serialize_GetMinMax(range.occurring);
+  mText.Put(R"(,"legal":)");
+  serialize_GetMinMax(range.legal);
+  mText.Put('}');
+}
+
+void SerializerOutline::serialize_GetMinMax(ns_sensor::SK_NumberMinMax const& bounds) {
+  mText.Put(R"({"min":)");
+  AppendNumber(bounds.min);
+  mText.Put(R"(,"max":)");
+  AppendNumber(bounds.max);
+  mText.Put('}');
+}
+
+void SerializerOutline::AppendNames(std::string const& matchName, std::string const& displayName) {
+  mText.Put(R"(,"matchName":")");
+  mText.Put(std::string_view(matchName));
+  mText.Put(R"(","displayName":")");
+  mText.Put(std::string_view(displayName));
+  mText.Put('"');
+}
+
+void SerializerOutline::AppendNumber(double value) {
+  // By their bits: zeroes of both signs are equal, but have two texts.
+  if (std::memcmp(&value, &mLastNumber, sizeof value) != 0) {
+    mLastText = SK_WriterNumberText(value);
+    mLastNumber = value;
+  }
+  mText.Put(mLastText.View());
+}
+
+}  // namespace SK_PLUGIN

@@ -1,0 +1,98 @@
+#include "TdjsonDynamicDataStringImpl.h"
+
+#include <utility>
+
+#include "SK_NumberAnalysis.h"
+#include "SK_WriterCode.h"
+#include "Serializer.h"
+
+namespace SK_PLUGIN {
+
+using ns_sensor::SK_DateTimeSMPTE;
+using ns_sensor::SK_DateTimeUTC;
+
+TdjsonDynamicDataStringImpl::TdjsonDynamicDataStringImpl(void* key) : TdjsonDynamicDataImpl(key) {}
+
+bool TdjsonDynamicDataStringImpl::Commit() {
+  return CommitSamples([] {},
+                       [this](Serializer& serializer, SK_DumpSamplesUtils& dump) {
+                         serializer.serialize_PaddedStrDynamicSamples(mDynamicDataFields.sampleSetID, dump,
+                                                                      mSampleCounter, mStringProperties);
+                       });
+}
+
+bool TdjsonDynamicDataStringImpl::AddSample(SampleTime const& time, std::string const& value) {
+  return TakeAtTime(
+      time,
+      [&](SK_DateTimeSMPTE const& at) {
+        return ThrowOnFailure([&](void* result) {
+          return addSampleSMPTE(at.hours, at.minutes, at.seconds, at.frames, value.c_str(), result);
+        });
+      },
+      [&](SK_DateTimeUTC const& at) {
+        return ThrowOnFailure([&](void* result) {
+          return addSampleUTC(at.year, at.month, at.day, at.hour, at.minute, at.second, at.offsetSign, at.offsetHour,
+                              at.offsetMinute, at.fraction, value.c_str(), result);
+        });
+      });
+}
+
+void TdjsonDynamicDataStringImpl::setStringProperties(unsigned long long, unsigned long long, unsigned char eventMarker,
+                                                      void* result) {
+  RunAtWriterBorder(result, [&] {
+    mStringProperties.maxLen = 0;
+    mStringProperties.maxDigitsInStrLength = 0;
+    mStringProperties.eventMarkerB = eventMarker != 0;
+  });
+}
+
+bool TdjsonDynamicDataStringImpl::addSampleSMPTE(int hours, int minutes, int seconds, int frames, char const* value,
+                                                 void* result) {
+  return RunSampleStep(result, [&] { return TakeSample(SK_DateTimeSMPTE{hours, minutes, seconds, frames}, value); });
+}
+
+bool TdjsonDynamicDataStringImpl::addSampleUTC(int year, int month, int day, int hour, int minute, int second,
+                                               signed char zoneSign, int zoneHours, int zoneMinutes, int fraction,
+                                               char const* value, void* result) {
+  return RunSampleStep(result, [&] {
+    return TakeSample(
+        SK_DateTimeUTC{year, month, day, hour, minute, second, zoneSign, zoneHours, zoneMinutes, fraction}, value);
+  });
+}
+
+ns_sensor::SK_StringProperties const& TdjsonDynamicDataStringImpl::GetPaddedStringProperties() const {
+  return mStringProperties;
+}
+
+void TdjsonDynamicDataStringImpl::SetStringProperties(ns_sensor::SK_StringProperties const& properties) {
+  ThrowOnFailure([&](void* result) {
+    setStringProperties(properties.maxLen, properties.maxDigitsInStrLength, properties.eventMarkerB ? 1 : 0, result);
+  });
+}
+
+/// A sample that is not taken leaves no trace in the widths: its time is looked at first.
+template <typename Time>
+bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value) {
+  if (!IsOpenFor(time)) {
+    return false;
+  }
+  if (value == nullptr) {
+    ThrowWriterError(kWriterUnknownException);
+  }
+  // There and back, so that a text without anything to escape stays in the memory that is there.
+  mEscapedValue = value;
+  mEscapedValue = escapeHandling(std::move(mEscapedValue));
+  std::string_view const timeText = TimeText(time);
+  if (timeText.empty()) {
+    return false;
+  }
+  unsigned long long maxLength = mStringProperties.maxLen;
+  unsigned long long maxDigits = mStringProperties.maxDigitsInStrLength;
+  calcPaddedStringProperties(mEscapedValue, maxLength, maxDigits);
+  mStringProperties.maxLen = maxLength;
+  mStringProperties.maxDigitsInStrLength = maxDigits;
+  StoreSample(timeText, mEscapedValue);
+  return true;
+}
+
+}  // namespace SK_PLUGIN

@@ -1,0 +1,243 @@
+#include "TdjsonGroupImpl.h"
+
+#include <iterator>
+#include <new>
+#include <typeinfo>
+#include <utility>
+
+#include "SK_NumberAnalysis.h"
+#include "SK_Utils.h"
+#include "SK_WriterCode.h"
+#include "SK_WriterFailure.h"
+#include "TdjsonDynamicDataNumArrImpl.h"
+#include "TdjsonDynamicDataNumImpl.h"
+#include "TdjsonDynamicDataStringImpl.h"
+#include "TdjsonStaticDataBoolImpl.h"
+#include "TdjsonStaticDataNumArrImpl.h"
+#include "TdjsonStaticDataNumImpl.h"
+#include "TdjsonStaticDataStringImpl.h"
+
+namespace SK_PLUGIN {
+
+namespace {
+
+using GroupList = std::vector<std::shared_ptr<TdjsonGroupImpl>>;
+
+/// Groups that this thread has still to let go of, while it is about to delete one. Else null.
+thread_local GroupList* gGroupsToLetGo = nullptr;
+
+/// Lets go of the children of a group that is being deleted. Those of the outermost group go in a loop; the
+/// groups that are deleted in it hand their own children over to that loop and need no deeper stack.
+void LetGoOfGroups(GroupList& groups) noexcept {
+  if (groups.empty()) {
+    return;
+  }
+  if (gGroupsToLetGo != nullptr) {
+    try {
+      gGroupsToLetGo->insert(gGroupsToLetGo->end(), std::make_move_iterator(groups.begin()),
+                             std::make_move_iterator(groups.end()));
+    } catch (std::bad_alloc const&) {
+      // They stay where they are and go with their list, one level down the stack.
+    }
+    return;
+  }
+  GroupList waiting = std::move(groups);
+  gGroupsToLetGo = &waiting;
+  while (!waiting.empty()) {
+    std::shared_ptr<TdjsonGroupImpl> const next = std::move(waiting.back());
+    waiting.pop_back();
+  }
+  gGroupsToLetGo = nullptr;
+}
+
+/// 2016 for an object of another class. An object of just this class, as nearly all are, is known by its type;
+/// a dynamic_cast searches the whole tree of its bases.
+template <typename Impl, typename Interface>
+Impl* CastOrThrow(Interface* object) {
+  if (object == nullptr) {
+    ThrowWriterError(kForeignObject);
+  }
+  if (typeid(*object) == typeid(Impl)) {
+    return static_cast<Impl*>(dynamic_cast<void*>(object));
+  }
+  Impl* const impl = dynamic_cast<Impl*>(object);
+  if (impl == nullptr) {
+    ThrowWriterError(kForeignObject);
+  }
+  return impl;
+}
+
+/// Hands the node to `use` as the class that its type claims. 2016 if it is not of that class, 2026 for a type
+/// that a dynamic node cannot have.
+template <typename Use>
+void WithDynamicImpl(ITdjsonDynamicData_v1* child, Use&& use) {
+  ITdjsonDynamicData_v1* const node = child->GetActualITdjsonDynamicData();
+  if (node == nullptr) {
+    ThrowWriterError(kForeignObject);
+  }
+  switch (node->GetType()) {
+    case ns_sensor::kNumberValue:
+      return use(CastOrThrow<TdjsonDynamicDataNumImpl>(node));
+    case ns_sensor::kStringValue:
+      return use(CastOrThrow<TdjsonDynamicDataStringImpl>(node));
+    case ns_sensor::kNumberArrayValue:
+      return use(CastOrThrow<TdjsonDynamicDataNumArrImpl>(node));
+    default:
+      ThrowWriterError(kNoTextForm);
+  }
+}
+
+template <typename Use>
+void WithStaticImpl(ITdjsonStaticData_v1* child, Use&& use) {
+  ITdjsonStaticData_v1* const node = child->GetActualITdjsonStaticData();
+  if (node == nullptr) {
+    ThrowWriterError(kForeignObject);
+  }
+  switch (node->GetType()) {
+    case ns_sensor::kNumberValue:
+      return use(CastOrThrow<TdjsonStaticDataNumImpl>(node));
+    case ns_sensor::kStringValue:
+      return use(CastOrThrow<TdjsonStaticDataStringImpl>(node));
+    case ns_sensor::kNumberArrayValue:
+      return use(CastOrThrow<TdjsonStaticDataNumArrImpl>(node));
+    case ns_sensor::kBooleanValue:
+      return use(CastOrThrow<TdjsonStaticDataBoolImpl>(node));
+    default:
+      ThrowWriterError(kNoTextForm);
+  }
+}
+
+/// Both lists grow or none does.
+template <typename Child>
+void AddChild(std::vector<std::shared_ptr<Child>>& children, std::shared_ptr<Child> child, std::vector<NodeInfo>& order,
+              ns_sensor::eGroupChildType type) {
+  order.push_back({type, children.size() + 1});
+  try {
+    children.push_back(std::move(child));
+  } catch (...) {
+    order.pop_back();
+    throw;
+  }
+}
+
+void RequireClean(TdjsonDynamicDataImpl& node) {
+  if (node.isDirty()) {
+    ThrowWriterError(kDynamicNodeUnusable);
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<ITdjsonGroup_v1> ITdjsonGroup_v1::CreateGroup(void* key, std::string const& matchName,
+                                                              std::string const& displayName) {
+  if (!SK_NAMESPACE_INT::SK_Utils::IsValidMatchName(matchName)) {
+    ThrowWriterError(kWriterBadMatchName);
+  }
+  return OwnNewObject(new TdjsonGroupImpl(key, displayName, matchName));
+}
+
+TdjsonGroupImpl::TdjsonGroupImpl(void* key, std::string displayName, std::string matchName)
+    : mMatchName(std::move(matchName)), mDisplayName(escapeHandling(std::move(displayName))), mConverterKey(key) {}
+
+TdjsonGroupImpl::~TdjsonGroupImpl() {
+  LetGoOfGroups(mGroupList);
+}
+
+void TdjsonGroupImpl::AddDynamicData(std::shared_ptr<ITdjsonDynamicData_v1> const& child) {
+  if (child == nullptr) {
+    ThrowWriterError(kDynamicNodeUnusable);
+  }
+  WithDynamicImpl(child.get(), [&](auto* node) {
+    RequireClean(*node);
+    AddChild(mDynamicDataList, std::shared_ptr<TdjsonDynamicDataImpl>(child, node), mNodeInfoList,
+             ns_sensor::kDynamicChild);
+  });
+}
+
+void TdjsonGroupImpl::AddStaticData(std::shared_ptr<ITdjsonStaticData_v1> const& child) {
+  if (child == nullptr) {
+    ThrowWriterError(kStaticNodeMissing);
+  }
+  WithStaticImpl(child.get(), [&](auto* node) {
+    AddChild(mStaticDataList, std::shared_ptr<TdjsonStaticDataImpl>(child, node), mNodeInfoList,
+             ns_sensor::kStaticChild);
+  });
+}
+
+void TdjsonGroupImpl::AddGroup(std::shared_ptr<ITdjsonGroup_v1> const& child) {
+  if (child == nullptr) {
+    ThrowWriterError(kGroupMissing);
+  }
+  auto* const group = CastOrThrow<TdjsonGroupImpl>(child->GetActualITdjsonGroup());
+  AddChild(mGroupList, std::shared_ptr<TdjsonGroupImpl>(child, group), mNodeInfoList, ns_sensor::kGroupChild);
+}
+
+void TdjsonGroupImpl::addDynamicData(ITdjsonDynamicData_v1* child, void* result) {
+  RunAtWriterBorder(result, [&] {
+    if (child == nullptr) {
+      ThrowWriterError(kDynamicNodeUnusable);
+    }
+    WithDynamicImpl(child, [&](auto* node) {
+      // The reference comes first: of a dirty node nobody else owns, this is the end.
+      std::shared_ptr<TdjsonDynamicDataImpl> shared = MakeSharedPointer(node);
+      RequireClean(*shared);
+      AddChild(mDynamicDataList, std::move(shared), mNodeInfoList, ns_sensor::kDynamicChild);
+    });
+  });
+}
+
+void TdjsonGroupImpl::addStaticData(ITdjsonStaticData_v1* child, void* result) {
+  RunAtWriterBorder(result, [&] {
+    if (child == nullptr) {
+      ThrowWriterError(kStaticNodeMissing);
+    }
+    WithStaticImpl(child, [&](auto* node) {
+      AddChild(mStaticDataList, std::shared_ptr<TdjsonStaticDataImpl>(MakeSharedPointer(node)), mNodeInfoList,
+               ns_sensor::kStaticChild);
+    });
+  });
+}
+
+void TdjsonGroupImpl::addGroup(ITdjsonGroup_v1* child, void* result) {
+  RunAtWriterBorder(result, [&] {
+    if (child == nullptr) {
+      ThrowWriterError(kGroupMissing);
+    }
+    auto* const group = CastOrThrow<TdjsonGroupImpl>(child->GetActualITdjsonGroup());
+    AddChild(mGroupList, MakeSharedPointer(group), mNodeInfoList, ns_sensor::kGroupChild);
+  });
+}
+
+std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> const& TdjsonGroupImpl::GetDynamicDataList() const {
+  return mDynamicDataList;
+}
+
+std::vector<std::shared_ptr<TdjsonStaticDataImpl>> const& TdjsonGroupImpl::GetStaticDataList() const {
+  return mStaticDataList;
+}
+
+GroupList const& TdjsonGroupImpl::GetGroupList() const {
+  return mGroupList;
+}
+
+std::vector<NodeInfo> const& TdjsonGroupImpl::GetNodeInfoList() const {
+  return mNodeInfoList;
+}
+
+std::string const& TdjsonGroupImpl::GetDisplayName() const {
+  return mDisplayName;
+}
+
+std::string const& TdjsonGroupImpl::GetMatchName() const {
+  return mMatchName;
+}
+
+void TdjsonGroupImpl::ResetGroup() {
+  // A group may be its own child and go with its list, so nothing of it is touched after these.
+  auto const order = std::move(mNodeInfoList);
+  auto const dynamicData = std::move(mDynamicDataList);
+  auto const staticData = std::move(mStaticDataList);
+  auto const groups = std::move(mGroupList);
+}
+
+}  // namespace SK_PLUGIN

@@ -1,0 +1,62 @@
+#include "TdjsonStaticDataNumImpl.h"
+
+#include <utility>
+
+#include "SK_NumberAnalysis.h"
+#include "SK_NumberPropertyRules.h"
+#include "SK_WriterFailure.h"
+
+namespace SK_PLUGIN {
+
+using ns_sensor::SK_NumberPattern;
+using ns_sensor::SK_NumberProperties;
+using ns_sensor::SK_NumberRange;
+
+TdjsonStaticDataNumImpl::TdjsonStaticDataNumImpl(void* key, std::string displayName, std::string matchName,
+                                                 double value)
+    : TdjsonStaticDataImpl(std::move(displayName), std::move(matchName)), mDataValue(value), mConverterKey(key) {}
+
+void TdjsonStaticDataNumImpl::setNumberPattern(unsigned long long digitsInteger, unsigned long long digitsDecimal,
+                                               unsigned char isSigned, void* result) {
+  RunAtWriterBorder(result, [&] {
+    SK_NumberPattern& pattern = mNumberProperties.pattern;
+    bool const automatic = StoreNumberPattern(pattern, digitsInteger, digitsDecimal, isSigned);
+    WidenNumberPattern(pattern, automatic, mDataValue);
+  });
+}
+
+void TdjsonStaticDataNumImpl::setNumberRange(double legalMin, double legalMax, double occurringMin, double occurringMax,
+                                             void* result) {
+  RunAtWriterBorder(result, [&] {
+    SK_NumberRange& range = mNumberProperties.range;
+    range = MakeNumberRange(legalMin, legalMax, occurringMin, occurringMax);
+    if (IsOccurringAutomatic(range.occurring)) {
+      calcOccurringRangeForSet(mDataValue, range.occurring.min, range.occurring.max);
+    }
+    if (IsLegalAutomatic(range.legal)) {
+      range.legal = range.occurring;
+    }
+  });
+}
+
+SK_NumberProperties const& TdjsonStaticDataNumImpl::GetNumberProperties() const {
+  return mNumberProperties;
+}
+
+double TdjsonStaticDataNumImpl::GetDataValue() const {
+  return mDataValue;
+}
+
+void TdjsonStaticDataNumImpl::SetNumberPattern(SK_NumberPattern const& pattern) {
+  ThrowOnFailure([&](void* result) {
+    setNumberPattern(pattern.digitsInteger, pattern.digitsDecimal, pattern.isSigned ? 1 : 0, result);
+  });
+}
+
+void TdjsonStaticDataNumImpl::SetNumberRange(SK_NumberRange const& range) {
+  ThrowOnFailure([&](void* result) {
+    setNumberRange(range.legal.min, range.legal.max, range.occurring.min, range.occurring.max, result);
+  });
+}
+
+}  // namespace SK_PLUGIN

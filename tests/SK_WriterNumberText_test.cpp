@@ -1,0 +1,231 @@
+#include "SK_WriterNumberText.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <iomanip>
+#include <limits>
+#include <locale>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace SK_PLUGIN {
+namespace {
+
+using Random = std::mt19937_64;
+
+// Each kind gets as many; a build for debugging is too slow for the whole.
+#ifdef NDEBUG
+constexpr int kValuesOfAKind = 250000;
+#else
+constexpr int kValuesOfAKind = 15000;
+#endif
+
+double FromBits(std::uint64_t bits) {
+  double value = 0;
+  std::memcpy(&value, &bits, sizeof(value));
+  return value;
+}
+
+std::uint64_t BitsOf(double value) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &value, sizeof(bits));
+  return bits;
+}
+
+/// The text as it is defined: by a stream, and then the zeroes off.
+class StreamText {
+ public:
+  StreamText() {
+    mStream.imbue(std::locale::classic());
+    mStream << std::setprecision(16);
+  }
+
+  std::string Of(double value) {
+    mStream.str(std::string());
+    mStream << value;
+    std::string text = mStream.str();
+    std::size_t const point = text.find('.');
+    if (point == std::string::npos) {
+      return text;
+    }
+    while (text.size() > point && (text.back() == '0' || text.back() == '.')) {
+      text.pop_back();
+    }
+    return text;
+  }
+
+ private:
+  std::ostringstream mStream;
+};
+
+/// Compares both texts of a value and of its negative; stops a test at the first difference.
+class Comparison {
+ public:
+  bool Agrees(double value) { return AgreesOn(value) && AgreesOn(-value); }
+
+ private:
+  bool AgreesOn(double value) {
+    std::string const expected = mStreamText.Of(value);
+    SK_WriterNumberText const found(value);
+    EXPECT_EQ(found.View(), expected) << std::hexfloat << value;
+    return found.View() == expected;
+  }
+
+  StreamText mStreamText;
+};
+
+struct Kind {
+  char const* name;
+  std::function<double(Random&)> make;
+};
+
+void PrintTo(Kind const& kind, std::ostream* out) {
+  *out << kind.name;
+}
+
+double PowerOfTen(int exponent) {
+  return std::stod("1e" + std::to_string(exponent));
+}
+
+// A value with random fraction bits and an exponent of two from `first` on, one of `count`.
+double InBinades(Random& random, int first, int count) {
+  double const mantissa = FromBits((random() >> 12U) | BitsOf(1.0));
+  return std::ldexp(mantissa, first + static_cast<int>(random() % static_cast<unsigned>(count)));
+}
+
+Kind const kKinds[] = {
+    {"AnyBits", [](Random& random) { return FromBits(random()); }},
+    {"UsualSizes", [](Random& random) { return InBinades(random, -16, 44); }},
+    {"AllScaledSizesAndTheirNeighbours", [](Random& random) { return InBinades(random, -136, 196); }},
+    {"FewDigits",
+     [](Random& random) {
+       return static_cast<double>(random() % 1000000000) / PowerOfTen(static_cast<int>(random() % 12));
+     }},
+    {"SumsOfDecimals",
+     [](Random& random) {
+       return static_cast<double>(random() % 1000) / 10 + static_cast<double>(random() % 100000) / 1000;
+     }},
+    {"ShortBinaryFractions",  // many of them lie halfway between two texts
+     [](Random& random) {
+       return std::ldexp(static_cast<double>(random() >> (11 + random() % 53)), -static_cast<int>(random() % 64));
+     }},
+    {"TiesOfSeventeenDigits",  // an odd multiple of 2^-k below 10^(17-k) has 17 digits, the last a 5
+     [](Random& random) {
+       int const decimals = 1 + static_cast<int>(random() % 17);
+       double const bound = PowerOfTen(17 - decimals);
+       double const lowest = std::ldexp(bound / 10, decimals);
+       double const above = lowest + std::floor(static_cast<double>(random() >> 12U) * 0x1p-52 * lowest * 8);
+       return std::ldexp(2 * std::floor(above / 2) + 1, -decimals);
+     }},
+    {"SinglePrecision",
+     [](Random& random) { return static_cast<double>(static_cast<float>(InBinades(random, -30, 60))); }},
+    {"Integers", [](Random& random) { return static_cast<double>(random() >> (random() % 64)); }},
+    {"LargeIntegers",  // 10^15 to 10^17, where texts begin to have exponents
+     [](Random& random) { return static_cast<double>(1000000000000000 + random() % 99000000000000000); }},
+    {"LargeHalves", [](Random& random) { return 1e15 + static_cast<double>(random() % 40000000000000000) / 8; }},
+    {"Denormals", [](Random& random) { return FromBits(random() >> (12 + random() % 52)); }},
+};
+
+class WriterNumberTextOf : public testing::TestWithParam<Kind> {};
+
+TEST_P(WriterNumberTextOf, IsTheTextOfAStream) {
+  Random random(2026);
+  Comparison comparison;
+  // Each value and its negative.
+  for (int i = 0; i < kValuesOfAKind / 2; ++i) {
+    ASSERT_TRUE(comparison.Agrees(GetParam().make(random)));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Writer, WriterNumberTextOf, testing::ValuesIn(kKinds),
+                         [](auto const& kind) { return std::string(kind.param.name); });
+
+TEST(WriterNumberText, PowersOfTenAndTheirNeighboursAreTheTextOfAStream) {
+  Comparison comparison;
+  for (int exponent = -323; exponent <= 308; ++exponent) {
+    for (std::uint64_t multiple = 1; multiple < 10; ++multiple) {
+      double const power = std::strtod((std::to_string(multiple) + "e" + std::to_string(exponent)).c_str(), nullptr);
+      for (std::uint64_t i = 0; i < 17; ++i) {
+        ASSERT_TRUE(comparison.Agrees(FromBits(BitsOf(power) + i - 8)));
+      }
+    }
+  }
+}
+
+TEST(WriterNumberText, PowersOfTwoAndTheirNeighboursAreTheTextOfAStream) {
+  Comparison comparison;
+  for (int exponent = -1074; exponent <= 1023; ++exponent) {
+    std::uint64_t const bits = BitsOf(std::ldexp(1.0, exponent));
+    for (std::uint64_t i = 0; i < 9; ++i) {
+      ASSERT_TRUE(comparison.Agrees(FromBits(bits + i - 4)));
+    }
+  }
+}
+
+struct Written {
+  char const* name;
+  double value;
+  char const* text;
+};
+
+void PrintTo(Written const& row, std::ostream* out) {
+  *out << row.text;
+}
+
+double const kInfinity = std::numeric_limits<double>::infinity();
+double const kNaN = std::numeric_limits<double>::quiet_NaN();
+
+Written const kWritten[] = {
+    {"Zero", 0.0, "0"},
+    {"NegativeZero", -0.0, "-0"},
+    {"OneDigit", 7.0, "7"},
+    {"ZeroesOfIntegersStay", 1000.0, "1000"},
+    {"EightDigits", 99999999.0, "99999999"},
+    {"NineDigits", 100000000.0, "100000000"},
+    {"LastIntegerByItself", 9007199254740991.0, "9007199254740991"},
+    {"FirstBeyond", 9007199254740992.0, "9007199254740992"},
+    {"LastWithoutExponent", 9999999999999998.0, "9999999999999998"},
+    {"FirstWithExponent", 1e16, "1e+16"},
+    {"LargeExponentLosesItsZero", 1.5e20, "1.5e+2"},
+    {"ThreeDigitsOfExponent", 1.5e123, "1.5e+123"},
+    {"ThreeDigitsLoseTwoZeroes", 2.5e300, "2.5e+3"},
+    {"ExponentKeepsItsZeroWithoutPoint", 1e300, "1e+300"},
+    {"Shortest", 0.5, "0.5"},
+    {"NotTheShortestText", 9.95, "9.949999999999999"},
+    {"SumOfDecimals", 0.1 + 0.2, "0.3"},
+    {"ThreeZeroesBehindThePoint", 0.000125, "0.000125"},
+    {"SmallNumberWithExponent", 0.0000125, "1.25e-05"},
+    {"SmallExponentLosesItsZero", 1.25e-10, "1.25e-1"},
+    {"SmallExponentKeepsItsZeroWithoutPoint", 1e-10, "1e-10"},
+    {"SmallestScaled", 0x1p-132, "1.836709923159824e-4"},
+    {"RoundedUpToTheNextPower", 0.99999999999999994, "0.9999999999999999"},
+    {"CarriedThroughAllDigits", 9.99999999999999954e-08, "1e-07"},
+    {"TieGoesToEvenBelow", 1125899906842624.25, "1125899906842624"},
+    {"HalfGoesToEvenBelow", 1125899906842624.5, "1125899906842624"},
+    {"HalfGoesToEvenAbove", 1125899906842625.5, "1125899906842626"},
+    {"ZeroesOfTheIntegerPartStay", 1125899906842620.25, "1125899906842620"},
+    {"SmallestDenormal", 4.9406564584124654e-324, "4.940656458412465e-324"},
+    {"Largest", std::numeric_limits<double>::max(), "1.797693134862316e+308"},
+    {"Infinity", kInfinity, "inf"},
+    {"NegativeInfinity", -kInfinity, "-inf"},
+    {"NotANumber", kNaN, "nan"},
+    {"NotANumberWithSign", std::copysign(kNaN, -1.0), "-nan"},
+};
+
+class WrittenNumber : public testing::TestWithParam<Written> {};
+
+TEST_P(WrittenNumber, HasItsText) {
+  EXPECT_EQ(SK_WriterNumberText(GetParam().value).View(), GetParam().text);
+  EXPECT_EQ(StreamText().Of(GetParam().value), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(Writer, WrittenNumber, testing::ValuesIn(kWritten),
+                         [](auto const& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace SK_PLUGIN
