@@ -70,10 +70,11 @@ std::string OrNone(std::string const& text) {
 }  // namespace
 
 int RunInfo(senmark::Senmark const& manager, Request const& request, std::ostream& out) {
-  senmark::File const file = manager.open(request.file);
+  InputFile const input(manager, request.file, InputFile::eText::kKept);
+  senmark::File const& file = input.File();
   senmark::FileInfo const info = file.info();
   std::optional<senmark::Extent> const extent = file.extent();
-  std::optional<TimeBase> const base = FindTimeBase(manager, file, request.file);
+  std::optional<TimeBase> const base = input.FindTimeBase();
   NodeCounts const counts = CountNodes(file);
   std::vector<senmark::VideoSyncTime> const syncTimes = file.videoSyncTimes();
 
