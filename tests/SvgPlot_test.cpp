@@ -271,6 +271,18 @@ TEST(SvgPlot, SizeDoesNotGrowWithTheSamples) {
   EXPECT_LT(Svg(chart).size(), kSvgColumns * 4 * 10);
 }
 
+TEST(SvgPlot, LongLabelsOfTimesStayInside) {
+  Chart chart = ChartOf(eJoin::kLines);
+  chart.extent = {{2000000000, 1}, {2000000010, 1}};
+  chart.curves[0].Add(0, 1);
+  std::string const svg = Svg(chart);
+  std::size_t const label = svg.find(">2\u202F000\u202F000\u202F010</text>");
+  ASSERT_NE(label, std::string::npos) << svg;
+  double const middle = std::strtod(svg.c_str() + svg.rfind("x=\"", label) + 3, nullptr);
+  // 13 characters, each at most 7.4 wide.
+  EXPECT_LE(middle + 13 * 7.4 / 2, 960);
+}
+
 TEST(SvgPlot, HugeNumbersStayInside) {
   constexpr double kMost = std::numeric_limits<double>::max();
   Chart chart = ChartOf(eJoin::kLines);

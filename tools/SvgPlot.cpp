@@ -145,12 +145,9 @@ class Plot {
     // The samples of a single moment stand in the middle.
     mTimes = from < to ? MakeAxis(from, to, kMostTicksAcross, false)
                        : MakeAxis(from - 0.5, from + 0.5, kMostTicksAcross, false);
-    std::size_t widest = 0;
-    for (Tick const& tick : mValues.ticks) {
-      widest = std::max(widest, Columns(tick.label));
-    }
-    mArea.left = kEdge + 32 + kLetter * static_cast<double>(widest);
-    mArea.right = kWidth - kEdge - LegendWidth();
+    mArea.left = kEdge + 32 + LabelWidth(mValues);
+    // Half of a label may stand beyond the end of its axis.
+    mArea.right = kWidth - std::max({kEdge, LabelWidth(mTimes) / 2 + 4, kEdge + LegendWidth()});
   }
 
   void Write() {
@@ -184,6 +181,14 @@ class Plot {
       }
     }
     return MakeAxis(min, max, kMostTicksUp, true);
+  }
+
+  static double LabelWidth(Axis const& axis) {
+    std::size_t widest = 0;
+    for (Tick const& tick : axis.ticks) {
+      widest = std::max(widest, Columns(tick.label));
+    }
+    return kLetter * static_cast<double>(widest);
   }
 
   double LegendWidth() const {

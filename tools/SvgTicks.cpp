@@ -92,7 +92,8 @@ Axis MakeAxis(double min, double max, int mostTicks, bool isRounded) {
   double const largest = std::max(std::abs(axis.from), std::abs(axis.to));
   for (int i = 0; i != mostTicks + 2; ++i) {
     double const value = (first + i) * step + 0.0;  // no negative zero
-    if (value > axis.to + step * 1e-9 || (!axis.ticks.empty() && !(value > axis.ticks.back().value))) {
+    if (!std::isfinite(value) || value > axis.to + step * 1e-9 ||
+        (!axis.ticks.empty() && !(value > axis.ticks.back().value))) {
       break;
     }
     axis.ticks.push_back({value, Label(value, step, largest)});
