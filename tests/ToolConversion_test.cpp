@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <thread>
@@ -395,6 +396,42 @@ INSTANTIATE_TEST_SUITE_P(Tool, Tables,
                          [](testing::TestParamInfo<Table> const& row) {
                            return std::string(fs::path(row.param.file).extension().string().substr(1));
                          });
+
+/// The fields of a line whose fields are quoted or empty, and have no quotes in them.
+std::vector<std::string> FieldsOf(std::string const& line) {
+  std::vector<std::string> fields;
+  for (std::size_t begin = 0; begin < line.size();) {
+    bool const isQuoted = line[begin] == '"';
+    std::size_t const end = std::min(isQuoted ? line.find('"', begin + 1) : line.find(',', begin), line.size());
+    fields.push_back(line.substr(begin + (isQuoted ? 1 : 0), end - begin - (isQuoted ? 1 : 0)));
+    begin = end + (isQuoted ? 2 : 1);
+  }
+  return fields;
+}
+
+TEST_F(ToolConversion, RealTableHasItsCells) {
+  std::vector<std::string> const lines = Lines(mFolder.Read(Data("weather_death_valley_2021.csv")));
+  std::vector<std::string> const headers = FieldsOf(lines[0]);
+  rapidjson::Document const tree = RunJson({"tree", Data("weather_death_valley_2021.csv")});
+  ASSERT_EQ(tree.Size(), headers.size());
+  ASSERT_EQ(lines.size(), 366u);
+  for (rapidjson::SizeType column = 0; column != tree.Size(); ++column) {
+    EXPECT_EQ(tree[column]["displayName"].GetString(), headers[column]);
+    rapidjson::Value const& cells = tree[column]["children"];
+    ASSERT_EQ(cells.Size(), lines.size() - 1);
+    bool const isText = column < 3;  // station, name and date
+    for (rapidjson::SizeType row = 0; row != cells.Size(); ++row) {
+      std::vector<std::string> const fields = FieldsOf(lines[row + 1]);
+      std::string const cell = column < fields.size() ? fields[column] : std::string();
+      ASSERT_STREQ(cells[row]["type"].GetString(), isText ? "string" : "number");
+      if (isText) {
+        ASSERT_EQ(cells[row]["value"].GetString(), cell);
+      } else {
+        ASSERT_EQ(cells[row]["value"].GetDouble(), std::strtod(cell.c_str(), nullptr)) << headers[column] << row;
+      }
+    }
+  }
+}
 
 TEST_F(ToolConversion, MotionIsReadByAllSubcommands) {
   std::string const path = mFolder.Write("walk.bvh", kSmallBvh);
