@@ -22,9 +22,10 @@ std::string FolderForTemporaryFiles() {
 }  // namespace
 
 ScratchFolder::ScratchFolder() {
-  std::string path = (std::filesystem::path(FolderForTemporaryFiles()) / "senmark_XXXXXX").string();
+  std::string const parent = FolderForTemporaryFiles();
+  std::string path = (std::filesystem::path(parent) / "senmark_XXXXXX").string();
   if (mkdtemp(path.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), "cannot make a temporary folder");
+    throw std::system_error(errno, std::generic_category(), "cannot make a temporary folder in \"" + parent + "\"");
   }
   mPath = std::move(path);
 }
