@@ -464,6 +464,9 @@ TEST_F(Tool, WrongUsageHasStatus2) {
                                                     {"samples", "a"},
                                                     {"get", "a"},
                                                     {"info", "a", "--wrong"},
+                                                    {"convert", "a"},
+                                                    {"stream"},
+                                                    {"stream", "a", "--json"},
                                                     {"formats", "a"}}) {
     Outcome const outcome = Run(arguments);
     EXPECT_EQ(outcome.status, 2) << testing::PrintToString(arguments);

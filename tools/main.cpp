@@ -68,7 +68,9 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   CLI::App* const convert = AddFileCommand(app, line, "convert", "writes a file as Timed Data JSON", &RunConvert);
   convert->add_option("OUT", line.request.output, "the file to write")->required();
   convert->add_flag("--force", line.request.overwrites, "replace OUT if it exists");
-  AddFileCommand(app, line, "stream", "the bytes of a file as Timed Data JSON, on standard output", &RunStream);
+  CLI::App* const stream =
+      AddFileCommand(app, line, "stream", "the bytes of a file as Timed Data JSON, on standard output", &RunStream);
+  stream->remove_option(stream->get_option("--json"));  // it has nothing to tell beside them
   AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
   app.require_subcommand(1);
 }
