@@ -1,7 +1,7 @@
 /// The command-line program. It is a host of the library like any other.
-#include <CLI/CLI.hpp>
 #include <poll.h>
 #include <unistd.h>
+#include <CLI/CLI.hpp>
 
 #include <csignal>
 #include <iostream>
