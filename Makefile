@@ -13,17 +13,25 @@ FORMATTED := find $(wildcard include source plugin tools modules tests bench fuz
 help:  ## Lists the commands
 	@grep -hE '^[a-z-]+:.*##' $(MAKEFILE_LIST) | sed -E 's/:[^#]*## /\t/' | expand -t 16
 
-demo: install-build  ## Builds the program and shows real recordings with it
+demo: install-build  ## Builds the program and shows real files with it: motion capture, a table, a recording
 	cmake --preset release
 	cmake --build --preset release -j $(JOBS) --target senmark_tool
+	mkdir -p build/demo
+	build/senmark formats
+	build/senmark convert --force $(DATA)/dab_30hz.bvh build/demo/dab.tdjson
+	build/senmark info $(DATA)/dab_30hz.bvh
+	build/senmark tree $(DATA)/dab_30hz.bvh | sed -n '1,12p'
+	build/senmark samples $(DATA)/dab_30hz.bvh 0 --from 00:00:03:00 --to 00:00:03:05
+	build/senmark plot $(DATA)/dab_30hz.bvh 0
+	build/senmark samples $(DATA)/dab_30hz.bvh 0 --plot build/demo/dab.svg --force
+	build/senmark convert --force $(DATA)/weather_death_valley_2021.csv build/demo/weather.tdjson
+	build/senmark info $(DATA)/weather_death_valley_2021.csv
+	build/senmark tree $(DATA)/weather_death_valley_2021.csv | sed -n -e '/group$$/p' -e '/"TMAX [0-4]"/p'
+	build/senmark get $(DATA)/weather_death_valley_2021.csv data2196/data2385
 	build/senmark info $(DATA)/weather_montreal_utc_v2.tdjson
-	build/senmark tree $(DATA)/weather_montreal_utc_v2.tdjson
 	build/senmark samples $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet \
 	  --from 2012-07-14T12:00:00.000Z --to 2012-07-14T18:00:00.000Z
 	build/senmark plot $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet
-	build/senmark info $(DATA)/dab_30hz_v2.tdjson
-	build/senmark samples $(DATA)/dab_30hz_v2.tdjson 0 --from 3/2 --to 2 --limit 5
-	build/senmark plot $(DATA)/dab_30hz_v2.tdjson 0
 
 check: install-build  ## Builds everything and runs all tests
 	cmake --preset release

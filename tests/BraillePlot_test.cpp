@@ -49,19 +49,6 @@ TEST(BrailleCanvas, LineHasBothEnds) {
   EXPECT_EQ(Bits(canvas.Row(0)), (std::vector<int>{0x40 | 0x20, 0x02 | 0x08}));
 }
 
-TEST(Curve, KnowsItsRange) {
-  Curve curve(3);
-  EXPECT_TRUE(curve.IsEmpty());
-  curve.Add(0, 5);
-  curve.Add(2, -1);
-  curve.Add(2, 3);
-  EXPECT_EQ(curve.Min(), -1);
-  EXPECT_EQ(curve.Max(), 5);
-  EXPECT_FALSE(curve.Columns()[1].isUsed);
-  EXPECT_EQ(curve.Columns()[2].first, -1);
-  EXPECT_EQ(curve.Columns()[2].last, 3);
-}
-
 TEST(DrawCurve, RisesFromBottomToTop) {
   Curve curve(4);
   for (std::size_t i = 0; i != 4; ++i) {

@@ -1,91 +1,21 @@
 // The program, run in processes of its own. What is expected is read from the data files with a JSON
 // reader, or follows from files that the tests write.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <sstream>
 
-#include "NumberSetFile.h"
-#include "TempFolder.h"
-
-extern char** environ;
+#include "ToolRunner.h"
 
 namespace {
 
+using senmark_test::Lines;
 using senmark_test::NumberSetFile;
-using senmark_test::TempFolder;
+using senmark_test::Outcome;
 
-struct Outcome {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
-
-class Tool : public testing::Test {
- protected:
-  static std::string Data(std::string const& name) { return std::string(SENMARK_TEST_DATA) + '/' + name; }
-
-  std::string Write(NumberSetFile const& file) { return mFolder.Write("file.tdjson", file.Text()); }
-
-  Outcome Run(std::vector<std::string> arguments) {
-    std::string const outPath = mFolder.Path("out");
-    std::string const errPath = mFolder.Path("err");
-    arguments.insert(arguments.begin(), SENMARK_TOOL);
-    std::vector<char*> words;
-    for (std::string& argument : arguments) {
-      words.push_back(argument.data());
-    }
-    words.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    pid_t child = 0;
-    int const failure = posix_spawn(&child, SENMARK_TOOL, &actions, nullptr, words.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    EXPECT_EQ(failure, 0);
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status)) << "the program was killed";
-    return {WEXITSTATUS(status), mFolder.Read(outPath), mFolder.Read(errPath)};
-  }
-
-  /// Runs with --json and reads what comes. Fails the test when it is no JSON.
-  rapidjson::Document RunJson(std::vector<std::string> arguments, int status = 0) {
-    arguments.emplace_back("--json");
-    Outcome const outcome = Run(arguments);
-    EXPECT_EQ(outcome.status, status) << outcome.err;
-    return Parse(outcome.out);
-  }
-
-  static rapidjson::Document Parse(std::string const& text) {
-    rapidjson::Document document;
-    document.Parse<rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag>(text.c_str());
-    EXPECT_FALSE(document.HasParseError())
-        << rapidjson::GetParseError_En(document.GetParseError()) << " at " << document.GetErrorOffset();
-    return document;
-  }
-
-  rapidjson::Document Recording(std::string const& name) { return Parse(mFolder.Read(Data(name))); }
-
-  TempFolder mFolder;
-};
-
-std::vector<std::string> Lines(std::string const& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) {
-    lines.push_back(line);
-  }
-  return lines;
-}
+class Tool : public senmark_test::ToolTest {};
 
 rapidjson::Value const* FindSet(rapidjson::Document const& file, std::string const& id) {
   for (rapidjson::Value const& set : file["dataDynamicSamples"].GetArray()) {
@@ -534,6 +464,9 @@ TEST_F(Tool, WrongUsageHasStatus2) {
                                                     {"samples", "a"},
                                                     {"get", "a"},
                                                     {"info", "a", "--wrong"},
+                                                    {"convert", "a"},
+                                                    {"stream"},
+                                                    {"stream", "a", "--json"},
                                                     {"formats", "a"}}) {
     Outcome const outcome = Run(arguments);
     EXPECT_EQ(outcome.status, 2) << testing::PrintToString(arguments);
@@ -545,7 +478,8 @@ TEST_F(Tool, WrongUsageHasStatus2) {
 TEST_F(Tool, HelpNamesTheSubcommands) {
   Outcome const outcome = Run({"--help"});
   EXPECT_EQ(outcome.status, 0);
-  for (char const* const command : {"info", "tree", "get", "samples", "plot", "check", "formats"}) {
+  for (char const* const command :
+       {"info", "tree", "get", "samples", "plot", "check", "convert", "stream", "formats"}) {
     EXPECT_NE(outcome.out.find(command), std::string::npos) << command;
     EXPECT_EQ(Run({command, "--help"}).status, 0) << command;
   }

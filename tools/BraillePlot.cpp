@@ -83,23 +83,6 @@ std::string BrailleCanvas::Row(std::size_t row) const {
   return text;
 }
 
-void CurveColumn::Add(double value) {
-  if (!isUsed) {
-    *this = CurveColumn{true, value, value, value, value};
-    return;
-  }
-  last = value;
-  min = std::min(min, value);
-  max = std::max(max, value);
-}
-
-void Curve::Add(std::size_t column, double value) {
-  mColumns[column].Add(value);
-  mMin = mCount == 0 ? value : std::min(mMin, value);
-  mMax = mCount == 0 ? value : std::max(mMax, value);
-  ++mCount;
-}
-
 void DrawCurve(Curve const& curve, eJoin join, BrailleCanvas& canvas) {
   std::size_t const rows = canvas.DotRows();
   std::int64_t lastColumn = -1;

@@ -1,6 +1,10 @@
+#include <array>
+#include <fstream>
+
 #include "Command.h"
 #include "Excerpt.h"
 #include "JsonWriter.h"
+#include "ScratchFolder.h"
 #include "Utf8.h"
 
 namespace senmark_tool {
@@ -28,25 +32,79 @@ std::uint64_t ReadAll(senmark::Senmark const& manager, std::string const& path) 
   return count;
 }
 
-void WritePlace(JsonWriter& json, senmark::Error const& error, std::optional<Place> const& place) {
+/// Where an error is: in the file, or in the text that the file is converted into.
+struct ErrorPlace {
+  Place place;
+  bool isInConvertedText = false;
+};
+
+/// Whether two texts begin alike. A converted text and its source do not: what begins like a text of the
+/// library's format is not converted.
+bool BeginsLike(senmark::Stream& text, std::string const& path) {
+  constexpr unsigned kCompared = 4096;
+  std::array<char, kCompared> ofText;
+  std::array<char, kCompared> ofFile;
+  unsigned const count = text.read(ofText.data(), kCompared);
+  std::ifstream file(path, std::ios::binary);
+  file.read(ofFile.data(), kCompared);
+  return std::string_view(ofText.data(), count) ==
+         std::string_view(ofFile.data(), static_cast<std::size_t>(file.gcount()));
+}
+
+/// Offsets of errors count in the text that is read, which of a converted file is gone by then: it is converted
+/// once more. None: no place is known, or nothing can be shown of it.
+std::optional<ErrorPlace> FindErrorPlace(senmark::Senmark const& manager, std::string const& path,
+                                         senmark::Error const& error) {
+  if (error.offset() < 0) {
+    return std::nullopt;
+  }
+  std::uint64_t const offset = static_cast<std::uint64_t>(error.offset());
+  ErrorPlace found;
+  senmark::Result<senmark::Stream> text = senmark::attempt([&] { return manager.stream(path); });
+  ScratchFolder const scratch;
+  std::string textPath = path;
+  if (text) {
+    senmark::Stream stream = std::move(text).value();
+    if (!BeginsLike(stream, path)) {
+      found.isInConvertedText = true;
+      textPath = scratch.Path("text");
+      stream.save(textPath);
+    }
+  } else if (text.error().code() != error.code() || text.error().offset() != error.offset()) {
+    return std::nullopt;
+  }
+  // What fails with a place before there is any other text has it in the file itself.
+  std::optional<Place> place = FindPlace(textPath, offset, kExcerptWidth);
+  if (!place) {
+    return std::nullopt;
+  }
+  found.place = std::move(*place);
+  return found;
+}
+
+void WritePlace(JsonWriter& json, senmark::Error const& error, std::optional<ErrorPlace> const& found) {
   json.Key("offset");
   json.Integer(error.offset());
+  if (found) {
+    json.Key("inConvertedText");
+    json.Boolean(found->isInConvertedText);
+  }
   json.Key("line");
-  if (place) {
-    json.Unsigned(place->line);
+  if (found) {
+    json.Unsigned(found->place.line);
     json.Key("column");
-    json.Unsigned(place->column);
+    json.Unsigned(found->place.column);
     json.Key("excerpt");
-    json.String(place->excerpt);
+    json.String(found->place.excerpt);
     json.Key("caret");
-    json.Unsigned(place->caret);
+    json.Unsigned(found->place.caret);
   } else {
     json.Integer(error.line());
   }
 }
 
 void WriteOutcome(std::ostream& out, std::string const& file, senmark::Error const* error,
-                  std::optional<Place> const& place, std::uint64_t samples) {
+                  std::optional<ErrorPlace> const& place, std::uint64_t samples) {
   JsonWriter json(out);
   json.BeginObject();
   json.Key("file");
@@ -70,11 +128,13 @@ void WriteOutcome(std::ostream& out, std::string const& file, senmark::Error con
 }
 
 void PrintError(std::ostream& out, std::string const& file, senmark::Error const& error,
-                std::optional<Place> const& place) {
+                std::optional<ErrorPlace> const& found) {
   out << Printable(file) << ": " << Printable(error.message()) << " (code " << error.code() << ")\n";
-  if (place) {
-    out << "  at byte " << place->offset << ", line " << place->line << ", column " << place->column << "\n\n    "
-        << place->excerpt << "\n    " << std::string(place->caret, ' ') << "^\n";
+  if (found) {
+    Place const& place = found->place;
+    out << "  at byte " << place.offset << (found->isInConvertedText ? " of the converted text, line " : ", line ")
+        << place.line << ", column " << place.column << "\n\n    " << place.excerpt << "\n    "
+        << std::string(place.caret, ' ') << "^\n";
   } else if (error.line() >= 0) {
     out << "  at line " << error.line() << '\n';
   }
@@ -85,9 +145,11 @@ void PrintError(std::ostream& out, std::string const& file, senmark::Error const
 int RunCheck(senmark::Senmark const& manager, Request const& request, std::ostream& out) {
   senmark::Result<std::uint64_t> const samples = senmark::attempt([&] { return ReadAll(manager, request.file); });
   senmark::Error const* const error = samples ? nullptr : &samples.error();
-  std::optional<Place> place;
-  if (error != nullptr && error->offset() >= 0) {
-    place = FindPlace(request.file, static_cast<std::uint64_t>(error->offset()), kExcerptWidth);
+  std::optional<ErrorPlace> place;
+  if (error != nullptr) {
+    senmark::Result<std::optional<ErrorPlace>> found =
+        senmark::attempt([&] { return FindErrorPlace(manager, request.file, *error); });
+    place = found ? std::move(found).value() : std::nullopt;
   }
   if (request.asJson) {
     WriteOutcome(out, request.file, error, place, samples ? samples.value() : 0);

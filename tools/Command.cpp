@@ -5,14 +5,13 @@ namespace senmark_tool {
 namespace {
 
 /// A time of the user's, or `otherwise` when there is none.
-senmark::Time TimeOf(senmark::Senmark const& manager, senmark::File const& file, std::string const& filePath,
-                     std::string const& text, senmark::Time const& otherwise) {
+senmark::Time TimeOf(InputFile const& input, std::string const& text, senmark::Time const& otherwise) {
   if (text.empty()) {
     return otherwise;
   }
   std::optional<senmark::Time> time = ParseSeconds(text);
   if (!time && LooksLikeTimeText(text)) {
-    std::optional<TimeBase> const base = FindTimeBase(manager, file, filePath);
+    std::optional<TimeBase> const base = input.FindTimeBase();
     time = base ? base->Parse(text) : std::nullopt;
     if (!time && base) {
       throw UsageError("\"" + text + "\" is no time of this file; its times begin at " + base->Start());
@@ -27,20 +26,9 @@ senmark::Time TimeOf(senmark::Senmark const& manager, senmark::File const& file,
 
 }  // namespace
 
-std::optional<TimeBase> FindTimeBase(senmark::Senmark const& manager, senmark::File const& file,
-                                     std::string const& path) {
-  senmark::Result<std::optional<TimeBase>> base = senmark::attempt([&]() -> std::optional<TimeBase> {
-    senmark::Stream stream = manager.stream(path);
-    TimeHeader const header = ReadTimeHeader([&](char* buffer, std::size_t capacity) -> std::size_t {
-      return stream.read(buffer, static_cast<unsigned>(capacity));
-    });
-    if (header.firstTime.empty()) {
-      return std::nullopt;
-    }
-    std::optional<senmark::Extent> const& extent = file.samples(header.firstSetId).data().extent;
-    return extent ? TimeBase::Make(header, extent->start) : std::nullopt;
-  });
-  return base ? base.value() : std::nullopt;
+InputFile OpenForRange(senmark::Senmark const& manager, Request const& request) {
+  bool const needsText = LooksLikeTimeText(request.from) || LooksLikeTimeText(request.to);
+  return InputFile(manager, request.file, needsText ? InputFile::eText::kKept : InputFile::eText::kNotNeeded);
 }
 
 senmark::Samples RequestedSet(senmark::File const& file, Request const& request) {
@@ -61,11 +49,11 @@ senmark::Samples RequestedSet(senmark::File const& file, Request const& request)
   }
 }
 
-std::optional<senmark::Extent> RequestedExtent(senmark::Senmark const& manager, senmark::File const& file,
-                                               senmark::Samples const& samples, Request const& request) {
+std::optional<senmark::Extent> RequestedExtent(InputFile const& input, senmark::Samples const& samples,
+                                               Request const& request) {
   senmark::Extent wanted = samples.data().extent.value_or(senmark::Extent());
-  wanted.start = TimeOf(manager, file, request.file, request.from, wanted.start);
-  wanted.end = TimeOf(manager, file, request.file, request.to, wanted.end);
+  wanted.start = TimeOf(input, request.from, wanted.start);
+  wanted.end = TimeOf(input, request.to, wanted.end);
   if (wanted.start > wanted.end && !request.from.empty() && !request.to.empty()) {
     throw UsageError("the begin \"" + request.from + "\" is later than the end \"" + request.to + "\"");
   }
@@ -75,9 +63,8 @@ std::optional<senmark::Extent> RequestedExtent(senmark::Senmark const& manager, 
   return wanted;
 }
 
-senmark::SampleRange RequestedSamples(senmark::Senmark const& manager, senmark::File const& file,
-                                      senmark::Samples const& samples, Request const& request) {
-  std::optional<senmark::Extent> const extent = RequestedExtent(manager, file, samples, request);
+senmark::SampleRange RequestedSamples(InputFile const& input, senmark::Samples const& samples, Request const& request) {
+  std::optional<senmark::Extent> const extent = RequestedExtent(input, samples, request);
   if (request.from.empty() && request.to.empty()) {
     return samples.all();
   }

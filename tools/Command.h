@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "TimeText.h"
+#include "InputFile.h"
 #include "senmark/Host.h"
 
 namespace senmark_tool {
@@ -30,10 +30,14 @@ class UsageError : public std::runtime_error {
 struct Request {
   std::string file;
   std::string path;  ///< of a node
+  std::string output;
+  bool overwrites = false;  ///< an output that exists
   std::string sampleSet;
   std::string from;  ///< time text; empty: the begin
   std::string to;    ///< time text; empty: the end
   std::optional<std::uint64_t> limit;
+  std::string plotPath;  ///< file for a plot of the samples; empty: they are written out
+  bool asCsv = false;
   std::size_t width = 0;   ///< of a chart, in columns; 0: as the terminal
   std::size_t height = 0;  ///< of a chart, in lines; 0: as the terminal
   bool asJson = false;
@@ -47,21 +51,21 @@ int RunGet(senmark::Senmark const& manager, Request const& request, std::ostream
 int RunSamples(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunPlot(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunCheck(senmark::Senmark const& manager, Request const& request, std::ostream& out);
+int RunConvert(senmark::Senmark const& manager, Request const& request, std::ostream& out);
+int RunStream(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunFormats(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 
-/// How the file writes its times. None: it has no samples, or cannot be read as a stream.
-std::optional<TimeBase> FindTimeBase(senmark::Senmark const& manager, senmark::File const& file,
-                                     std::string const& path);
+/// Opens the file for a request with a range, in which times may be written as the file writes them.
+InputFile OpenForRange(senmark::Senmark const& manager, Request const& request);
 
 /// The samples that the user asked for: those of one set, from `from` to `to`.
 ///
 /// Errors: `UsageError` for a set that is not there and for texts that are no times of the file.
-senmark::SampleRange RequestedSamples(senmark::Senmark const& manager, senmark::File const& file,
-                                      senmark::Samples const& samples, Request const& request);
+senmark::SampleRange RequestedSamples(InputFile const& input, senmark::Samples const& samples, Request const& request);
 senmark::Samples RequestedSet(senmark::File const& file, Request const& request);
 
 /// The extent that a chart shows: what was asked for, as far as the set has samples there. None: nothing.
-std::optional<senmark::Extent> RequestedExtent(senmark::Senmark const& manager, senmark::File const& file,
-                                               senmark::Samples const& samples, Request const& request);
+std::optional<senmark::Extent> RequestedExtent(InputFile const& input, senmark::Samples const& samples,
+                                               Request const& request);
 
 }  // namespace senmark_tool

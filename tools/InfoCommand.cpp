@@ -1,29 +1,12 @@
 #include "Command.h"
 #include "JsonWriter.h"
+#include "NodeCounts.h"
 #include "NodeText.h"
 #include "Utf8.h"
 
 namespace senmark_tool {
 
 namespace {
-
-struct Counts {
-  std::uint64_t groups = 0;
-  std::uint64_t statics = 0;
-  std::uint64_t dynamics = 0;
-  std::uint64_t samples = 0;
-};
-
-Counts CountNodes(senmark::File const& file) {
-  Counts counts;
-  file.walk([&](senmark::Node const& node, int) {
-    counts.groups += node.kind == senmark::eNodeKind::kGroup ? 1u : 0u;
-    counts.statics += node.fixed ? 1u : 0u;
-    counts.dynamics += node.dynamic ? 1u : 0u;
-    counts.samples += node.dynamic && node.dynamic->extent ? node.dynamic->sampleCount : 0u;
-  });
-  return counts;
-}
 
 void WriteTimeBase(JsonWriter& json, std::optional<TimeBase> const& base) {
   json.Key("timeBase");
@@ -87,11 +70,12 @@ std::string OrNone(std::string const& text) {
 }  // namespace
 
 int RunInfo(senmark::Senmark const& manager, Request const& request, std::ostream& out) {
-  senmark::File const file = manager.open(request.file);
+  InputFile const input(manager, request.file, InputFile::eText::kKept);
+  senmark::File const& file = input.File();
   senmark::FileInfo const info = file.info();
   std::optional<senmark::Extent> const extent = file.extent();
-  std::optional<TimeBase> const base = FindTimeBase(manager, file, request.file);
-  Counts const counts = CountNodes(file);
+  std::optional<TimeBase> const base = input.FindTimeBase();
+  NodeCounts const counts = CountNodes(file);
   std::vector<senmark::VideoSyncTime> const syncTimes = file.videoSyncTimes();
 
   if (!request.asJson) {

@@ -2,10 +2,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 #include "BraillePlot.h"
+#include "Chart.h"
 #include "Command.h"
 #include "JsonWriter.h"
 #include "NodeText.h"
@@ -35,73 +35,8 @@ Size TerminalSize() {
   return {FromEnvironment("COLUMNS", 80), FromEnvironment("LINES", 24)};
 }
 
-/// A chart with a curve for each number of the values.
-struct Chart {
-  senmark::Extent extent;
-  std::vector<Curve> curves;
-  std::vector<std::string> names;
-};
-
-std::size_t ColumnOf(double seconds, Chart const& chart, std::size_t columns) {
-  double const span = chart.extent.duration();
-  double const share = span > 0 ? (seconds - chart.extent.start.seconds()) / span : 0.5;
-  double const last = static_cast<double>(columns - 1);
-  return static_cast<std::size_t>(std::clamp(std::floor(share * last + 0.5), 0.0, last));
-}
-
-void Add(Chart& chart, std::size_t curve, std::size_t columns, double seconds, double value) {
-  if (std::isfinite(value) && curve < chart.curves.size()) {
-    chart.curves[curve].Add(ColumnOf(seconds, chart, columns), value);
-  }
-}
-
-/// The display name of the node that a set belongs to. Files tell units there, if anywhere.
-std::string NameOfSet(senmark::File const& file, std::string const& id) {
-  std::string name;
-  file.walk([&](senmark::Node const& node, int) {
-    if (node.dynamic && node.dynamic->sampleSetId == id) {
-      name = node.displayName;
-    }
-  });
-  return name;
-}
-
-Chart MakeChart(senmark::SampleRange const& range, senmark::DynamicData const& data, std::string const& name,
-                senmark::Extent const& extent, std::size_t columns) {
-  Chart chart;
-  chart.extent = extent;
-  senmark::NumberArrayProperties const* const array = std::get_if<senmark::NumberArrayProperties>(&data.properties);
-  std::uint64_t const count = array == nullptr ? 1 : array->arraySize;
-  for (std::uint64_t i = 0; i != count; ++i) {
-    chart.curves.emplace_back(columns);
-    bool const isNamed = array != nullptr && i < array->displayNames.size();
-    chart.names.push_back(name + (array == nullptr ? ""
-                                  : isNamed        ? ", " + array->displayNames[i]
-                                                   : ", " + std::to_string(i)));
-  }
-  for (senmark::Sample const& sample : range) {
-    double const seconds = sample.time.seconds();
-    if (double const* const number = std::get_if<double>(&sample.value)) {
-      Add(chart, 0, columns, seconds, *number);
-    } else if (std::vector<double> const* const numbers = std::get_if<std::vector<double>>(&sample.value)) {
-      for (std::size_t i = 0; i != numbers->size(); ++i) {
-        Add(chart, i, columns, seconds, (*numbers)[i]);
-      }
-    }
-  }
-  return chart;
-}
-
-eJoin JoinOf(senmark::eInterpolation interpolation) {
-  switch (interpolation) {
-    case senmark::eInterpolation::kLinear:
-      return eJoin::kLines;
-    case senmark::eInterpolation::kHold:
-      return eJoin::kSteps;
-    case senmark::eInterpolation::kNone:
-      break;
-  }
-  return eJoin::kDots;
+std::string CurveName(Chart const& chart, std::size_t curve) {
+  return chart.isArray ? chart.name + ", " + chart.elements[curve] : chart.name;
 }
 
 /// Columns that the numbers of all axes need.
@@ -113,17 +48,17 @@ std::size_t LabelWidth(Chart const& chart) {
   return width;
 }
 
-void PrintChart(std::ostream& out, Chart const& chart, eJoin join, std::size_t width, std::size_t height) {
+void PrintChart(std::ostream& out, Chart const& chart, std::size_t width, std::size_t height) {
   std::size_t const labelWidth = LabelWidth(chart);
   for (std::size_t i = 0; i != chart.curves.size(); ++i) {
     Curve const& curve = chart.curves[i];
-    out << std::string(labelWidth + 1, ' ') << Printable(chart.names[i]);
+    out << std::string(labelWidth + 1, ' ') << Printable(CurveName(chart, i));
     if (curve.IsEmpty()) {
       out << ": no samples\n";
       continue;
     }
     out << ": " << NumberText(curve.Min()) << " to " << NumberText(curve.Max()) << '\n';
-    for (std::string const& line : PanelLines(curve, join, width, height, labelWidth)) {
+    for (std::string const& line : PanelLines(curve, chart.join, width, height, labelWidth)) {
       out << line << '\n';
     }
   }
@@ -148,7 +83,7 @@ void WriteChart(std::ostream& out, Chart const& chart, Request const& request, s
   for (std::size_t i = 0; i != chart.curves.size(); ++i) {
     json.BeginObject();
     json.Key("name");
-    json.String(chart.names[i]);
+    json.String(CurveName(chart, i));
     json.Key("columns");
     json.BeginArray(JsonWriter::eLayout::kLines);
     for (std::size_t column = 0; column != columns; ++column) {
@@ -184,31 +119,21 @@ int RunPlot(senmark::Senmark const& manager, Request const& request, std::ostrea
   constexpr std::size_t kMostSize = 2000;  // of a terminal, in characters
   constexpr std::size_t kLinesAround = 3;  // axis of time, and the prompt below
 
-  senmark::File const file = manager.open(request.file);
-  senmark::Samples const samples = RequestedSet(file, request);
-  senmark::eValueType const type = samples.data().type;
-  if (type != senmark::eValueType::kNumber && type != senmark::eValueType::kNumberArray) {
-    throw UsageError("the samples of \"" + request.sampleSet + "\" are no numbers");
-  }
-  std::optional<senmark::Extent> const extent = RequestedExtent(manager, file, samples, request);
-  if (!extent) {
-    throw UsageError("no samples to show");
-  }
+  InputFile const input = OpenForRange(manager, request);
   Size const terminal = TerminalSize();
   std::size_t const width = std::clamp(request.width != 0 ? request.width : terminal.width, kLeastWidth, kMostSize);
   std::size_t const height = std::min(request.height != 0 ? request.height : terminal.height, kMostSize);
   // The numbers of an axis take at most 12 columns, so this is enough room for them.
   std::size_t const chartWidth = width - 13;
   std::size_t const columns = chartWidth * BrailleCanvas::kDotsAcross;
-  Chart const chart = MakeChart(RequestedSamples(manager, file, samples, request), samples.data(),
-                                NameOfSet(file, request.sampleSet), *extent, columns);
+  Chart const chart = MakeChart(input, request, columns);
   if (request.asJson) {
     WriteChart(out, chart, request, columns);
     return kFine;
   }
   std::size_t const panels = std::max<std::size_t>(chart.curves.size(), 1);
   std::size_t const share = height > kLinesAround ? (height - kLinesAround) / panels : 0;
-  PrintChart(out, chart, JoinOf(samples.data().interpolation), chartWidth, std::max(share, kLeastPanel + 1) - 1);
+  PrintChart(out, chart, chartWidth, std::max(share, kLeastPanel + 1) - 1);
   return kFine;
 }
 

@@ -1,6 +1,9 @@
 /// The command-line program. It is a host of the library like any other.
+#include <poll.h>
+#include <unistd.h>
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <iostream>
 
 #include "Command.h"
@@ -50,11 +53,24 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   CLI::App* const samples = AddFileCommand(app, line, "samples", "times and values of a sample set", &RunSamples);
   AddRange(*samples, line);
   samples->add_option("--limit", line.request.limit, "at most so many samples")->check(CLI::NonNegativeNumber);
+  CLI::Option* const csv = samples->add_flag(
+      "--csv", line.request.asCsv, "comma-separated text: RFC 4180 with lines that end in LF, times in seconds");
+  csv->excludes("--json");
+  CLI::Option* const picture =
+      samples->add_option("--plot", line.request.plotPath, "draw the samples into this SVG file");
+  picture->excludes(csv)->excludes("--limit");
+  samples->add_flag("--force", line.request.overwrites, "replace the SVG file if it exists")->needs(picture);
   CLI::App* const plot = AddFileCommand(app, line, "plot", "a chart of a sample set", &RunPlot);
   AddRange(*plot, line);
   plot->add_option("--width", line.request.width, "columns, instead of the terminal's")->check(CLI::PositiveNumber);
   plot->add_option("--height", line.request.height, "lines, instead of the terminal's")->check(CLI::PositiveNumber);
   AddFileCommand(app, line, "check", "reads all of a file and shows the first error with its place", &RunCheck);
+  CLI::App* const convert = AddFileCommand(app, line, "convert", "writes a file as Timed Data JSON", &RunConvert);
+  convert->add_option("OUT", line.request.output, "the file to write")->required();
+  convert->add_flag("--force", line.request.overwrites, "replace OUT if it exists");
+  CLI::App* const stream =
+      AddFileCommand(app, line, "stream", "the bytes of a file as Timed Data JSON, on standard output", &RunStream);
+  stream->remove_option(stream->get_option("--json"));  // it has nothing to tell beside them
   AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
   app.require_subcommand(1);
 }
@@ -65,18 +81,39 @@ void Complain(std::string const& file, std::string const& message) {
             << senmark_tool::Printable(message) << '\n';
 }
 
+/// Whether what reads the output has seen enough and is gone, which is no news to anybody.
+bool HasNoReader() {
+  pollfd output{STDOUT_FILENO, POLLOUT, 0};
+  return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
+}
+
+/// While it lives, the first write to standard output that fails ends the work by an exception, so that all that
+/// was opened and made for it is given back.
+class ThrowingOutput {
+ public:
+  ThrowingOutput() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::cout.exceptions(std::ios::badbit | std::ios::failbit);
+  }
+  ~ThrowingOutput() { std::cout.exceptions(std::ios::goodbit); }
+  ThrowingOutput(ThrowingOutput const&) = delete;
+  ThrowingOutput& operator=(ThrowingOutput const&) = delete;
+};
+
 int RunCommand(CommandLine const& line) {
   std::string const& file = line.request.file;
   try {
+    ThrowingOutput const throwing;
     senmark::Options options;
     options.pluginFolder = line.moduleFolder;
     senmark::Senmark const manager(senmark::Library::Linked(), options);
     int const status = line.run(manager, line.request, std::cout);
-    if (!std::cout.flush()) {
-      Complain("", "cannot write the output");
-      return senmark_tool::kFileAtFault;
-    }
+    std::cout.flush();
     return status;
+  } catch (std::ios_base::failure const&) {
+    if (!HasNoReader()) {
+      Complain("", "cannot write the output");
+    }
   } catch (senmark_tool::UsageError const& error) {
     Complain(file, error.what());
     return senmark_tool::kUsageAtFault;
