@@ -537,6 +537,35 @@ TEST_F(DumpSamplesUtils, FailedWriteCanBeTriedAgain) {
   EXPECT_TRUE(ReadAll(*mDump) == written);
 }
 
+TEST_F(DumpSamplesUtils, FailedLaterWriteLeavesTheEarlierOnes) {
+  Samples written;
+  Fill(*mDump, 3 * kLimit, &written);
+  ASSERT_EQ(SizeOfTempFile(), 2 * kLimit);
+  {
+    FileSizeLimit const limit(2 * kLimit + kLimit / 2 + 7);
+    EXPECT_EQ(CodeOf([this] { Fill(*mDump, kRecord); }), 1055);
+  }
+  EXPECT_EQ(SizeOfTempFile(), 2 * kLimit);
+  Fill(*mDump, kLimit, &written, written.size());
+  EXPECT_TRUE(ReadAll(*mDump) == written);
+}
+
+TEST_F(DumpSamplesUtils, FailedWriteOfAClearedDumpLeavesAnEmptyFile) {
+  Fill(*mDump, 2 * kLimit);
+  mDump->ClearDump();
+  Fill(*mDump, kLimit);
+  FileSizeLimit const limit(kLimit / 2 + 7);
+  EXPECT_EQ(CodeOf([this] { Fill(*mDump, kRecord); }), 1055);
+  EXPECT_EQ(SizeOfTempFile(), 0u);
+}
+
+TEST_F(DumpSamplesUtils, FullDiskIsToldAlsoIfTheFileCannotBeCutBack) {
+  Fill(*mDump, kLimit);
+  FailingCall const full(senmark_test::kWrite, ENOSPC);
+  FailingCall const noCut(senmark_test::kFtruncate, EIO);
+  EXPECT_EQ(CodeOf([this] { Fill(*mDump, kRecord); }), 1034);
+}
+
 class ReadingFails : public DumpSamplesUtils, public testing::WithParamInterface<FailingStep> {};
 
 TEST_P(ReadingFails, WithItsCodeAndNothingMoreIsDelivered) {
@@ -761,9 +790,17 @@ INSTANTIATE_TEST_SUITE_P(Dump, EarlySpillFails,
 
 TEST_F(DumpSamplesUtils, EarlySpillThatLeavesHalfARecordIsAFailure) {
   TakeTheShareOfAll();
-  FileSizeLimit const limit(50000);
-  FailingCall const noCut(senmark_test::kFtruncate, EIO);
-  EXPECT_EQ(CodeOf([this] { Fill(*mDump, kLimit / 2); }), 1055);
+  {
+    FileSizeLimit const limit(50000);
+    FailingCall const noCut(senmark_test::kFtruncate, EIO);
+    EXPECT_EQ(CodeOf([this] { Fill(*mDump, kLimit / 2); }), 1055);
+  }
+  // The half record goes with the file, so that the next failure is none.
+  mDump->ClearDump();
+  Samples written;
+  FailingCall const noFile(senmark_test::kMkostemp, EACCES);
+  Fill(*mDump, kLimit / 2, &written);
+  EXPECT_TRUE(ReadAll(*mDump) == written);
 }
 
 // What was handed to the file may be lost, although the write went well.

@@ -354,6 +354,20 @@ TEST_F(SerializerTest, LargeSetIsCutBackWhole) {
   EXPECT_EQ(File(), before + R"(,{"sampleSetID":"c","samples":[{"time":"T1","value":"09"}]})");
 }
 
+TEST_F(SerializerTest, PlaceOfAFailedSetIsForgotten) {
+  UseTimeCode();
+  AddFlag();
+  WriteNumbers("a", {{"T1", "7"}});
+  ExpectWriterError([&] { WriteNumbers("b", {{"T1", "7"}, {"T2", ""}}, 2, 1200000); }, 2014);
+  mSerializer.clearDynamicSamples();
+  mSerializer.serializeRootToFile();
+  std::string const whole = File();
+  // Of a set that is committed too late, and fails before it has written anything.
+  ExpectWriterError([&] { WriteNumbers("c", {{"T1", ""}}); }, 2014);
+  mSerializer.clearDynamicSamples();
+  EXPECT_EQ(File(), whole);
+}
+
 TEST_F(SerializerTest, LargeSetHasTheSameTextAsASmallOne) {
   UseTimeCode();
   std::vector<Record> records;
