@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
@@ -21,6 +22,7 @@
 #include <vector>
 
 #include "FailingCalls.h"
+#include "SK_FileIO.h"
 #include "SK_PluginException.h"
 #include "TempFolder.h"
 
@@ -99,6 +101,22 @@ class FailingAllocations {
   ~FailingAllocations() { gSmallestFailing = 0; }
   FailingAllocations(FailingAllocations const&) = delete;
   FailingAllocations& operator=(FailingAllocations const&) = delete;
+};
+
+/// Descriptors from this number on are refused for as long as it lives.
+class DescriptorLimit {
+ public:
+  explicit DescriptorLimit(rlim_t limit) {
+    getrlimit(RLIMIT_NOFILE, &mBefore);
+    rlimit const now = {limit, mBefore.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &now), 0);
+  }
+  ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &mBefore); }
+  DescriptorLimit(DescriptorLimit const&) = delete;
+  DescriptorLimit& operator=(DescriptorLimit const&) = delete;
+
+ private:
+  rlimit mBefore = {};
 };
 
 using Sample = std::pair<std::string, std::string>;
@@ -313,6 +331,20 @@ TEST_F(DumpSamplesUtils, ValueTooLongForItsLengthLosesWhatFollows) {
   EXPECT_EQ(std::count(found.begin(), found.end(), Sample(TimeOf(2), "2")), 0);
 }
 
+TEST_F(DumpSamplesUtils, LengthCountsModulo65536) {
+  for (std::size_t const length : {std::size_t{65536}, std::size_t{65537}, std::size_t{131071}, std::size_t{131072}}) {
+    SK_DumpSamplesUtils& dump = AnotherDump();
+    std::string const value(length, 'x');
+    Write(dump, {TimeOf(1), value});
+    std::string_view time;
+    std::string_view found = "not empty";
+    ASSERT_TRUE(dump.ReadSample(time, found));
+    EXPECT_EQ(time, TimeOf(1));
+    EXPECT_EQ(found.size(), length % 65536);
+    mOthers.clear();
+  }
+}
+
 TEST_F(DumpSamplesUtils, ViewsAreGoodUntilTheNextCall) {
   Samples written;
   Fill(*mDump, kLimit + kRecord, &written);
@@ -503,6 +535,35 @@ TEST_F(DumpSamplesUtils, FailedWriteCanBeTriedAgain) {
   }
   Fill(*mDump, kLimit, &written, written.size());
   EXPECT_TRUE(ReadAll(*mDump) == written);
+}
+
+TEST_F(DumpSamplesUtils, FailedLaterWriteLeavesTheEarlierOnes) {
+  Samples written;
+  Fill(*mDump, 3 * kLimit, &written);
+  ASSERT_EQ(SizeOfTempFile(), 2 * kLimit);
+  {
+    FileSizeLimit const limit(2 * kLimit + kLimit / 2 + 7);
+    EXPECT_EQ(CodeOf([this] { Fill(*mDump, kRecord); }), 1055);
+  }
+  EXPECT_EQ(SizeOfTempFile(), 2 * kLimit);
+  Fill(*mDump, kLimit, &written, written.size());
+  EXPECT_TRUE(ReadAll(*mDump) == written);
+}
+
+TEST_F(DumpSamplesUtils, FailedWriteOfAClearedDumpLeavesAnEmptyFile) {
+  Fill(*mDump, 2 * kLimit);
+  mDump->ClearDump();
+  Fill(*mDump, kLimit);
+  FileSizeLimit const limit(kLimit / 2 + 7);
+  EXPECT_EQ(CodeOf([this] { Fill(*mDump, kRecord); }), 1055);
+  EXPECT_EQ(SizeOfTempFile(), 0u);
+}
+
+TEST_F(DumpSamplesUtils, FullDiskIsToldAlsoIfTheFileCannotBeCutBack) {
+  Fill(*mDump, kLimit);
+  FailingCall const full(senmark_test::kWrite, ENOSPC);
+  FailingCall const noCut(senmark_test::kFtruncate, EIO);
+  EXPECT_EQ(CodeOf([this] { Fill(*mDump, kRecord); }), 1034);
 }
 
 class ReadingFails : public DumpSamplesUtils, public testing::WithParamInterface<FailingStep> {};
@@ -714,6 +775,7 @@ TEST_P(EarlySpillFails, AndAllSamplesStayInMemory) {
   {
     auto const failing = GetParam().makeFailing();
     Fill(*mDump, kLimit / 2, &written);
+    EXPECT_EQ(CountOpenDescriptors(), mDescriptors);
   }
   Fill(*mDump, kLimit, &written, written.size());
   EXPECT_TRUE(ReadAll(*mDump) == written);
@@ -728,9 +790,70 @@ INSTANTIATE_TEST_SUITE_P(Dump, EarlySpillFails,
 
 TEST_F(DumpSamplesUtils, EarlySpillThatLeavesHalfARecordIsAFailure) {
   TakeTheShareOfAll();
-  FileSizeLimit const limit(50000);
-  FailingCall const noCut(senmark_test::kFtruncate, EIO);
-  EXPECT_EQ(CodeOf([this] { Fill(*mDump, kLimit / 2); }), 1055);
+  {
+    FileSizeLimit const limit(50000);
+    FailingCall const noCut(senmark_test::kFtruncate, EIO);
+    EXPECT_EQ(CodeOf([this] { Fill(*mDump, kLimit / 2); }), 1055);
+  }
+  // The half record goes with the file, so that the next failure is none.
+  mDump->ClearDump();
+  Samples written;
+  FailingCall const noFile(senmark_test::kMkostemp, EACCES);
+  Fill(*mDump, kLimit / 2, &written);
+  EXPECT_TRUE(ReadAll(*mDump) == written);
+}
+
+// What was handed to the file may be lost, although the write went well.
+TEST_F(DumpSamplesUtils, EarlySpillWhoseFileCannotBeClosedIsAFailure) {
+  TakeTheShareOfAll();
+  FailingCall const noClose(senmark_test::kClose, EIO, 2);  // the file is closed twice while it is made
+  EXPECT_EQ(CodeOf([this] { Fill(*mDump, kLimit / 2); }), 1008);
+}
+
+TEST_F(DumpSamplesUtils, EarlySpillsLeaveTheDescriptorsToOthers) {
+  constexpr std::size_t kDumps = 80;
+  DescriptorLimit const limit(40);
+  for (std::size_t i = 0; i < kDumps; ++i) {
+    Fill(AnotherDump(), 200 * kRecord);
+  }
+  EXPECT_GT(TempFiles(), 40u);
+  EXPECT_EQ(CountOpenDescriptors(), mDescriptors);
+  std::string const output = mFolder.Path("output");
+  EXPECT_TRUE(File_IO::Create(output.c_str(), true, true));
+  File_IO::Close(File_IO::Open(output.c_str(), false, true));
+  for (auto const& dump : mOthers) {
+    EXPECT_EQ(ReadAll(*dump).size(), 200u);
+  }
+}
+
+TEST_F(DumpSamplesUtils, FlushesGoOnBehindAnEarlySpill) {
+  Samples written;
+  TakeTheShareOfAll();
+  Fill(*mDump, 200 * kRecord, &written);
+  ASSERT_EQ(TempFiles(), 1u);
+  std::string const file = TempFile();
+  std::size_t const early = SizeOfTempFile();
+  EXPECT_GT(early, 0u);
+  mOthers.clear();
+  Fill(*mDump, 3 * kLimit, &written, written.size());
+  ASSERT_EQ(TempFiles(), 1u);
+  EXPECT_EQ(TempFile(), file);
+  EXPECT_EQ(SizeOfTempFile(), early + 3 * kLimit);
+  EXPECT_TRUE(ReadAll(*mDump) == written);
+}
+
+TEST_F(DumpSamplesUtils, FileOfAnEarlySpillThatCannotBeOpenedAgainIsNamedAtTheLimit) {
+  Samples written;
+  TakeTheShareOfAll();
+  Fill(*mDump, 200 * kRecord, &written);
+  mOthers.clear();
+  Fill(*mDump, kLimit - (200 * kRecord - SizeOfTempFile()), &written, written.size());
+  {
+    FailingCall const noOpen(senmark_test::kOpen, EMFILE);
+    EXPECT_EQ(CodeOf([this] { Fill(*mDump, kRecord); }), 1006);
+  }
+  Fill(*mDump, kRecord, &written, written.size());
+  EXPECT_TRUE(ReadAll(*mDump) == written);
 }
 
 TEST_F(DumpSamplesUtils, MissingTempFolderIsNamedAtTheLimit) {

@@ -167,6 +167,29 @@ TEST(WriterNumberText, PowersOfTwoAndTheirNeighboursAreTheTextOfAStream) {
   }
 }
 
+// Of all numbers that are scaled these lie nearest to halfway between two texts, on each side of it: from 2^-58.6 to
+// 2^-53 of the last digit. Found by Euclid's algorithm on the multiples of the powers of five.
+double const kNearestToTies[] = {
+    0x1.070b15bfbaee0p-71,  0x1.48cddb2fa9a98p-68,  0x1.9b0151fb9413ep-65,  0x1.a4de8932c4b00p-75,
+    0x1.01a103abb2e7cp-49,  0x1.420944969fa1bp-46,  0x1.e74123910300ep-98,  0x1.f6debb467567ep-131,
+    0x1.55d0895ee92a3p-83,  0x1.8f1fa06dd6a7ep-79,  0x1.6d255f9703514p-84,  0x1.c86eb77cc4259p-81,
+    0x1.c8b016999b9f7p-41,  0x1.d81a45d51662bp-54,  0x1.ad5e4a9729b62p-121, 0x1.827185818c5bap-48,
+    0x1.618596be30fe5p-26,  0x1.0e337464faa08p-58,  0x1.51c0517e3948ap-55,  0x1.b05253d4c4340p-62,
+    0x1.4ec327662f838p-128, 0x1.a273f13fbb646p-125, 0x1.f8497211f6a8ep-107, 0x1.76ca8be2021d6p-123,
+    0x1.8355f7eae78d9p-105, 0x1.2d73088f4050ap-93,  0x1.98b8f10cee22fp-35,  0x1.bb033a44739c5p-118,
+    0x1.c42c8cd6e078fp-92,  0x1.2d73088f4050ap-94,  0x1.4e6b045a21230p-113, 0x1.a205c570a96bcp-110,
+    0x1.6c362a3dc506fp-114, 0x1.744685e678d2ep-53,  0x1.db3bcf1f17c45p-73,  0x1.52e548405c99fp-27,
+    0x1.0ef33a409ad6bp-59,  0x1.e89befe23d5d1p-64,  0x1.288cc35b50403p-123, 0x1.daea6ce37cc13p-98,
+    0x1.9f6e4768c83fbp-50,  0x1.e3f2094c514eep-122, 0x1.847a35cf1d785p-84,  0x1.3cf4d2839e036p-26,
+    0x1.1e8b734aa3747p-79,  0x1.ca78b8776bed8p-83,  0x1.398454147f10dp-108, 0x1.f5a0868731b48p-112};
+
+TEST(WriterNumberText, NeighboursOfTiesAreTheTextOfAStream) {
+  Comparison comparison;
+  for (double const value : kNearestToTies) {
+    EXPECT_TRUE(comparison.Agrees(value));
+  }
+}
+
 struct Written {
   char const* name;
   double value;

@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <new>
+#include <random>
 #include <string>
 
 #include "FailingMemory.h"
@@ -80,6 +81,18 @@ Padding const kPaddings[] = {
     {"NegativeWithExponent", 6, 1, true, "-1e+21", "-01e+21.0"},
     {"Nan", 4, 0, true, "nan", "+0nan"},
     {"Infinity", 3, 0, true, "-inf", "-inf"},
+    {"InfinityWithDecimals", 4, 2, true, "inf", "+0inf.00"},
+    {"NegativeInfinityIsPaddedBehindItsSign", 4, 1, false, "-inf", "-0inf.0"},
+    {"NegativeNan", 5, 0, true, "-nan", "-00nan"},
+    {"WiderThanNothing", 0, 0, false, "nan", "nan"},
+    {"NegativeExponentBehindAPoint", 2, 5, false, "-2.5e-1", "-02.5e-10"},
+    {"MinusAlone", 2, 1, true, "-", "-00.0"},
+    {"MinusAloneWithoutDigits", 0, 0, true, "-", "-"},
+    {"PointAlone", 2, 1, true, ".", "+00.0"},
+    {"MinusAndPoint", 1, 1, false, "-.", "-0.0"},
+    {"FirstPointCounts", 2, 4, false, "1.2.3", "01.2.30"},
+    {"SecondMinusIsADigit", 3, 0, true, "--1", "-0-1"},
+    {"PlusIsADigit", 3, 0, true, "+1", "+0+1"},
     {"NoDigitsAtAll", 0, 0, false, "5", "5"},
     {"EmptyTextOfAnElement", 2, 1, true, "", "+00.0"},
     {"EmptyTextAndPattern", 0, 0, false, "", ""},
@@ -87,6 +100,42 @@ Padding const kPaddings[] = {
 
 INSTANTIATE_TEST_SUITE_P(SerializerSample, PaddedNumber, testing::ValuesIn(kPaddings),
                          [](auto const& row) { return std::string(row.param.name); });
+
+/// The steps of padding, one after the other, on a text of its own.
+std::string PaddedStepByStep(std::string text, SK_NumberPattern const& pattern) {
+  std::size_t const signs = text.substr(0, 1) == "-" ? 1 : 0;
+  std::size_t const point = text.find('.');
+  std::size_t decimals = 0;
+  std::size_t integers = text.size() - signs;
+  if (point != std::string::npos) {
+    decimals = text.size() - point - 1;
+    integers = text.size() - decimals - signs - 1;
+  } else if (pattern.digitsDecimal != 0) {
+    text += '.';
+  }
+  for (; integers < pattern.digitsInteger; ++integers) {
+    text.insert(signs, "0");
+  }
+  for (; decimals < pattern.digitsDecimal; ++decimals) {
+    text += '0';
+  }
+  return pattern.isSigned && signs == 0 ? '+' + text : text;
+}
+
+TEST(SerializerSample, AnyTextIsPaddedStepByStep) {
+  std::mt19937 random(5);
+  std::string const characters = "--..0159e+naif ";
+  for (int i = 0; i != 50000; ++i) {
+    std::string text(random() % 9, ' ');
+    for (char& character : text) {
+      character = characters[random() % characters.size()];
+    }
+    SK_NumberPattern const pattern = Pattern(random() % 9, random() % 9, random() % 2 != 0);
+    std::string const padded = TextOf([&](auto& out) { AppendPaddedNumber(out, text, pattern); });
+    ASSERT_EQ(padded, PaddedStepByStep(text, pattern))
+        << text << ' ' << pattern.digitsInteger << ' ' << pattern.digitsDecimal << ' ' << pattern.isSigned;
+  }
+}
 
 TEST(SerializerSample, NumberIsAText) {
   EXPECT_EQ(TextOf([](auto& out) { AppendNumberSample(out, "00:00:01:02", "-1.5", Pattern(3, 2, true)); }),

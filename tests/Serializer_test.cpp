@@ -309,6 +309,38 @@ TEST_F(SerializerTest, FailedFirstSetLeavesACommaToTheNext) {
   EXPECT_EQ(File(), kTimeCodeHead + sets + "]," + kFlagOutline + "}");
 }
 
+TEST_F(SerializerTest, PromiseIsTakenBackBehindAFailedFirstSet) {
+  UseTimeCode();
+  ExpectWriterError([&] { WriteNumbers("a", {{"T1", ""}}); }, 2014);
+  mSerializer.clearDynamicSamples();
+  AddFlag();
+  mSerializer.serializeRootToFile();
+  EXPECT_EQ(File(), std::string(kVersion) + R"(,"dynamicSamplesPresentB":false,)" + kFlagOutline + "}");
+}
+
+TEST_F(SerializerTest, FirstSetThatFailsBehindALaterOneLeavesItAlone) {
+  UseTimeCode();
+  WriteNumbers("a", {{"T1", "7"}});
+  std::string const sets = R"(,"dataDynamicSamples":[{"sampleSetID":"a","samples":[{"time":"T1","value":"07"}]})";
+  ExpectWriterError([&] { WriteNumbers("b", {{"T1", ""}}); }, 2014);
+  mSerializer.clearDynamicSamples();
+  AddFlag();
+  mSerializer.serializeRootToFile();
+  EXPECT_EQ(File(), kTimeCodeHead + sets + "]," + kFlagOutline + "}");
+}
+
+TEST_F(SerializerTest, HeadThatIsWrittenAgainKeepsWhereThePromiseBegins) {
+  UseTimeCode();
+  AddFlag();
+  mSerializer.serializeVersionToFile();
+  mSerializer.clearFile();
+  AddFlag();
+  mSerializer.serializeVersionToFile();
+  EXPECT_EQ(File(), kTimeCodeHead);
+  mSerializer.serializeRootToFile();
+  EXPECT_EQ(File(), std::string(kVersion) + R"(,"dynamicSamplesPresentB":false,)" + kFlagOutline + "}");
+}
+
 // The number of the set's first sample is as wide as it takes to pass the limit of one append.
 TEST_F(SerializerTest, LargeSetIsCutBackWhole) {
   UseTimeCode();
@@ -320,6 +352,20 @@ TEST_F(SerializerTest, LargeSetIsCutBackWhole) {
   EXPECT_EQ(File(), before);
   WriteNumbers("c", {{"T1", "9"}});
   EXPECT_EQ(File(), before + R"(,{"sampleSetID":"c","samples":[{"time":"T1","value":"09"}]})");
+}
+
+TEST_F(SerializerTest, PlaceOfAFailedSetIsForgotten) {
+  UseTimeCode();
+  AddFlag();
+  WriteNumbers("a", {{"T1", "7"}});
+  ExpectWriterError([&] { WriteNumbers("b", {{"T1", "7"}, {"T2", ""}}, 2, 1200000); }, 2014);
+  mSerializer.clearDynamicSamples();
+  mSerializer.serializeRootToFile();
+  std::string const whole = File();
+  // Of a set that is committed too late, and fails before it has written anything.
+  ExpectWriterError([&] { WriteNumbers("c", {{"T1", ""}}); }, 2014);
+  mSerializer.clearDynamicSamples();
+  EXPECT_EQ(File(), whole);
 }
 
 TEST_F(SerializerTest, LargeSetHasTheSameTextAsASmallOne) {
@@ -506,6 +552,30 @@ TEST_F(SerializerRoundTrip, TreeAndSamplesComeBackAsTheyWere) {
   ASSERT_EQ(samples.size(), 5u);
   EXPECT_EQ(boost::get<std::string>(samples[0].value.value), "x");
   EXPECT_EQ(boost::get<std::string>(samples[4].value.value), "xxxxx");
+}
+
+// A text's length is kept modulo 65,536, its width is not.
+TEST_F(SerializerRoundTrip, TextOf65537BytesKeepsItsFirst) {
+  UseTimeCode();
+  SK_PluginResult result;
+  auto const texts = Make<TdjsonDynamicDataStringImpl>("texts");
+  EXPECT_TRUE(Add(*texts, senmark_test::TimeCode(0), result, std::string(65537, 'x').c_str()));
+  mRoot->AddStaticData(std::make_shared<TdjsonStaticDataBoolImpl>(nullptr, "F", "f", true));
+  Committed(texts);
+  EXPECT_EQ(FileText(), std::string(senmark_test::kTimeCodeHead) +
+                            R"(,"dataDynamicSamples":[{"sampleSetID":"Stexts","samples":[{"time":"00:00:00:00",)"
+                            R"("value":{"length":"00001","str":"x)" +
+                            std::string(65536, ' ') + R"("}}]})");
+}
+
+TEST_F(SerializerRoundTrip, TextOf65536BytesIsAnEmptyOne) {
+  UseTimeCode();
+  SK_PluginResult result;
+  auto const texts = Make<TdjsonDynamicDataStringImpl>("texts");
+  EXPECT_TRUE(Add(*texts, senmark_test::TimeCode(0), result, std::string(65536, 'x').c_str()));
+  texts->commit(&result);
+  EXPECT_EQ(result.mErrorCode, 2014);
+  EXPECT_EQ(FileText(), senmark_test::kTimeCodeHead);
 }
 
 TEST_F(SerializerRoundTrip, CalendarTimesWithoutSamplesAreAFileWithoutTimes) {

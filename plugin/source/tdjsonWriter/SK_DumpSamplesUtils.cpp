@@ -169,7 +169,10 @@ void SK_DumpSamplesUtils::FlushBufferToFile() {
   }
   RunFileStep([this] {
     if (mFileDescriptor == -1) {
-      OpenTempFile();
+      if (!mHasFileData) {
+        MakeTempFile();
+      }
+      mFileDescriptor = File_IO::Open(mTempFilePath.c_str(), false, true);
     }
     AppendBufferToFile();
   });
@@ -186,8 +189,8 @@ void SK_DumpSamplesUtils::ExecBeforeRead() {
   mReadPrepared = true;
   // Stays if a step fails: what lies in the buffer must not pass for all samples.
   mReadDone = true;
+  CloseTempFile();
   RunFileStep([this] {
-    File_IO::Close(std::exchange(mFileDescriptor, -1));
     mFileMapper = std::make_unique<SK_NAMESPACE_INT::SK_FileMapper>(mTempFilePath);
     mMappedRead = mFileMapper->GetFilePointer();
     mMappedEnd = mMappedRead + mFileMapper->GetFileSize();
@@ -217,7 +220,8 @@ bool SK_DumpSamplesUtils::WouldPassShare(std::size_t recordLength) const {
 }
 
 // A file that cannot be made or written is no failure here: the buffer has not reached its own limit, and a
-// conversion for which memory is enough does not depend on the disk.
+// conversion for which memory is enough does not depend on the disk. It does not stay open either: a file of a
+// thousand streams would have no descriptor left for its output.
 void SK_DumpSamplesUtils::SpillEarly() {
   try {
     FlushBufferToFile();
@@ -226,6 +230,7 @@ void SK_DumpSamplesUtils::SpillEarly() {
       throw;
     }
   }
+  CloseTempFile();
 }
 
 void SK_DumpSamplesUtils::FreeBuffer() noexcept {
@@ -233,11 +238,10 @@ void SK_DumpSamplesUtils::FreeBuffer() noexcept {
   gBufferedBytes.fetch_sub(std::exchange(mCountedBytes, 0), std::memory_order_relaxed);
 }
 
-void SK_DumpSamplesUtils::OpenTempFile() {
+void SK_DumpSamplesUtils::MakeTempFile() {
   DeleteTempFile();  // of an attempt that failed
   File_IO::GetTempFile(mTempFilePath, std::string());
   File_IO::Create(mTempFilePath.c_str(), true, false);
-  mFileDescriptor = File_IO::Open(mTempFilePath.c_str(), false, true);
 }
 
 void SK_DumpSamplesUtils::AppendBufferToFile() {
@@ -247,6 +251,10 @@ void SK_DumpSamplesUtils::AppendBufferToFile() {
     File_IO::ThrowWriteFailed(reason);
   }
   mFileBytes += static_cast<long long>(mBuffer.size());
+}
+
+void SK_DumpSamplesUtils::CloseTempFile() {
+  RunFileStep([this] { File_IO::Close(std::exchange(mFileDescriptor, -1)); });
 }
 
 // A write may have stopped in the middle of a record, behind which no other may come.

@@ -55,8 +55,9 @@ class SK_DumpSamplesUtils {
   bool WouldPassShare(std::size_t recordLength) const;
   void SpillEarly();
   void FreeBuffer() noexcept;
-  void OpenTempFile();
+  void MakeTempFile();
   void AppendBufferToFile();
+  void CloseTempFile();
   void CutFileBack() noexcept;
   void DeleteTempFile() noexcept;
   void DropMapping() noexcept;

@@ -71,7 +71,8 @@ struct Binade {
 
 constexpr std::uint64_t kNoLimit = ~std::uint64_t{0};
 
-// 10^exponent * 2^(63 - binade), rounded up; `kNoLimit` if that is 2^64 or more.
+// 10^exponent * 2^(63 - binade), cut off; `kNoLimit` if that is 2^64 or more. It need not be exact: with sixteen digits
+// of either exponent, a number that near to a power of ten is rounded to that power.
 constexpr std::uint64_t ShiftedPowerOfTen(int exponent, int binade) {
   Uint128 divisor = 1;
   Uint128 remainder = 1;
@@ -94,7 +95,7 @@ constexpr std::uint64_t ShiftedPowerOfTen(int exponent, int binade) {
       return kNoLimit;
     }
   }
-  return static_cast<std::uint64_t>(quotient) + (remainder != 0 ? 1 : 0);
+  return static_cast<std::uint64_t>(quotient);
 }
 
 constexpr std::array<Binade, kBinades> MakeBinades() {
@@ -131,8 +132,9 @@ inline Decimal RoundToSixteenDigits(std::uint64_t mantissa, int binade) {
   std::uint64_t digits = top >> shift;
   std::uint64_t const fraction = top << (64U - shift);
   bool const isHalfOrMore = (fraction & kSignBit) != 0;
-  bool const isNoTie =
-      ((fraction << 1U) | static_cast<std::uint64_t>(product) | static_cast<std::uint64_t>(lowProduct)) != 0;
+  // The lowest 64 bits, less than 2^-73 of the last digit, say nothing new: what is not halfway is at least 2^-58
+  // above.
+  bool const isNoTie = ((fraction << 1U) | static_cast<std::uint64_t>(product)) != 0;
   digits += static_cast<std::uint64_t>(isHalfOrMore && (isNoTie || (digits & 1U) != 0));
   if (digits == kTenToSixteen) {
     digits = kTenToFifteen;
