@@ -83,7 +83,9 @@ std::shared_ptr<SK_ConversionInfo> SK_ConverterManager::ConvertNative(char const
   if (handler == nullptr) {
     ThrowError({kFormatNotSupported, SK_Message::kFileFormatNotSupported, -1, -1});
   }
-  info->isTemporary = File_IO::GetTempFile(info->filePath, ResultFolder(outputPath));
+  std::string const folder = ResultFolder(outputPath);
+  info->isTemporary = true;  // before there is a file: what fails behind its making must not leave it
+  File_IO::GetTempFile(info->filePath, folder);
   pathInfo.outputPath = info->filePath;
   try {
     handler->construct(handler->uid, pathInfo)->convertToTDJSON();

@@ -7,12 +7,14 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "ExpectError.h"
 #include "FailingCalls.h"
 #include "SK_ConverterRegistry.h"
 #include "SenmarkImpl.h"
 #include "TempFolder.h"
+#include "senmark/ITdjsonStream.h"
 
 namespace ns_sensor {
 namespace {
@@ -167,6 +169,48 @@ Document const kDocuments[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Documents, JsonConversionOf, testing::ValuesIn(kDocuments), NameOfRow);
+
+/// The kind of the top level is noted between check and conversion: other files in between, open ones and streams,
+/// do not disturb it.
+TEST_F(JsonConversion, FilesOfBothKindsMayBeOpenSideBySide) {
+  std::string const array = mFolder.Write("array.json", "[true]");
+  std::string const object = mFolder.Write("object.json", "{\"k\": true}");
+  std::string const neither = mFolder.Write("neither.json", "a\nx\n");
+  std::string const ofArray = File(Boolean(0, "dataOutline 0", "true"));
+  std::string const ofObject = File(Boolean(0, "k", "true"));
+  std::vector<ITdjsonStream*> streams;
+  std::vector<ISensorFileHandler*> handlers;
+  auto const stream = [&](std::string const& path) {
+    ITdjsonStream* opened = nullptr;
+    mManager->CreateTdjsonStream(&opened, path.c_str(), true);
+    streams.push_back(opened);
+    std::string content(opened->GetStreamSize(), '\0');
+    opened->ReadStream(content.data(), opened->GetStreamSize());
+    return content;
+  };
+  auto const open = [&](std::string const& path) {
+    std::string const output = mOut + "out.tdjson";
+    handlers.push_back(nullptr);
+    mManager->OpenFile(&handlers.back(), path.c_str(), output.c_str());
+    std::string const content = mFolder.Read(output);
+    std::filesystem::remove(output);
+    return content;
+  };
+  EXPECT_EQ(stream(array), ofArray);
+  EXPECT_EQ(open(object), ofObject);
+  EXPECT_EQ(stream(object), ofObject);
+  EXPECT_EQ(open(array), ofArray);
+  EXPECT_NE(stream(neither), ofArray);
+  EXPECT_NE(open(neither), ofArray);
+  EXPECT_EQ(stream(array), ofArray);
+  EXPECT_EQ(stream(object), ofObject);
+  for (ITdjsonStream*& opened : streams) {
+    mManager->DestroyTdjsonStream(&opened);
+  }
+  for (ISensorFileHandler*& opened : handlers) {
+    mManager->CloseFile(&opened);
+  }
+}
 
 TEST_F(JsonConversion, InvalidTextIsRefused) {
   for (char const* const text : {"[1, 2", "[1] 2", "{\"a\": 1", "{\"a\": }", "{\"a\": [}"}) {

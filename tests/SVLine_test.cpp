@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ExpectError.h"
@@ -33,7 +35,7 @@ std::string ToBytes(std::u16string_view text, FileEncodingType encoding) {
 class LineFile {
  public:
   Lines OfBytes(std::string const& bytes) const {
-    SK_InputBytes input(mFolder.Write("table", bytes));
+    SK_InputBytes input(Write(bytes));
     return ReadAll(input, GetMBLine);
   }
 
@@ -42,11 +44,17 @@ class LineFile {
   }
 
   Lines OfUnitBytes(std::string const& bytes, FileEncodingType encoding) const {
-    SVUnitInput input(mFolder.Write("table", bytes), encoding);
+    SVUnitInput input(Write(bytes), encoding);
     return ReadAll(input, GetWCLine);
   }
 
  private:
+  std::string Write(std::string const& bytes) const {
+    // A file that is cut and written anew is flushed to the disk by some systems.
+    std::filesystem::remove(mFolder.Path("table"));
+    return mFolder.Write("table", bytes);
+  }
+
   template <typename Input>
   static Lines ReadAll(Input& input, void (*readLine)(Input&, std::string&)) {
     Lines lines;
@@ -261,6 +269,114 @@ TEST_P(Units, SurrogateWithoutTheOtherIsRefused) {
 /// The mark goes before the units become characters.
 TEST_P(Units, PairAroundAMarkIsJoined) {
   EXPECT_THAT(Read(std::u16string{0xD800, 0xFEFF, 0xDC00}), ElementsAreArray({"\xF0\x90\x80\x80"}));
+}
+
+/// The lines of a file of units by the rules, one unit at a time; `kRefused` in place of a line that is no text.
+/// What a look at the next unit gives has its bytes in the order of a big-endian file.
+class ReferenceUnits {
+ public:
+  static constexpr char kRefused[] = "refused";
+
+  ReferenceUnits(std::u16string text, bool isSwapped) : mText(std::move(text)), mIsSwapped(isSwapped) {}
+
+  Lines ReadAll() {
+    Lines lines;
+    while (mNext != mText.size() && (lines.empty() || lines.back() != kRefused)) {
+      lines.push_back(ToUtf8(ReadLine()));
+    }
+    return lines;
+  }
+
+ private:
+  bool LooksLike(char16_t unit) const {
+    return mNext != mText.size() && (mIsSwapped ? swap_endian(mText[mNext]) : mText[mNext]) == unit;
+  }
+
+  std::u16string ReadLine() {
+    std::u16string line;
+    while (mNext != mText.size()) {
+      char16_t const unit = mText[mNext++];
+      if (unit == 0xFEFF || unit == 0xFFFE) {
+        continue;
+      }
+      if (unit == '\n' || unit == '\r') {
+        mNext += unit == '\n' && LooksLike('\r') ? 1 : 0;
+        break;
+      }
+      line += unit;
+      if (unit == '"') {
+        ReadQuotation(line);
+      }
+    }
+    return line;
+  }
+
+  void ReadQuotation(std::u16string& line) {
+    while (mNext != mText.size()) {
+      line += mText[mNext++];
+      if (line.back() == '"') {
+        if (!LooksLike('"')) {
+          return;
+        }
+        line += mText[mNext++];
+      }
+    }
+  }
+
+  static std::string ToUtf8(std::u16string const& text) {
+    std::string bytes;
+    for (std::size_t i = 0; i != text.size(); ++i) {
+      unsigned code = text[i];
+      if (code >= 0xD800 && code <= 0xDFFF) {
+        unsigned const low = i + 1 != text.size() ? text[i + 1] : 0U;
+        if (code > 0xDBFF || low < 0xDC00 || low > 0xDFFF) {
+          return kRefused;
+        }
+        code = 0x10000 + (code - 0xD800) * 0x400 + (low - 0xDC00);
+        ++i;
+      }
+      int const more = code < 0x80 ? 0 : code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+      constexpr unsigned kFirstMarks[] = {0, 0xC0, 0xE0, 0xF0};
+      bytes += static_cast<char>(kFirstMarks[more] | code >> 6 * more);
+      for (int left = more; left-- != 0;) {
+        bytes += static_cast<char>(0x80 | (code >> 6 * left & 0x3F));
+      }
+    }
+    return bytes;
+  }
+
+  std::u16string const mText;
+  bool const mIsSwapped;
+  std::size_t mNext = 0;
+};
+
+TEST_P(Units, AreReadAsOneByOne) {
+  // Characters that mean something in one order or the other, and their neighbours.
+  constexpr std::u16string_view kAlphabet =
+      u"\"\"\"\"\n\n\r\r,ab\u2200\u2200\u0A00\u0D00\u0D00\uFEFF\uFFFE\u0023\u2300\u00DF\u20AC";
+  std::mt19937 random(11);
+  int refused = 0;
+  for (int i = 0; i < 4000; ++i) {
+    std::u16string text;
+    for (auto left = random() % 16; left != 0; --left) {
+      if (random() % 40 == 0) {
+        text += static_cast<char16_t>(random() % 2 == 0 ? 0xD83D : 0xDE00);
+      } else if (random() % 20 == 0) {
+        text += u"\U0001F600";
+      } else {
+        text += kAlphabet[random() % kAlphabet.size()];
+      }
+    }
+    Lines const expected = ReferenceUnits(text, GetParam() == kUTF16LittleEndian).ReadAll();
+    if (!expected.empty() && expected.back() == ReferenceUnits::kRefused) {
+      EXPECT_THROW(Read(text), SK_Exception) << testing::PrintToString(text);
+      ++refused;
+    } else {
+      ASSERT_THAT(Read(text), ElementsAreArray(expected)) << testing::PrintToString(text);
+    }
+  }
+  EXPECT_GT(refused, 200);
+  EXPECT_LT(refused, 2000);
 }
 
 // What follows a quote or a line feed is looked at with its bytes in the order of a big-endian file.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -48,6 +49,10 @@ class CopyingConverter : public SK_ConverterHandlerBase {
       throw std::bad_alloc();
     }
     if (content == "unknown exception") {
+      throw 1;
+    }
+    if (content == "result gone") {
+      std::filesystem::remove(mPathInfo.outputPath);
       throw 1;
     }
     return false;  // nobody looks at it
@@ -211,6 +216,8 @@ Failure const kFailures[] = {
     {"PluginException", "plugin exception", 2001, "File Cannot be converted.", -1},
     {"NoMemory", "no memory", 34, "Unable to allocate memory.", -1},
     {"UnknownException", "unknown exception", 34, "Unknown exception occurred.", -1},
+    // What was thrown first is lost: there is nothing to delete any more.
+    {"DeletionThatFails", "result gone", 9, "File_IO::Delete, failure.", -1},
     {"EmptyResult", "", 54, "Empty Input file.", -1},
     {"ResultThatIsNoJson", "[]", 32, "Unable to find TDJSON opening '{'.", 0},
 };
@@ -243,6 +250,40 @@ TEST_F(Conversion, ResultThatCannotBeMadeIsCode15) {
   ISensorFileHandler* handler = nullptr;
   ExpectError([&] { mManager->OpenFile(&handler, input.c_str(), nullptr); }, 15,
               "File_IO::GetTempFile, Unable to open temporary file.");
+}
+
+TEST_F(Conversion, ResultThatCannotBeClosedIsDeleted) {
+  std::string const input = Input(kSmallVersion2);
+  for (std::string const& output : {mOut + "wanted", std::string()}) {
+    ISensorFileHandler* handler = nullptr;
+    // The first close is that of the look at the input's format.
+    senmark_test::FailingCall const failing(senmark_test::kClose, EIO, 1, 1);
+    ExpectError([&] { mManager->OpenFile(&handler, input.c_str(), output.c_str()); }, 8,
+                "File_IO::Close, Cannot close file.");
+    EXPECT_TRUE(failing.HasFailed());
+    EXPECT_EQ(handler, nullptr);
+    EXPECT_EQ(OutNames(), "");
+    EXPECT_EQ(mFolder.TempNames(), "");
+  }
+}
+
+/// The result takes the place of the input, which was read by then.
+TEST_F(Conversion, OutputMayBeTheInput) {
+  std::string const input = Input(kSmallVersion2);
+  ISensorFileHandler* const handler = Open(input, input.c_str());
+  EXPECT_EQ(mFolder.Read(input), kSmallVersion2);
+  Close(handler);
+}
+
+/// Its pointer is compared and never followed.
+TEST_F(Conversion, StreamOfAnEarlierManagerIsUnknown) {
+  ITdjsonStream* stream = nullptr;
+  mManager->CreateTdjsonStream(&stream, Input(kSmallVersion2).c_str(), true);
+  EXPECT_TRUE(SenmarkImpl::Terminate());
+  EXPECT_EQ(mFolder.TempNames(), "");
+  SenmarkImpl* const later = SenmarkImpl::Initialize(nullptr, nullptr, nullptr);
+  ExpectError([&] { later->DestroyTdjsonStream(&stream); }, 56, "No stream created by Senmark.");
+  EXPECT_NE(stream, nullptr);
 }
 
 TEST_F(Conversion, StreamGivesTheResultUnderTheNameOfTheInput) {
