@@ -68,6 +68,7 @@ set(SENMARK_SOURCES
     source/NativeConverters/JSON/JsonParser.cpp
     source/NativeConverters/JSON/JsonValueAccess.cpp
     source/NativeConverters/SK_InputBytes.cpp
+    source/NativeConverters/SK_LongNames.cpp
     source/NativeConverters/SV/CSVConverter.cpp
     source/NativeConverters/SV/SVCells.cpp
     source/NativeConverters/SV/SVEncoding.cpp

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "FailingCalls.h"
 #include "SK_Exception.h"
 #include "SK_PluginException.h"
@@ -461,6 +463,15 @@ TEST_F(BVHConversion, NestsAsDeepAsTheFileLikes) {
   EXPECT_EQ(converted.substr(converted.size() - innermost.size() - 2 * static_cast<std::size_t>(kDepth) - 2,
                              innermost.size()),
             innermost);
+}
+
+/// The joint, its group and its three nodes have nine names together, of which the limit lets eight pass.
+TEST_F(BVHConversion, LongNamesHaveALimitTogether) {
+  std::string const name(SK_LongNames::kLimit / 9 + 1, 'n');
+  std::string const head = "HIERARCHY\nROOT " + name + "\n{\n";
+  std::string const tail = "}\nFrames: 0\nFrame Time: 0.04\n";
+  EXPECT_THROW(Converted(head + "CHANNELS 6 Xposition Yposition Zposition Xrotation Yrotation Zrotation\n" + tail),
+               std::bad_alloc);
 }
 
 TEST_F(BVHConversion, CheckTakesFilesThatBeginWithItsWords) {

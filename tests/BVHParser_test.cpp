@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <sstream>
 
 #include "SK_PluginException.h"
@@ -27,8 +28,9 @@ class BVHParser : public testing::Test {
   /// The skeleton as text and the line behind it, or the error.
   std::string Parsed(std::string const& content) {
     BVHInput input(mFolder.Write("input.bvh", content));
+    SK_LongNames names;
     try {
-      std::string const text = TextOf(*ParseSkeleton(input));
+      std::string const text = TextOf(*ParseSkeleton(input, names));
       return text + " then " + std::string(input.ReadLine());
     } catch (SK_PLUGIN::SK_PluginException const& error) {
       return std::to_string(error.GetErrorCode()) + " at " + std::to_string(error.GetFileOffset()) + ',' +
@@ -242,7 +244,8 @@ TEST_F(BVHParser, ReadsAMillionNestedJoints) {
     closed += "}\n";
   }
   BVHInput input(mFolder.Write("deep.bvh", closed));
-  auto const skeleton = ParseSkeleton(input);
+  SK_LongNames names;
+  auto const skeleton = ParseSkeleton(input, names);
   SkeletonNode const* node = skeleton.get();
   int depth = 0;
   for (; !node->GetChildren().empty(); ++depth) {
@@ -253,9 +256,37 @@ TEST_F(BVHParser, ReadsAMillionNestedJoints) {
   EXPECT_EQ(Parsed(content), kHierarchyError);
 }
 
+/// An end that hangs on an end has a name three bytes longer, and both keep the names of what they hang on.
+TEST_F(BVHParser, LongNamesAreCountedHoweverTheyCome) {
+  std::string const name(2000, 'n');
+  std::string const path =
+      mFolder.Write("long.bvh", "HIERARCHY\nROOT r\n{\nJOINT " + name + "\n{\nEnd Site\n{\nEnd Site\n{\n}\n}\n}\n}\n");
+  constexpr std::uint64_t kBytes = 2000 + 2003 + 2006 + 2003 + 2000;
+  {
+    BVHInput input(path);
+    SK_LongNames names(kBytes);
+    ParseSkeleton(input, names);
+    EXPECT_EQ(names.GetBytes(), kBytes);
+  }
+  BVHInput input(path);
+  SK_LongNames names(kBytes - 1);
+  EXPECT_THROW(ParseSkeleton(input, names), std::bad_alloc);
+}
+
+TEST_F(BVHParser, EndsThatNestWithoutEndAreRefusedInTime) {
+  std::string content = "HIERARCHY\nROOT r\n{\n";
+  for (int depth = 0; depth != 300000; ++depth) {
+    content += "End Site\n{\n";
+  }
+  BVHInput input(mFolder.Write("ends.bvh", content));
+  SK_LongNames names(std::uint64_t{1} << 25U);
+  EXPECT_THROW(ParseSkeleton(input, names), std::bad_alloc);
+}
+
 TEST_F(BVHParser, BuilderReadsABodyAlone) {
   BVHInput input(mFolder.Write("body.bvh", "{\nCHANNELS 3 Xrotation Yrotation Zrotation\n}\nnext\n"));
-  EXPECT_EQ(TextOf(*IterativeNodeBuilder(input, "a", true)), "a<(0 0 0)p-1r-1");
+  SK_LongNames names;
+  EXPECT_EQ(TextOf(*IterativeNodeBuilder(input, "a", true, names)), "a<(0 0 0)p-1r-1");
   EXPECT_EQ(input.ReadLine(), "next");
 }
 

@@ -24,10 +24,6 @@ SK_NumberArrayProperties ThreeNumbers(eEulerOrder order, std::string const& kind
   return properties;
 }
 
-std::string MatchNameOf(std::string const& displayName) {
-  return "mn" + displayName;
-}
-
 /// A joint whose children are being made.
 struct OpenGroup {
   SkeletonNode const* joint;
@@ -46,7 +42,7 @@ bool BVHConverter::convertToTDJSON() {
   if (!input.IsOpen()) {
     ThrowBVHError(eBVHError::kCannotOpen);
   }
-  mSkeleton = ParseSkeleton(input);
+  mSkeleton = ParseSkeleton(input, mNames);
   // The count is not needed, for lines of motion go on to the end of the file. But the frame time stands
   // behind it.
   std::uint64_t frameCount = 0;
@@ -93,9 +89,9 @@ BVHConverter::Group BVHConverter::CreateTdjsonNode(SkeletonNode const& skeleton)
 
 BVHConverter::Group BVHConverter::CreateJointGroup(SkeletonNode const& joint) {
   std::string const& name = joint.GetName();
-  Group group = Writer_Wrapper::CreateGroup_Wrapper(this, MatchNameOf(name), name);
+  Group group = Writer_Wrapper::CreateGroup_Wrapper(this, MatchNameOf(name), mNames.Counted(name));
 
-  std::string const offsetName = name + "OFFSET";
+  std::string const offsetName = mNames.Counted(name + "OFFSET");
   SkeletonNode::Offset const& offset = joint.GetOffset();
   group->AddStaticData(Writer_Wrapper::CreateStaticDataNumArr_Wrapper(this, MatchNameOf(offsetName), offsetName,
                                                                       {offset.begin(), offset.end()},
@@ -119,11 +115,15 @@ BVHConverter::Group BVHConverter::CreateJointGroup(SkeletonNode const& joint) {
 BVHConverter::Channels BVHConverter::CreateChannels(std::string const& name,
                                                     SK_NumberArrayProperties const& properties) {
   SK_DynamicDataFields fields;
-  fields.displayName = name;
+  fields.displayName = mNames.Counted(name);
   fields.matchName = MatchNameOf(name);
   fields.sampleSetID = GetNextSampleSetID();
   fields.interpolation = kLinearInterpolation;
   return Writer_Wrapper::CreateDynamicDataNumArr_Wrapper(this, fields, properties);
+}
+
+std::string BVHConverter::MatchNameOf(std::string const& displayName) {
+  return mNames.Counted("mn" + displayName);
 }
 
 std::string BVHConverter::GetNextSampleSetID() {

@@ -10,6 +10,7 @@
 
 #include "BVHInput.h"
 #include "SK_ConverterHandlerBase.h"
+#include "SK_LongNames.h"
 #include "SkeletonNode.h"
 #include "Writer_Wrapper.h"
 
@@ -23,7 +24,8 @@ class BVHConverter : public SK_ConverterHandlerBase {
   BVHConverter(BVHConverter const&) = delete;
   BVHConverter& operator=(BVHConverter const&) = delete;
 
-  /// True, or an `SK_PLUGIN::SK_PluginException` (`eBVHError`), or what the writer throws.
+  /// True, or an `SK_PLUGIN::SK_PluginException` (`eBVHError`), or what the writer throws. Names of joints that take
+  /// more memory than `SK_LongNames` lets pass, all together, end in `std::bad_alloc`.
   bool convertToTDJSON() override;
 
  private:
@@ -34,6 +36,7 @@ class BVHConverter : public SK_ConverterHandlerBase {
   /// The group of a joint, with its nodes and the groups of all joints below it.
   Group CreateTdjsonNode(SkeletonNode const& skeleton);
   Group CreateJointGroup(SkeletonNode const& joint);
+  std::string MatchNameOf(std::string const& displayName);
   Channels CreateChannels(std::string const& name, SK_NumberArrayProperties const& properties);
   std::string GetNextSampleSetID();
 
@@ -49,6 +52,7 @@ class BVHConverter : public SK_ConverterHandlerBase {
   /// In the order of the numbers on a line, three for each. Without an order: a position.
   std::vector<std::pair<Channels, eEulerOrder>> mChannelNodes;
   std::shared_ptr<SkeletonNode> mSkeleton;
+  SK_LongNames mNames;          ///< those of the skeleton and of its nodes in the writer
   std::vector<double> mFrame;   ///< the numbers of one line
   std::vector<double> mSample;  ///< those of one node
 };

@@ -14,9 +14,9 @@ struct OpenJoint {
   bool isEndSite;
 };
 
-OpenJoint BeginJoint(BVHInput& input, std::string const& name, bool isEndSite) {
+OpenJoint BeginJoint(BVHInput& input, std::string const& name, bool isEndSite, SK_LongNames& names) {
   OpenJoint joint{std::make_shared<SkeletonNode>(), isEndSite};
-  joint.node->SetName(name);
+  joint.node->SetName(names.Counted(name));
   if (input.ReadLine().find('{') == std::string_view::npos) {
     ThrowBVHError(eBVHError::kBadHierarchy);
   }
@@ -49,15 +49,15 @@ void ReadChannels(BVHLine& line, std::string_view text, SkeletonNode& node) {
   node.SetRotationOrder(GetRotationOrder(text));
 }
 
-void HangOn(SkeletonNode& parent, std::shared_ptr<SkeletonNode> child) {
-  child->SetParentName(parent.GetName());
+void HangOn(SkeletonNode& parent, std::shared_ptr<SkeletonNode> child, SK_LongNames& names) {
+  child->SetParentName(names.Counted(parent.GetName()));
   parent.AddChild(std::move(child));
 }
 
 /// Reads one more line of the innermost joint. A joint that begins there becomes the innermost one.
 ///
 /// Gives whether the line closed it.
-bool ReadJointLine(BVHInput& input, std::vector<OpenJoint>& joints) {
+bool ReadJointLine(BVHInput& input, std::vector<OpenJoint>& joints, SK_LongNames& names) {
   SkeletonNode& node = *joints.back().node;
   bool const isEndSite = joints.back().isEndSite;
   std::string_view const text = input.ReadLine();
@@ -71,21 +71,21 @@ bool ReadJointLine(BVHInput& input, std::vector<OpenJoint>& joints) {
   } else if (word == "JOINT" && !isEndSite) {
     std::string name;
     line.Read(name);
-    joints.push_back(BeginJoint(input, name, false));
+    joints.push_back(BeginJoint(input, name, false, names));
   } else if (word == "End") {
     std::string site;
     line.Read(site);
     if (site != "Site") {
       ThrowBVHError(eBVHError::kBadHierarchy);
     }
-    joints.push_back(BeginJoint(input, node.GetName() + "End", true));
+    joints.push_back(BeginJoint(input, node.GetName() + "End", true, names));
   }
   return word == "}";
 }
 
 }  // namespace
 
-std::shared_ptr<SkeletonNode> ParseSkeleton(BVHInput& input) {
+std::shared_ptr<SkeletonNode> ParseSkeleton(BVHInput& input, SK_LongNames& names) {
   std::string word;
   BVHLine(input.ReadLine()).Read(word);
   if (word != "HIERARCHY") {
@@ -99,14 +99,15 @@ std::shared_ptr<SkeletonNode> ParseSkeleton(BVHInput& input) {
   }
   std::string name;
   line.Read(name);
-  return IterativeNodeBuilder(input, name, false);
+  return IterativeNodeBuilder(input, name, false, names);
 }
 
-std::shared_ptr<SkeletonNode> IterativeNodeBuilder(BVHInput& input, std::string const& name, bool isEndSite) {
-  std::vector<OpenJoint> joints = {BeginJoint(input, name, isEndSite)};
+std::shared_ptr<SkeletonNode> IterativeNodeBuilder(BVHInput& input, std::string const& name, bool isEndSite,
+                                                   SK_LongNames& names) {
+  std::vector<OpenJoint> joints = {BeginJoint(input, name, isEndSite, names)};
   while (true) {
     std::size_t const depth = joints.size();
-    bool const isClosed = ReadJointLine(input, joints);
+    bool const isClosed = ReadJointLine(input, joints, names);
     if (joints.size() != depth) {
       continue;
     }
@@ -121,7 +122,7 @@ std::shared_ptr<SkeletonNode> IterativeNodeBuilder(BVHInput& input, std::string 
       if (joints.empty()) {
         return node;
       }
-      HangOn(*joints.back().node, std::move(node));
+      HangOn(*joints.back().node, std::move(node), names);
       ends = !input.IsGood();
     }
   }

@@ -1,6 +1,5 @@
 #include "JsonConverter.h"
 
-#include <new>
 #include <utility>
 
 #include "JsonParser.h"
@@ -52,7 +51,7 @@ struct JsonConverter::OpenGroup {
   ITdjsonGroup_v1* parent;  ///< null where the caller keeps the group
   Group group;
   std::shared_ptr<JsonIterator> items;
-  std::uint64_t longName = 0;  ///< what its name counts against the limit
+  std::uint64_t longName = 0;  ///< bytes of its name that are counted
   bool hasAdded = false;
 };
 
@@ -86,8 +85,8 @@ bool JsonConverter::AddDoubleData(Group const& group, std::shared_ptr<JsonIterat
   double value;
   item->GetPropertyDoubleValue(value);
   std::string const matchName = GetNewMatchName();
-  group->AddStaticData(
-      Writer_Wrapper::CreateStaticDataNum_Wrapper(this, matchName, CountedName(*item), value, SK_NumberProperties()));
+  group->AddStaticData(Writer_Wrapper::CreateStaticDataNum_Wrapper(
+      this, matchName, mNames.Counted(item->GetPropertyKey()), value, SK_NumberProperties()));
   return true;
 }
 
@@ -95,8 +94,8 @@ bool JsonConverter::AddStringData(Group const& group, std::shared_ptr<JsonIterat
   std::string value;
   item->GetPropertyStringValue(value);
   std::string const matchName = GetNewMatchName();
-  group->AddStaticData(Writer_Wrapper::CreateStaticDataString_Wrapper(this, matchName, CountedName(*item), value,
-                                                                      SK_StringProperties()));
+  group->AddStaticData(Writer_Wrapper::CreateStaticDataString_Wrapper(
+      this, matchName, mNames.Counted(item->GetPropertyKey()), value, SK_StringProperties()));
   return true;
 }
 
@@ -104,7 +103,8 @@ bool JsonConverter::AddBooleanData(Group const& group, std::shared_ptr<JsonItera
   bool value;
   item->GetPropertyBoolValue(value);
   std::string const matchName = GetNewMatchName();
-  group->AddStaticData(Writer_Wrapper::CreateStaticDataBool_Wrapper(this, matchName, CountedName(*item), value));
+  group->AddStaticData(
+      Writer_Wrapper::CreateStaticDataBool_Wrapper(this, matchName, mNames.Counted(item->GetPropertyKey()), value));
   return true;
 }
 
@@ -126,10 +126,10 @@ bool JsonConverter::OpenContainer(std::vector<OpenGroup>& chain, ITdjsonGroup_v1
     return false;
   }
   std::string const matchName = GetNewMatchName();
-  std::uint64_t const before = mLongNames;
-  std::string const displayName = CountedName(item);
+  std::uint64_t const before = mNames.GetBytes();
+  std::string const displayName = mNames.Counted(item.GetPropertyKey());
   chain.push_back({&parent, Writer_Wrapper::CreateGroup_Wrapper(this, matchName, displayName),
-                   isArray ? item.GetArrayIterator() : item.GetObjectIterator(), mLongNames - before});
+                   isArray ? item.GetArrayIterator() : item.GetObjectIterator(), mNames.GetBytes() - before});
   return true;
 }
 
@@ -160,7 +160,7 @@ bool JsonConverter::WalkChain(std::vector<OpenGroup>& chain) {
       if (done.hasAdded) {
         done.parent->AddGroup(done.group);
       } else {
-        mLongNames -= done.longName;
+        mNames.Forget(done.longName);
       }
     }
     if (chain.empty()) {
@@ -182,17 +182,6 @@ bool JsonConverter::AddLeaf(OpenGroup const& open, std::uint8_t kind) {
     default:
       return false;
   }
-}
-
-std::string JsonConverter::CountedName(JsonIterator const& item) {
-  std::string name = item.GetPropertyKey();
-  if (name.size() > kLongName) {
-    mLongNames += name.size();
-    if (mLongNames > kLongNamesLimit) {
-      throw std::bad_alloc();
-    }
-  }
-  return name;
 }
 
 }  // namespace ns_sensor

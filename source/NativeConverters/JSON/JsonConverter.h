@@ -12,6 +12,7 @@
 
 #include "JsonIterator.h"
 #include "SK_ConverterHandlerBase.h"
+#include "SK_LongNames.h"
 #include "senmark/ITdjsonGroup_v1.h"
 
 namespace ns_sensor {
@@ -40,8 +41,8 @@ class JsonConverter : public SK_ConverterHandlerBase {
 
   /// Adds every item that is left, and what is in it. Whether anything was added.
   ///
-  /// The names of nested arrays grow with the depth, and all of them together with its square: past 1 GiB of long
-  /// names (`kLongNamesLimit`) this gives up with `std::bad_alloc`, before the machine runs out of memory.
+  /// The names of nested arrays grow with the depth: more of them than `SK_LongNames` lets pass end in
+  /// `std::bad_alloc`.
   bool AppendItems(Group const& group, std::shared_ptr<JsonIterator>& items);
 
   /// Add the current item; always true.
@@ -57,11 +58,6 @@ class JsonConverter : public SK_ConverterHandlerBase {
   /// group will be written.
   std::string GetNewMatchName();
 
-  /// Names of more bytes than this count against the limit. A shorter one is no more than its node takes anyway.
-  static constexpr std::size_t kLongName = 1024;
-  /// Bytes that the long names of all nodes of one file may have together.
-  static constexpr std::uint64_t kLongNamesLimit = std::uint64_t{1} << 30;
-
  private:
   struct OpenGroup;
 
@@ -70,10 +66,9 @@ class JsonConverter : public SK_ConverterHandlerBase {
   bool AddContainer(SK_PLUGIN::ITdjsonGroup_v1& parent, JsonIterator const& item, bool isArray);
   bool WalkChain(std::vector<OpenGroup>& chain);
   bool AddLeaf(OpenGroup const& open, std::uint8_t kind);
-  std::string CountedName(JsonIterator const& item);
 
   std::uint32_t mMatchNameCounter = 0;
-  std::uint64_t mLongNames = 0;  ///< bytes in long names of nodes that live
+  SK_LongNames mNames;  ///< those of nodes that live
 };
 
 }  // namespace ns_sensor
