@@ -27,8 +27,7 @@ int LowestFreeDescriptor() {
 
 }  // namespace
 
-FuzzFolder::FuzzFolder() : mFreeDescriptor(LowestFreeDescriptor()) {
-  mRoot = (fs::temp_directory_path() / "senmark_fuzz_XXXXXX").string();
+FuzzFolder::FuzzFolder() : mRoot((fs::temp_directory_path() / "senmark_fuzz_XXXXXX").string()) {
   Require(mkdtemp(mRoot.data()) != nullptr);
   mRoot += '/';
   fs::create_directory(Path(kTemporary));
@@ -53,6 +52,10 @@ std::string FuzzFolder::Read(std::string const& name) const {
 
 void FuzzFolder::Remove(std::string const& name) const {
   unlink(Path(name).c_str());
+}
+
+void FuzzFolder::StartInput() {
+  mFreeDescriptor = LowestFreeDescriptor();
 }
 
 void FuzzFolder::RequireNothingLeft(std::initializer_list<char const*> names) const {

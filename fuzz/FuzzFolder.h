@@ -23,12 +23,14 @@ class FuzzFolder {
   std::string Read(std::string const& name) const;
   void Remove(std::string const& name) const;
 
-  /// No file lies here but the named ones, no temporary file, and no descriptor is open that was not at first.
+  /// To be called before each input: the fuzzer opens and closes files of its own between them.
+  void StartInput();
+  /// No file lies here but the named ones, no temporary file, and no descriptor is open that was not at the start.
   void RequireNothingLeft(std::initializer_list<char const*> names) const;
 
  private:
   std::string mRoot;
-  int mFreeDescriptor;
+  int mFreeDescriptor = 0;
 };
 
 }  // namespace senmark_fuzz

@@ -38,7 +38,8 @@ std::string ReadAll(FuzzHost& host, ns_sensor::ITdjsonStream& stream) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-  static senmark_fuzz::FuzzFolder const folder;
+  static senmark_fuzz::FuzzFolder folder;
+  folder.StartInput();
   if (size > kLargestInput) {
     return 0;
   }

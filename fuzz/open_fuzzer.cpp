@@ -7,7 +7,8 @@
 #include "FuzzHost.h"
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-  static senmark_fuzz::FuzzFolder const folder;
+  static senmark_fuzz::FuzzFolder folder;
+  folder.StartInput();
   std::string const name = folder.Write("input.tdjson", data, size);
   senmark_fuzz::FuzzHost host;
   if (ns_sensor::ISensorFileHandler* const file = senmark_fuzz::Open(host, name)) {

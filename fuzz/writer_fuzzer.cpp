@@ -678,7 +678,8 @@ class Module {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-  static FuzzFolder const folder;
+  static FuzzFolder folder;
+  folder.StartInput();
   if (size > kLargestScript) {
     return 0;
   }
