@@ -92,6 +92,7 @@ set(SENMARK_SOURCES
     source/SK_JsonText.cpp
     source/SK_Ladder.cpp
     source/SK_Localizer.cpp
+    source/SK_MatchNames.cpp
     source/SK_Mutex.cpp
     source/SK_NumberLayout.cpp
     source/SK_NumberRun.cpp

@@ -57,10 +57,6 @@ bool IsPlain(std::string_view text) {
   return pointCount <= 1 && text.size() > pointCount;
 }
 
-bool BeginsLikeDecimal(std::string_view text) {
-  return !text.empty() && ((text.front() >= '0' && text.front() <= '9') || text.front() == '.');
-}
-
 /// `strtod` in the plain locale. read: the bytes that belong to the number; error: as `errno` tells it.
 double ReadDouble(char const* text, std::size_t& read, int& error) {
   ErrnoGuard const guard;
@@ -92,8 +88,7 @@ bool SK_NumberText::IsWholeNumber(std::string_view text) {
     return true;
   }
   double number = 0;
-  if (BeginsLikeDecimal(parts.digits) &&
-      DecimalToDouble(parts.digits.data(), parts.digits.data() + parts.digits.size(), number)) {
+  if (DecimalToDouble(parts.digits.data(), parts.digits.data() + parts.digits.size(), number)) {
     return true;
   }
   std::size_t read = 0;
@@ -110,7 +105,7 @@ double SK_NumberText::WholeToDouble(std::string_view text) {
     return parts.WithSign(PlainToDouble(first, last));
   }
   double number = 0;
-  if (BeginsLikeDecimal(parts.digits) && DecimalToDouble(first, last, number)) {
+  if (DecimalToDouble(first, last, number)) {
     return parts.WithSign(number);
   }
   return ToDouble(std::string(text));

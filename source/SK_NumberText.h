@@ -26,9 +26,8 @@ class SK_NumberText {
   static double NearestDouble(char const* first, char const* last);
 
  private:
-  /// The number of a text that begins with a digit or a point and is a decimal number as a whole, with an exponent
-  /// or without. False leaves the answer to `ToDouble`, and may always be given; true stands for doubles of full
-  /// precision alone.
+  /// The number of a text that is one as a whole, has no sign and no white space in front, and leaves no doubt about
+  /// its range. False, which may always be given, leaves the answer to `ToDouble`.
   static bool DecimalToDouble(char const* first, char const* last, double& number);
 };
 

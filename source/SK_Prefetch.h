@@ -11,6 +11,11 @@ inline constexpr std::ptrdiff_t kCacheLine = 64;
 /// How far ahead of a reader its memory is asked for, in bytes: some hundred nanoseconds of reading.
 inline constexpr std::ptrdiff_t kPrefetchDistance = 2048;
 
+/// Asks for the line of memory that holds one byte, to be written to.
+inline void PrefetchForWriting(void const* p) {
+  __builtin_prefetch(p, 1);
+}
+
 /// Asks for the bytes from `p` to `end`.
 inline void Prefetch(char const* p, char const* end) {
   for (; end - p > kCacheLine; p += kCacheLine) {

@@ -62,11 +62,17 @@ void SK_TdjsonValidator::ValidateTimeCodeInfo(JValue const& value, char const* /
 
 void SK_TdjsonValidator::ValidateOutline(JValue const& value, char const* /*begin*/, char const* /*end*/) const {
   CheckForEmptyArray(value, "dataOutline", SK_OutlinePath());
-  MatchNames matchNames;
-  for (rapidjson::SizeType i = 0; i < value.Size(); ++i) {
-    SK_OutlinePath path("dataOutline", i);
-    ValidateNode(value[i], "dataOutline", path, matchNames);
+  try {
+    SK_MatchNames numbers(SK_MatchNames::kNumbers);
+    ValidateNodes(value, numbers);
+    if (!numbers.MayRepeat()) {
+      return;
+    }
+  } catch (ns_sensor::SK_Exception const&) {
+    // A name may have come twice in front of this error, which is then not the first one.
   }
+  SK_MatchNames names(SK_MatchNames::kNames);
+  ValidateNodes(value, names);
 }
 
 void SK_TdjsonValidator::ValidateSyncInfo(JValue const& value, char const* /*begin*/, char const* /*end*/) const {
@@ -143,7 +149,7 @@ void SK_TdjsonValidator::CheckForEmptyArray(JValue const& array, char const* nam
   ThrowError({ns_sensor::kEmptyArray, SK_Message::kEmptyArrayAtPath, -1, -1}, Quoted(name), Quoted(path.Text()));
 }
 
-void SK_TdjsonValidator::ValidateDataGroup(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const {
+void SK_TdjsonValidator::ValidateDataGroup(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const {
   ValidateDisplayName(node, path);
   ValidateMatchName(node, path, matchNames);
   JValue const& children = RequireFilledArray(node, "children", path);
@@ -158,13 +164,13 @@ void SK_TdjsonValidator::ValidateDisplayName(JValue const& node, SK_OutlinePath&
 }
 
 void SK_TdjsonValidator::ValidateMatchName(JValue const& node, SK_OutlinePath const& path,
-                                           MatchNames& matchNames) const {
+                                           SK_MatchNames& matchNames) const {
   std::string_view const name = TextOf(RequireString(node, "matchName", path));
   if (!IsMatchNameOfFormat(name)) {
     ThrowError({ns_sensor::kInvalidMatchName, SK_Message::kInvalidMatchName, -1, -1}, Quoted("matchName"),
                Quoted(path.Text()));
   }
-  if (!matchNames.insert(name).second) {
+  if (!matchNames.Insert(name)) {
     ThrowError({ns_sensor::kDuplicateMatchName, SK_Message::kDuplicateMatchName, -1, -1}, Quoted(std::string(name)),
                Quoted(path.Text()));
   }
@@ -321,8 +327,15 @@ void SK_TdjsonValidator::ThrowInvalidValue(char const* name, SK_OutlinePath cons
              Quoted(path.Text()), std::string(expected));
 }
 
+void SK_TdjsonValidator::ValidateNodes(JValue const& outline, SK_MatchNames& matchNames) const {
+  for (rapidjson::SizeType i = 0; i < outline.Size(); ++i) {
+    SK_OutlinePath path("dataOutline", i);
+    ValidateNode(outline[i], "dataOutline", path, matchNames);
+  }
+}
+
 void SK_TdjsonValidator::ValidateNode(JValue const& node, char const* arrayName, SK_OutlinePath& path,
-                                      MatchNames& matchNames) const {
+                                      SK_MatchNames& matchNames) const {
   CheckForObjectType(node, arrayName, path);
   std::string_view const objectType = TextOf(RequireString(node, "objectType", path));
   if (objectType == "dataStatic") {

@@ -5,8 +5,8 @@
 #pragma once
 
 #include <string_view>
-#include <unordered_set>
 
+#include "SK_MatchNames.h"
 #include "SK_OutlinePath.h"
 #include "SK_RapidJson.h"
 
@@ -25,9 +25,6 @@ class SK_TdjsonValidator {
   virtual void ValidateSyncInfo(JValue const& value, char const* begin, char const* end) const;
 
  protected:
-  /// Match names of all nodes seen so far. The texts belong to the values that are checked.
-  using MatchNames = std::unordered_set<std::string_view>;
-
   // The primitive checks. `name` is what messages call the value; `path` is where it lies.
 
   virtual JValue::Member const& FindProperty(JValue const& object, char const* key, SK_OutlinePath const& path) const;
@@ -43,14 +40,14 @@ class SK_TdjsonValidator {
 
   // Whole nodes. Each adds the node's display name to `path`.
 
-  virtual void ValidateDataGroup(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const;
-  virtual void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const = 0;
-  virtual void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const = 0;
+  virtual void ValidateDataGroup(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const;
+  virtual void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const = 0;
+  virtual void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const = 0;
 
   // Parts of nodes. `path` is where the object lies that holds the checked key.
 
   virtual void ValidateDisplayName(JValue const& node, SK_OutlinePath& path) const;
-  virtual void ValidateMatchName(JValue const& node, SK_OutlinePath const& path, MatchNames& matchNames) const;
+  virtual void ValidateMatchName(JValue const& node, SK_OutlinePath const& path, SK_MatchNames& matchNames) const;
   virtual void ValidateNumberStringProperties(JValue const& dataType, SK_OutlinePath const& path) const;
   virtual void ValidatePaddedStringProperties(JValue const& dataType, SK_OutlinePath const& path) const;
   virtual void ValidateNumberArrayProperties(JValue const& dataType, SK_OutlinePath const& path) const;
@@ -86,7 +83,8 @@ class SK_TdjsonValidator {
   [[noreturn]] static void ThrowInvalidValue(char const* name, SK_OutlinePath const& path, char const* expected);
 
  private:
-  void ValidateNode(JValue const& node, char const* arrayName, SK_OutlinePath& path, MatchNames& matchNames) const;
+  void ValidateNodes(JValue const& outline, SK_MatchNames& matchNames) const;
+  void ValidateNode(JValue const& node, char const* arrayName, SK_OutlinePath& path, SK_MatchNames& matchNames) const;
 };
 
 }  // namespace SK_NAMESPACE_INT

@@ -8,7 +8,8 @@ constexpr char kDataTypes[] = R"(one of "numberString", "paddedString" or "numbe
 
 }  // namespace
 
-void SK_TdjsonValidator_v1::ValidateDataStatic(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const {
+void SK_TdjsonValidator_v1::ValidateDataStatic(JValue const& node, SK_OutlinePath& path,
+                                               SK_MatchNames& matchNames) const {
   ValidateDisplayName(node, path);
   ValidateMatchName(node, path, matchNames);
   ValidateDataType(node, path);
@@ -16,7 +17,7 @@ void SK_TdjsonValidator_v1::ValidateDataStatic(JValue const& node, SK_OutlinePat
 }
 
 void SK_TdjsonValidator_v1::ValidateDataDynamic(JValue const& node, SK_OutlinePath& path,
-                                                MatchNames& matchNames) const {
+                                                SK_MatchNames& matchNames) const {
   ValidateDisplayName(node, path);
   ValidateMatchName(node, path, matchNames);
   ValidateDataType(node, path);

@@ -39,7 +39,8 @@ void SK_TdjsonValidator_v2::ValidateDynamicDataInfo(JValue const& value, char co
   }
 }
 
-void SK_TdjsonValidator_v2::ValidateDataStatic(JValue const& node, SK_OutlinePath& path, MatchNames& matchNames) const {
+void SK_TdjsonValidator_v2::ValidateDataStatic(JValue const& node, SK_OutlinePath& path,
+                                               SK_MatchNames& matchNames) const {
   ValidateDisplayName(node, path);
   ValidateMatchName(node, path, matchNames);
   ValidateDataType(node, path, true);
@@ -47,7 +48,7 @@ void SK_TdjsonValidator_v2::ValidateDataStatic(JValue const& node, SK_OutlinePat
 }
 
 void SK_TdjsonValidator_v2::ValidateDataDynamic(JValue const& node, SK_OutlinePath& path,
-                                                MatchNames& matchNames) const {
+                                                SK_MatchNames& matchNames) const {
   ValidateDisplayName(node, path);
   ValidateMatchName(node, path, matchNames);
   ValidateDataType(node, path, false);

@@ -364,9 +364,10 @@ void InFolder(TempFolder const& folder, Work&& work) {
 TEST_F(Host, RawNameWithoutFolderHasNoExtension) {
   mFolder.Write("file.tdjson", senmark_test::kSmallVersion1);
   InFolder(mFolder, [] {
-    RawFile const raw("file.tdjson");
-    EXPECT_EQ(raw.handler, nullptr);
-    EXPECT_EQ(raw.client.errors, std::vector<std::int32_t>{ns_sensor::kFormatNotSupported});
+    RawFile raw("file.tdjson");
+    ns_sensor::SK_FileInfo info;
+    raw.handler->getFileInfo(&info, raw.client.Object(), raw.client.Object());
+    EXPECT_EQ(info.creator, "com.velmo.sensor.csv") << "it was taken for a table";
   });
 }
 

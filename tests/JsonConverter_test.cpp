@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -227,6 +228,21 @@ TEST_F(JsonConversion, NumberWithANegativeExponentMakesAFileThatCannotBeRead) {
                 "\"dataOutline[0]::dataType::numberStringProperties::range::occurring::min\".",
                 static_cast<long long>(result.find("\"max\"")));
   EXPECT_EQ(Converted("{\"a\": 0.0005}"), File(Number(0, "a", "0.0005", "false", "4", "1")));
+}
+
+// The writer knows seven escapes; any other control character passes it and ends a text for the reader.
+TEST_F(JsonConversion, OtherControlCharactersMakeAFileThatCannotBeRead) {
+  for (char const control : {'\0', '\x01', '\x1f'}) {
+    char escape[8];
+    std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(control));
+    std::string const text = std::string("a") + control + 'b';
+    ExpectRefused(std::string("{\"") + "a" + escape + "b\": true}", 32,
+                  "Unable to find enclosing quotes for property value:\"dataOutline[0]::displayName\".",
+                  static_cast<long long>(File(Boolean(0, text, "true")).find(control)));
+    ExpectRefused(std::string("{\"k\": \"a") + escape + "b\"}", 32,
+                  "Unable to find enclosing quotes for property value:\"dataOutline[0]::value\".",
+                  static_cast<long long>(File(String(0, "k", text, "3", "1")).find(control)));
+  }
 }
 
 }  // namespace

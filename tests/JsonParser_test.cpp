@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <iterator>
 #include <random>
 #include <string>
@@ -68,7 +69,11 @@ class JsonParserTest : public testing::Test {
  protected:
   ~JsonParserTest() override { EXPECT_EQ(CountOpenDescriptors(), mDescriptors); }
 
-  std::string Write(std::string const& text) const { return mFolder.Write("in.json", text); }
+  std::string Write(std::string const& text) const {
+    // A file that is cut and written anew is flushed to the disk by some systems.
+    std::filesystem::remove(mFolder.Path("in.json"));
+    return mFolder.Write("in.json", text);
+  }
 
   std::string WalkedFile(std::string const& text) const {
     JsonParser const parser(Write(text));
@@ -343,7 +348,7 @@ TEST_F(JsonParserTest, AcceptsAndRefusesWhatTheRecursiveWayDoesWithTheSameValues
   RandomText random(20260701);
   int accepted = 0;
   int refused = 0;
-  for (int i = 0; i < 20000; ++i) {
+  for (int i = 0; i < 6000; ++i) {
     std::string const text = random.Document();
     // Recursive, from a text with a NUL behind it.
     JDocument expected;
@@ -366,8 +371,8 @@ TEST_F(JsonParserTest, AcceptsAndRefusesWhatTheRecursiveWayDoesWithTheSameValues
     std::string const walked = Walked(parser.GetDomIterator(isArray));
     ASSERT_EQ((isArray ? '[' : '{') + walked + (isArray ? ']' : '}'), WalkedValue(expected, "dataOutline")) << text;
   }
-  EXPECT_GT(accepted, 5000);
-  EXPECT_GT(refused, 2000);
+  EXPECT_GT(accepted, 3000);
+  EXPECT_GT(refused, 1000);
 }
 
 }  // namespace

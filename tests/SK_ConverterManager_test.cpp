@@ -82,7 +82,11 @@ TEST_F(ConverterManager, SystemsOwnFormatIsReadWhereItStands) {
 TEST_F(ConverterManager, Version1IsToldByItsExtensionAlone) {
   std::string const path = mFolder.Write("own.TDJSON", senmark_test::kSmallVersion1);
   EXPECT_EQ(mManager->ConvertNative(path.c_str(), nullptr)->version, SK_NAMESPACE_INT::kTdjsonVersion1);
-  EXPECT_EQ(CodeOf(mFolder.Write("own.json", senmark_test::kSmallVersion1), nullptr), kFormatNotSupported);
+  // Under another name it is an input like any other, here JSON, and comes back as version 2.
+  std::shared_ptr<SK_ConversionInfo> const converted =
+      mManager->ConvertNative(mFolder.Write("own.json", senmark_test::kSmallVersion1).c_str(), nullptr);
+  EXPECT_TRUE(converted->isTemporary);
+  EXPECT_EQ(converted->version, SK_NAMESPACE_INT::kTdjsonVersion2);
 }
 
 TEST_F(ConverterManager, ResultStandsInTheTemporaryFolderAndGoesWithItsOwner) {

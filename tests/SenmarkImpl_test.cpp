@@ -19,6 +19,12 @@ class SenmarkImpl : public testing::Test {
  protected:
   TempFolder mFolder;
   RecordingHost mHost;
+
+  std::string CreatorOf(ISensorFileHandler* handler) {
+    ns_sensor::SK_FileInfo info;
+    handler->getFileInfo(&info, &mHost, &mHost);
+    return info.creator;
+  }
 };
 
 TEST_F(SenmarkImpl, OnePathHasOneHandlerUntilItsLastClose) {
@@ -203,19 +209,23 @@ TEST_F(SenmarkImpl, FormatIsToldByContentOrByExtension) {
   struct Row {
     char const* name;
     char const* content;
-    int code;  // 0: opens
+    char const* creator;  // the file's own, or that of the converter
   };
+  constexpr char kOfTables[] = "com.velmo.sensor.csv";
+  constexpr char kMotion[] =
+      "HIERARCHY\nROOT a\n{\nOFFSET 0 0 0\nCHANNELS 3 Xrotation Yrotation Zrotation\n}\n"
+      "MOTION\nFrames: 1\nFrame Time: 0.04\n1 2 3\n";
   for (Row const& row :
-       {Row{"two.txt", kSmallVersion2, 0}, Row{"two", kSmallVersion2, 0}, Row{"one.TDJSON", kSmallVersion1, 0},
-        Row{"one.txt", kSmallVersion1, 25}, Row{"one", kSmallVersion1, 25}, Row{"table.csv", "a,b\n1,2\n", 25},
-        Row{"body.bvh", "HIERARCHY\nROOT a\n", 25}, Row{"list.json", "[1]", 25}}) {
+       {Row{"two.txt", kSmallVersion2, "by hand"}, Row{"two", kSmallVersion2, "by hand"},
+        Row{"one.TDJSON", kSmallVersion1, "by hand, too"}, Row{"one.txt", kSmallVersion1, "com.velmo.sensor.tsv"},
+        Row{"one", kSmallVersion1, kOfTables}, Row{"table.csv", "a,b\n1,2\n", kOfTables},
+        Row{"table.xyz", "a,b\n1,2\n", kOfTables}, Row{"text.json", "a\n1\n", kOfTables},
+        Row{"body.bvh", kMotion, "com.velmo.sensor.bvh"}, Row{"body.xyz", kMotion, "com.velmo.sensor.bvh"},
+        Row{"list.json", "[1]", "com.velmo.sensor.json"}}) {
     ISensorFileHandler* const handler = mHost.Open(mFolder.Write(row.name, row.content));
-    if (row.code == 0) {
-      EXPECT_NE(handler, nullptr) << row.name;
-      EXPECT_EQ(mHost.Close(handler), nullptr);
-    } else {
-      EXPECT_EQ(mHost.TakeError(), (ReportedError{row.code, "File Format Not Supported.", -1, -1})) << row.name;
-    }
+    ASSERT_NE(handler, nullptr) << row.name << ": " << mHost.TakeError().message;
+    EXPECT_EQ(CreatorOf(handler), row.creator) << row.name;
+    EXPECT_EQ(mHost.Close(handler), nullptr);
   }
 }
 
@@ -223,11 +233,13 @@ TEST_F(SenmarkImpl, BareNameOfVersion1HasNoExtension) {
   mFolder.Write("bare.tdjson", kSmallVersion1);
   std::filesystem::path const before = std::filesystem::current_path();
   std::filesystem::current_path(mFolder.Path(""));
-  EXPECT_EQ(mHost.Open("bare.tdjson"), nullptr);
-  EXPECT_EQ(mHost.TakeError().code, 25);
-  ISensorFileHandler* const handler = mHost.Open("./bare.tdjson");
+  ISensorFileHandler* const bare = mHost.Open("bare.tdjson");
+  ISensorFileHandler* const inFolder = mHost.Open("./bare.tdjson");
   std::filesystem::current_path(before);
-  EXPECT_EQ(mHost.Close(handler), nullptr);
+  EXPECT_EQ(CreatorOf(bare), "com.velmo.sensor.csv");
+  EXPECT_EQ(CreatorOf(inFolder), "by hand, too");
+  mHost.Close(bare);
+  EXPECT_EQ(mHost.Close(inFolder), nullptr);
 }
 
 }  // namespace

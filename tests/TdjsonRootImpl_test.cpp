@@ -267,6 +267,18 @@ TEST_F(Root, ACommitThroughTheBorderDoesTheSame) {
   EXPECT_FALSE(mRoot->Commit());
 }
 
+TEST_F(Root, AGroupThatWasAddedTwiceIsWrittenTwice) {
+  auto const group = OwnNewObject(new TdjsonGroupImpl(this, "a group", "group"));
+  group->AddStaticData(OwnNewObject(new TdjsonStaticDataBoolImpl(this, "a flag", "flag", true)));
+  mRoot->AddGroup(group);
+  mRoot->AddGroup(group);
+  EXPECT_TRUE(mRoot->Commit());
+  std::string const once = R"({"objectType":"dataGroup","matchName":"group","displayName":"a group","children":[)"
+                           R"({"objectType":"dataStatic","matchName":"flag","displayName":"a flag",)"
+                           R"("dataType":{"type":"boolean"},"value":true}]})";
+  EXPECT_EQ(FileText(), kHead + std::string(R"(,"dataOutline":[)") + once + ',' + once + "]}");
+}
+
 TEST_F(Root, AfterAResetItCommitsAnew) {
   mRoot->WriteVersionToFile();
   AddFlag();

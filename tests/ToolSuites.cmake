@@ -17,7 +17,7 @@ target_compile_definitions(HostLoaded_test PRIVATE SENMARK_TEST_DATA="${CMAKE_CU
                                                    SENMARK_LIBRARY="$<TARGET_FILE:senmark>"
                                                    SENMARK_HOST_MODULE="$<TARGET_FILE:senmark_host_module>")
 target_link_libraries(HostLoaded_test PRIVATE senmark_test_support GTest::gtest_main)
-gtest_discover_tests(HostLoaded_test DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+senmark_register(HostLoaded_test)
 
 # The wrapper needs no Boost: none of its headers may reach one.
 add_test(NAME HostHeaders.NeedNoBoost
@@ -33,7 +33,7 @@ function(senmark_tool_suite name)
   add_executable(${name}_test ${name}_test.cpp)
   senmark_compile(${name}_test)
   target_link_libraries(${name}_test PRIVATE senmark_tool_parts senmark_test_support GTest::gtest_main)
-  gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+  senmark_register(${name}_test)
 endfunction()
 
 senmark_tool_suite(BraillePlot)

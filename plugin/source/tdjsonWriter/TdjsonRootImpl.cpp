@@ -191,9 +191,8 @@ std::shared_ptr<TdjsonRootImpl> TdjsonRootImpl::GetRoot(void* key) {
   return found == mRootMap.end() ? nullptr : found->second.first;
 }
 
-void TdjsonRootImpl::RegisterInstance(void* key, std::shared_ptr<TdjsonRootImpl> root) {
-  Serializer serializer(root);
-  mRootMap.try_emplace(key, std::move(root), std::move(serializer));
+void TdjsonRootImpl::RegisterInstance(void* key, std::shared_ptr<TdjsonRootImpl> const& root) {
+  mRootMap.try_emplace(key, root, Serializer(root));
 }
 
 Serializer& TdjsonRootImpl::GetSerializer(void* key) {

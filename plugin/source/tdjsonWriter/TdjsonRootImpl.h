@@ -54,7 +54,7 @@ class TdjsonRootImpl : public virtual ITdjsonRoot_I, public virtual TdjsonGroupI
   /// Empty without a root under `key`.
   static std::shared_ptr<TdjsonRootImpl> GetRoot(void* key);
   /// A root that is there already stays.
-  static void RegisterInstance(void* key, std::shared_ptr<TdjsonRootImpl> root);
+  static void RegisterInstance(void* key, std::shared_ptr<TdjsonRootImpl> const& root);
   /// Of an unknown key: one without a root.
   static Serializer& GetSerializer(void* key);
   static void RemoveInstance(void* key);
