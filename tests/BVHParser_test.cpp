@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <sstream>
 
 #include "SK_PluginException.h"
@@ -251,6 +252,32 @@ TEST_F(BVHParser, ReadsAMillionNestedJoints) {
   EXPECT_EQ(depth, kDepth);
   EXPECT_EQ(node->GetOffset(), (SkeletonNode::Offset{1, 2, 3}));
   EXPECT_EQ(Parsed(content), kHierarchyError);
+}
+
+TEST_F(BVHParser, NamesFromTheJointAboveAreBoundedTogether) {
+  auto const parse = [this](std::string const& body) {
+    BVHInput input(mFolder.Write("input.bvh", "HIERARCHY\nROOT " + body));
+    return ParseSkeleton(input);
+  };
+  auto const repeated = [](int count, std::string const& text) {
+    std::string all;
+    for (int i = 0; i != count; ++i) {
+      all += text;
+    }
+    return all;
+  };
+  auto const nested = [&](int count) {
+    return "r\n{\n" + repeated(count, "End Site\n{\n") + repeated(count, "}\n") + "}\n";
+  };
+  EXPECT_EQ(parse(nested(1000))->GetChildren().size(), 1u);
+  EXPECT_THROW(parse(nested(100000)), std::bad_alloc);
+  std::string const longName(1024 * 1024, 'n');
+  EXPECT_EQ(parse(longName + "\n{\n" + repeated(32, "JOINT j\n{\n}\n") + "}\n")->GetChildren().size(), 32u);
+  EXPECT_THROW(parse(longName + "\n{\n" + repeated(33, "JOINT j\n{\n}\n") + "}\n"), std::bad_alloc);
+  EXPECT_THROW(parse(longName + "\n{\n" + repeated(33, "End Site\n{\n}\n") + "}\n"), std::bad_alloc);
+  // Names of ordinary length do not count, however many there are.
+  std::string const ordinary(1024, 'n');
+  EXPECT_EQ(parse(ordinary + "\n{\n" + repeated(40000, "JOINT j\n{\n}\n") + "}\n")->GetChildren().size(), 40000u);
 }
 
 TEST_F(BVHParser, BuilderReadsABodyAlone) {

@@ -1,5 +1,6 @@
 #include "BVHParser.h"
 
+#include <new>
 #include <vector>
 
 #include "BVHError.h"
@@ -7,6 +8,25 @@
 
 namespace ns_sensor {
 namespace {
+
+constexpr std::size_t kLongName = 1024;
+constexpr std::size_t kLongNamesLimit = std::size_t{1} << 25U;
+
+/// Counts the names that joints get from the joint above them: as that of an end, which holds the whole name above, and
+/// as that of the parent. A file of some kilobytes could ask for gigabytes of them, and is given up before.
+class InheritedNames {
+ public:
+  std::string const& Count(std::string const& name) {
+    mLongNames += name.size() > kLongName ? name.size() : 0;
+    if (mLongNames > kLongNamesLimit) {
+      throw std::bad_alloc();
+    }
+    return name;
+  }
+
+ private:
+  std::size_t mLongNames = 0;
+};
 
 /// A joint whose closing brace has not come yet.
 struct OpenJoint {
@@ -49,15 +69,15 @@ void ReadChannels(BVHLine& line, std::string_view text, SkeletonNode& node) {
   node.SetRotationOrder(GetRotationOrder(text));
 }
 
-void HangOn(SkeletonNode& parent, std::shared_ptr<SkeletonNode> child) {
-  child->SetParentName(parent.GetName());
+void HangOn(SkeletonNode& parent, std::shared_ptr<SkeletonNode> child, InheritedNames& inherited) {
+  child->SetParentName(inherited.Count(parent.GetName()));
   parent.AddChild(std::move(child));
 }
 
 /// Reads one more line of the innermost joint. A joint that begins there becomes the innermost one.
 ///
 /// Gives whether the line closed it.
-bool ReadJointLine(BVHInput& input, std::vector<OpenJoint>& joints) {
+bool ReadJointLine(BVHInput& input, std::vector<OpenJoint>& joints, InheritedNames& inherited) {
   SkeletonNode& node = *joints.back().node;
   bool const isEndSite = joints.back().isEndSite;
   std::string_view const text = input.ReadLine();
@@ -78,7 +98,7 @@ bool ReadJointLine(BVHInput& input, std::vector<OpenJoint>& joints) {
     if (site != "Site") {
       ThrowBVHError(eBVHError::kBadHierarchy);
     }
-    joints.push_back(BeginJoint(input, node.GetName() + "End", true));
+    joints.push_back(BeginJoint(input, inherited.Count(node.GetName() + "End"), true));
   }
   return word == "}";
 }
@@ -104,9 +124,10 @@ std::shared_ptr<SkeletonNode> ParseSkeleton(BVHInput& input) {
 
 std::shared_ptr<SkeletonNode> IterativeNodeBuilder(BVHInput& input, std::string const& name, bool isEndSite) {
   std::vector<OpenJoint> joints = {BeginJoint(input, name, isEndSite)};
+  InheritedNames inherited;
   while (true) {
     std::size_t const depth = joints.size();
-    bool const isClosed = ReadJointLine(input, joints);
+    bool const isClosed = ReadJointLine(input, joints, inherited);
     if (joints.size() != depth) {
       continue;
     }
@@ -121,7 +142,7 @@ std::shared_ptr<SkeletonNode> IterativeNodeBuilder(BVHInput& input, std::string 
       if (joints.empty()) {
         return node;
       }
-      HangOn(*joints.back().node, std::move(node));
+      HangOn(*joints.back().node, std::move(node), inherited);
       ends = !input.IsGood();
     }
   }
