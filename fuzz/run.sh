@@ -7,7 +7,7 @@
 # are configured and built first. A finding stays in BUILD_FOLDER/findings. CXX names another clang++.
 set -eu
 
-targets="data_path message_literal open scanner time_text"
+targets="bvh csv data_path json message_literal open scanner time_text tsv writer"
 
 case "${1:-}" in
   '' | *[!0-9]* | 0)
@@ -45,8 +45,8 @@ for fuzzer in $built; do
     cp -R "$source/fuzz/corpus/$target/." "$work/$target"
   fi
   log="$build/findings/$target.log"
-  # The library's own temporary files go where they are swept up, and a leak of them would be seen.
-  if TEMP="$work/temporary/" "$build/fuzz/$fuzzer" -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2048 \
+  # Temporary files of the library and of the targets go where they are swept up; what a target leaves would be seen.
+  if TEMP="$work/temporary/" TMPDIR="$work/temporary" "$build/fuzz/$fuzzer" -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2048 \
     -print_final_stats=1 -artifact_prefix="$build/findings/$target-" "$work/$target" >"$log" 2>&1; then
     runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
     coverage=$(sed -n 's/^#.* cov: \([0-9]*\) .*/\1/p' "$log" | tail -n 1)

@@ -351,5 +351,120 @@ TEST_F(NoMemory, Streams) {
   EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
+struct Conversion {
+  char const* name;
+  char const* file;
+  std::string content;
+  std::int32_t codeOfReading;  ///< a table that cannot be kept counts as not read, and its result is empty
+};
+
+void PrintTo(Conversion const& row, std::ostream* out) {
+  *out << row.name;
+}
+
+Conversion const kConversions[] = {
+    {"Table", "a table with a rather long name.csv", "a column with a rather long name,b\n1,x\n2,\"y\"\"\n\"\n", 54},
+    {"WideCharacterTable", "a table with a rather long name.tsv",
+     std::string("\xFE\xFF\0a\0,\0b\0\t\0c\0\n\0\"\0x\0\"\0\t\x20\xAC\0\n", 26), 54},
+    {"Document", "a document with a rather long name.json",
+     R"({"a key that is too long for a short string": [1, 2.5, {"b": "a text that is too long for a short string"}],
+         "c": true, "d": [[null], {}]})",
+     34},
+    {"Motion", "a recording with a rather long name.bvh",
+     "HIERARCHY\nROOT AJointWithARatherLongName\n{\nOFFSET 0 1 2\n"
+     "CHANNELS 6 Xposition Yposition Zposition Zrotation Xrotation Yrotation\nJOINT Knee\n{\nOFFSET 1 2 3\n"
+     "CHANNELS 3 Zrotation Xrotation Yrotation\nEnd Site\n{\nOFFSET 0 1 0\n}\n}\n}\n"
+     "MOTION\nFrames: 2\nFrame Time: 0.04\n1 2 3 10 20 30 5 6 7\n4 5 6 11 21 31 8 9 10\n",
+     34},
+};
+
+class NoMemoryForConversion : public NoMemory, public testing::WithParamInterface<Conversion> {
+ protected:
+  NoMemoryForConversion() {
+    std::filesystem::create_directory(mFolder.Path("out"));
+    mFolder.Write("out/result", "old");
+  }
+
+  /// Lets `convert`, which gives whether it succeeded, run without each of its allocations in turn, and gives how often
+  /// it failed. What can be had with less memory may succeed all the same. `afterSuccess` runs behind each success.
+  int RunShortOfMemory(std::function<bool()> const& convert, std::function<void()> const& afterSuccess) {
+    std::ptrdiff_t const descriptors = OpenDescriptors();
+    int failures = 0;
+    for (std::uint64_t allocation = 1; allocation != 100000; ++allocation) {
+      gReceived = Received();
+      bool hasFailed = false;
+      bool hasSucceeded = false;
+      {
+        FailingMemory const failing(allocation);
+        hasSucceeded = convert();
+        hasFailed = failing.HasFailed();
+      }
+      if (hasSucceeded) {
+        EXPECT_EQ(gReceived.errors, 0);
+        afterSuccess();
+      } else {
+        EXPECT_EQ(gReceived.errors, 1);
+        ++failures;
+        EXPECT_TRUE(gReceived.code == 34 || gReceived.code == 1034 || gReceived.code == GetParam().codeOfReading)
+            << gReceived.code << ' ' << gReceived.message;
+      }
+      EXPECT_EQ(mFolder.Read(mOutput), "old");
+      EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.Path("out")), {}), 1);
+      EXPECT_EQ(mFolder.TempNames(), "");
+      EXPECT_EQ(OpenDescriptors(), descriptors);
+      EXPECT_FALSE(HasFailure()) << "allocation " << allocation;
+      if (!hasFailed || HasFailure()) {
+        return failures;
+      }
+    }
+    ADD_FAILURE() << "no end of allocations";
+    return failures;
+  }
+
+  std::string const mInput = mFolder.Write(GetParam().file, GetParam().content);
+  std::string const mOutput = mFolder.Path("out/result");
+};
+
+TEST_P(NoMemoryForConversion, OpeningIsOneReportAndLeavesTheOldOutput) {
+  std::string const wanted = mFolder.Path("with all the memory");
+  ISensorFileHandler* handler = Open(mInput, wanted.c_str());
+  ASSERT_NE(handler, nullptr);
+  mManager->closeFile(&handler, nullptr);
+  std::string const result = mFolder.Read(wanted);
+  int failedMoves = 0;
+  int const failures = RunShortOfMemory(
+      [&] {
+        handler = Open(mInput, mOutput.c_str());
+        if (handler != nullptr && gReceived.errors != 0) {
+          // The file is open, and only its way to the output failed.
+          ++failedMoves;
+          mManager->closeFile(&handler, nullptr);
+          return false;
+        }
+        return handler != nullptr;
+      },
+      [&] {
+        mManager->closeFile(&handler, nullptr);
+        EXPECT_EQ(mFolder.Read(mOutput), result);
+        mFolder.Write("out/result", "old");
+      });
+  EXPECT_GT(failures, 50);
+  EXPECT_GT(failedMoves, 0);
+}
+
+TEST_P(NoMemoryForConversion, StreamIsOneReport) {
+  ITdjsonStream* stream = nullptr;
+  int const failures = RunShortOfMemory(
+      [&] {
+        mManager->createTdjsonStream(&stream, mInput.c_str(), 1, nullptr);
+        return stream != nullptr;
+      },
+      [&] { mManager->destroyTdjsonStream(&stream, nullptr); });
+  EXPECT_GT(failures, 50);
+}
+
+INSTANTIATE_TEST_SUITE_P(NoMemory, NoMemoryForConversion, testing::ValuesIn(kConversions),
+                         [](auto const& row) { return std::string(row.param.name); });
+
 }  // namespace
 }  // namespace senmark_test

@@ -503,6 +503,17 @@ TEST_F(FileIO, TempFileThatCannotBeMadeIsCode15) {
   EXPECT_EQ(path, "untouched");
 }
 
+TEST_F(FileIO, TempFileThatCannotBeClosedIsNotLeftBehind) {
+  MakeFolder("folder");
+  std::string path = "untouched";
+  {
+    senmark_test::FailingCall const failing(senmark_test::kClose, EIO);
+    ExpectError([&] { File_IO::GetTempFile(path, Path("folder/")); }, 8, "File_IO::Close, Cannot close file.");
+  }
+  EXPECT_EQ(path, "untouched");
+  EXPECT_TRUE(fs::is_empty(Path("folder")));
+}
+
 TEST_F(FileIO, AppendToTempFileWritesAndLeavesOpen) {
   std::string const path = Write("file", "");
   int const fd = File_IO::Open(path.c_str(), false, true);

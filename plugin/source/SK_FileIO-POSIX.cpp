@@ -307,8 +307,13 @@ bool GetTempFile(std::string& path, std::string const& folder) {
   if (fd == -1) {
     Throw(ns_sensor::kCannotMakeTempFile, SK_Message::kTempFileOpen, "File_IO::GetTempFile");
   }
-  path = std::move(name);  // which cannot fail: the file must not be lost
-  Close(fd);
+  try {
+    Close(fd);
+  } catch (...) {
+    ::unlink(name.c_str());  // nobody else knows of it
+    throw;
+  }
+  path = std::move(name);
   return true;
 }
 

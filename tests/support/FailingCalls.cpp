@@ -46,7 +46,10 @@ Function* NextDefinition(char const* name) {
 
 }  // namespace
 
-// These stand before the definitions of the C library in the order of linking, and so take their calls.
+// These stand before the definitions of the C library in the order of linking, and so take their calls; those of the
+// shared library too, for which they must be visible.
+#pragma GCC visibility push(default)
+
 extern "C" int fstat(int fd, struct stat* status) noexcept {
   if (int const reason = gFstatReason) {
     errno = reason;
@@ -104,6 +107,8 @@ extern "C" off_t lseek(int fd, off_t offset, int whence) noexcept {
   static auto* const next = NextDefinition<off_t(int, off_t, int)>("lseek");
   return FailsNow(senmark_test::kLseek) ? -1 : next(fd, offset, whence);
 }
+
+#pragma GCC visibility pop
 
 namespace senmark_test {
 

@@ -53,7 +53,7 @@ class TdjsonGroupImpl : public virtual ITdjsonGroup_I, public virtual SharedObje
   std::vector<std::shared_ptr<TdjsonGroupImpl>> mGroupList;
   std::string mMatchName;
   std::string mDisplayName;
-  void* mConverterKey;
+  [[maybe_unused]] void* mConverterKey;
   std::vector<NodeInfo> mNodeInfoList;
 };
 

@@ -21,7 +21,7 @@ class TdjsonStaticDataBoolImpl : public virtual ITdjsonStaticDataBool_I,
 
  private:
   bool mDataValue;
-  void* mConverterKey;
+  [[maybe_unused]] void* mConverterKey;
 };
 
 }  // namespace SK_PLUGIN

@@ -49,7 +49,7 @@ class TdjsonStaticDataNumArrImpl : public virtual ITdjsonStaticDataNumArr_I,
   bool mOccurringAutomatic = false;
   bool mLegalAutomatic = false;
   std::vector<double> mElements;
-  void* mConverterKey;
+  [[maybe_unused]] void* mConverterKey;
 };
 
 }  // namespace SK_PLUGIN

@@ -32,7 +32,7 @@ class TdjsonStaticDataNumImpl : public virtual ITdjsonStaticDataNum_I,
  private:
   double mDataValue;
   ns_sensor::SK_NumberProperties mNumberProperties;
-  void* mConverterKey;
+  [[maybe_unused]] void* mConverterKey;
 };
 
 }  // namespace SK_PLUGIN

@@ -29,7 +29,7 @@ class TdjsonStaticDataStringImpl : public virtual ITdjsonStaticDataString_I,
  private:
   std::string mDataValue;
   ns_sensor::SK_StringProperties mStringProperties;
-  void* mConverterKey;
+  [[maybe_unused]] void* mConverterKey;
 };
 
 }  // namespace SK_PLUGIN
