@@ -112,6 +112,19 @@ TEST_F(DynamicNum, StatedSignStaysWithoutANegativeSample) {
   EXPECT_EQ(FileText(), SetText({"+7"}));
 }
 
+// Nobody said how wide its numbers are: no memory holds what the counts of an unset pattern ask for.
+TEST_F(DynamicNum, WithoutAPatternItsCommitFails) {
+  UseTimeCode();
+  SK_PluginResult result;
+  auto const node = OwnNewObject(new TdjsonDynamicDataNumImpl(Key()));
+  node->setDynamicDataInfo("Arm", "arm", "arm", 0, 1, 0, "", &result);
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  mRoot->WriteVersionToFile();
+  node->commit(&result);
+  EXPECT_EQ(result.mErrorCode, 1034);
+  EXPECT_EQ(FileText(), kTimeCodeHead);
+}
+
 TEST_F(DynamicNum, HalfAutomaticPatternIsStoredAndRefused) {
   UseTimeCode();
   std::shared_ptr<TdjsonDynamicDataNumImpl> const node = OwnNewObject(new TdjsonDynamicDataNumImpl(Key()));
