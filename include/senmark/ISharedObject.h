@@ -10,8 +10,8 @@
 ///   is the address of an `SK_PluginResult`, which it fills in on a failure and else leaves alone. The
 ///   capitalised operations throw and are for callers that were compiled together with the library. Any border
 ///   form may report 1034 for a lack of memory, 1023 for a null text and for what has no code of its own.
-/// - Texts are NUL-terminated UTF-8 and are copied; their bytes are not looked at. Names for people, texts as
-///   values, the creator and the keys of samples are escaped by the writer, everything else is not.
+/// - Texts are NUL-terminated UTF-8 and are copied; that they are UTF-8 is not looked at. What JSON wants escaped is
+///   escaped by the writer, but not in match names and in what belongs to sync times.
 /// - One conversion runs on one thread. Only the reference counts may be used from several.
 #pragma once
 
