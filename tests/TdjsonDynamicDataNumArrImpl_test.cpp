@@ -96,6 +96,17 @@ TEST_F(DynamicNumArr, StatedPatternAndRangesStay) {
   EXPECT_EQ(FileText(), SetText({R"("+100.0","+000.5")"}));
 }
 
+TEST_F(DynamicNumArr, PatternThatIsStatedBehindTheMarksIsWidened) {
+  UseTimeCode();
+  std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(2);
+  node->setNumberPattern(kAutomaticDigits, kAutomaticDigits, 0, &mResult);
+  node->setNumberPattern(1, 2, 0, &mResult);
+  EXPECT_TRUE(Add(*node, TimeCode(0), mResult, {100, 0.5}));
+  EXPECT_TRUE(node->Commit());
+  EXPECT_EQ(mResult.mErrorCode, 0);
+  EXPECT_EQ(FileText(), SetText({R"("100.00","000.50")"}));
+}
+
 TEST_F(DynamicNumArr, LegalRangesAloneCanBeAutomatic) {
   UseTimeCode();
   std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(1);

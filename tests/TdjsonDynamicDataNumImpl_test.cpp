@@ -101,6 +101,26 @@ TEST_F(DynamicNum, StatedPatternStaysAndOnlyItsSignCanCome) {
   EXPECT_EQ(FileText(), SetText({"+007.00", "-001.50", "+12345.678"}));
 }
 
+// Marks hold for good: what is stated behind them is where the widening begins.
+TEST_F(DynamicNum, WhatIsStatedBehindTheMarksIsWidened) {
+  UseTimeCode();
+  std::shared_ptr<TdjsonDynamicDataNumImpl> const node = Make<TdjsonDynamicDataNumImpl>();
+  SK_PluginResult result;
+  node->setNumberPattern(1, 2, 0, &result);
+  node->setNumberRange(-9, 9, -8, 8, &result);
+  EXPECT_TRUE(Add(*node, TimeCode(0), result, 100.5));
+  EXPECT_TRUE(node->Commit());
+  EXPECT_EQ(result.mErrorCode, 0);
+  ns_sensor::SK_NumberProperties const& properties = node->GetNumStringProperties();
+  EXPECT_EQ(properties.pattern.digitsInteger, 3u);
+  EXPECT_EQ(properties.pattern.digitsDecimal, 2u);
+  EXPECT_EQ(properties.range.occurring.min, -8);
+  EXPECT_EQ(properties.range.occurring.max, 100.5);
+  EXPECT_EQ(properties.range.legal.min, -8);
+  EXPECT_EQ(properties.range.legal.max, 100.5);
+  EXPECT_EQ(FileText(), SetText({"100.50"}));
+}
+
 TEST_F(DynamicNum, StatedSignStaysWithoutANegativeSample) {
   UseTimeCode();
   std::shared_ptr<TdjsonDynamicDataNumImpl> const node = Make<TdjsonDynamicDataNumImpl>();
@@ -110,6 +130,19 @@ TEST_F(DynamicNum, StatedSignStaysWithoutANegativeSample) {
   EXPECT_TRUE(node->GetNumStringProperties().pattern.isSigned);
   EXPECT_TRUE(node->Commit());
   EXPECT_EQ(FileText(), SetText({"+7"}));
+}
+
+// Nobody said how wide its numbers are: no memory holds what the counts of an unset pattern ask for.
+TEST_F(DynamicNum, WithoutAPatternItsCommitFails) {
+  UseTimeCode();
+  SK_PluginResult result;
+  auto const node = OwnNewObject(new TdjsonDynamicDataNumImpl(Key()));
+  node->setDynamicDataInfo("Arm", "arm", "arm", 0, 1, 0, "", &result);
+  EXPECT_TRUE(Add(*node, TimeCode(0), result));
+  mRoot->WriteVersionToFile();
+  node->commit(&result);
+  EXPECT_EQ(result.mErrorCode, 1034);
+  EXPECT_EQ(FileText(), kTimeCodeHead);
 }
 
 TEST_F(DynamicNum, HalfAutomaticPatternIsStoredAndRefused) {

@@ -394,5 +394,45 @@ TYPED_TEST(WriterFamiliesThatThrow, WhateverElseIsThrownIsCode1023) {
   EXPECT_EQ(CodeOf([&](void* result) { form.call(*object, result); }), 1023);
 }
 
+// Whatever the C++ library makes of a null.
+TEST(WriterFamiliesTexts, ANullTextIsCode1023) {
+  int key = 0;
+  auto const root = OwnNewObject(new TdjsonRootImpl(&key, "never written"));
+  root->SetSMPTETimeInfo(false, 25, 1);
+  TdjsonRootImpl::RegisterInstance(&key, root);
+  auto const stream = OwnNewObject(new TdjsonDynamicDataNumArrImpl(&key));
+  auto const array = OwnNewObject(new TdjsonStaticDataNumArrImpl(&key, "d", "m"));
+  struct {
+    char const* name;
+    std::function<void(void*)> call;
+  } const rows[] = {
+      {"setCreator", [&](void* result) { root->setCreator(nullptr, result); }},
+      {"addSyncTimeFrameNum", [&](void* result) { root->addSyncTimeFrameNum(nullptr, 1, result); }},
+      {"addSyncTimeStr, file", [&](void* result) { root->addSyncTimeStr(nullptr, "t", 1, result); }},
+      {"addSyncTimeStr, time", [&](void* result) { root->addSyncTimeStr("f", nullptr, 1, result); }},
+      {"setDynamicDataInfo, displayName",
+       [&](void* result) { stream->setDynamicDataInfo(nullptr, "m", "s", 0, 1, 0, "", result); }},
+      {"setDynamicDataInfo, sampleSetID",
+       [&](void* result) { stream->setDynamicDataInfo("d", "m", nullptr, 0, 1, 0, "", result); }},
+      {"setDynamicDataInfo, duration",
+       [&](void* result) { stream->setDynamicDataInfo("d", "m", "s", 0, 1, 0, nullptr, result); }},
+      {"setDisplayName", [&](void* result) { stream->setDisplayName(nullptr, result); }},
+      {"addDisplayName", [&](void* result) { array->addDisplayName(nullptr, result); }},
+  };
+  for (auto const& row : rows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(CodeOf(row.call), 1023);
+  }
+  EXPECT_EQ(root->GetCreator(), "");
+  EXPECT_TRUE(root->GetVideoSyncTimeList().empty());
+  EXPECT_TRUE(stream->GetNumArrayProperties().arrayDisplayNames.empty());
+  EXPECT_TRUE(array->GetNumArrayProperties().arrayDisplayNames.empty());
+  // A text without bytes needs no place.
+  EXPECT_EQ(CodeOf([&](void* result) { root->addSyncTimeStr("f", nullptr, 0, result); }), 0);
+  ASSERT_EQ(root->GetVideoSyncTimeList().size(), 1u);
+  EXPECT_EQ(boost::get<std::string>(root->GetVideoSyncTimeList()[0].value.value), "");
+  TdjsonRootImpl::RemoveInstance(&key);
+}
+
 }  // namespace
 }  // namespace SK_PLUGIN

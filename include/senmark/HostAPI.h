@@ -16,16 +16,21 @@ using SetErrorProc = void (*)(void* result, eErrorCode code, long long offset, l
 /// Makes one object for the conversion `key`, any address that stands for one run of a converter.
 ///
 /// version     of the interface that the module was compiled for: 1.
+/// matchName   ASCII letters and digits, no digit first, unique in the file; not looked at here, a file with
+///             another one is refused when it is read. displayName: for people.
 /// outNode     receives a pointer to the `_v1` interface of the family, with one reference taken in advance
 ///             (see ISharedObject.h); after a failure it keeps what it held, so test the record first.
-/// errResultP  address of an `SK_PluginResult`, never null.
-/// Errors:     2027 no place for the result, 2029 version too high, 2030 version 0, 1034 no memory; of a dynamic
-///             node also 2005 no root under `key`, 2028 a root without a time base.
+/// errResultP  address of an `SK_PluginResult`. Null stops the process.
+/// Errors:     in this order: 2027 no place for the result, 2029 version too high, 2030 version 0; then 2005 no root
+///             under `key` and 2028 a root without a time base, both of dynamic nodes; 1034 no memory, 1023 a null
+///             text.
 struct TDJSONWriter_API {
   std::uint64_t mReserved;
-  /// setErrorProc  how failures are reported from now on, in the whole process.
+  /// path          of the output file, which `writeVersionToFile` creates. Kept as it is.
+  /// setErrorProc  how failures are reported from now on, in the whole process; it must not throw. Null: as
+  ///               `Static_SetPluginErrorObj` does it.
   /// outExisted    receives 1 if a root lives under `key`, which is then given, whatever the path; else 0.
-  /// Errors:       also 1505 for a path that is null or empty.
+  /// Errors:       also 2027 for no place for `outExisted`, 1505 for a path that is null or empty.
   void (*Static_CreateRoot)(void* key, char const* path, SetErrorProc setErrorProc, void** outRoot,
                             unsigned char* outExisted, unsigned version, void* errResultP);
   void (*Static_CreateGroup)(void* key, void** outGroup, char const* matchName, char const* displayName,
@@ -55,7 +60,7 @@ static_assert(offsetof(TDJSONWriter_API, Static_CreateStaticDataBool) == 72);
 
 struct HandleException_API {
   std::uint64_t mReserved;
-  /// Fills in the record `result`, which is not null. Good as `setErrorProc` of `Static_CreateRoot`.
+  /// Fills in the record `result`; null stops the process. Good as `setErrorProc` of `Static_CreateRoot`.
   void (*Static_SetPluginErrorObj)(void* result, eErrorCode code, long long offset, long long line);
 };
 static_assert(sizeof(HandleException_API) == 16);
@@ -63,7 +68,8 @@ static_assert(offsetof(HandleException_API, Static_SetPluginErrorObj) == 8);
 
 struct HandleMemory_API {
   std::uint64_t mReserved;
-  /// Ends the conversion `key`: the library lets go of its root.
+  /// Ends the conversion `key`: the library lets go of its root. What the module still holds of that conversion
+  /// lives on but reaches no file any more (error 2005). To be called once a conversion is over, however it went.
   void (*Static_RemoveConverterFromMap)(void* key, void* errResultP);
 };
 static_assert(sizeof(HandleMemory_API) == 16);

@@ -6,7 +6,8 @@
 namespace SK_PLUGIN {
 
 /// A node collects samples, in the order in which a reader is to find them: by time. `commit` writes them to
-/// the file. A node without samples stays out of the file.
+/// the file, once; samples that come behind that are lost and may spoil what the outline says of the others. A node
+/// without samples stays out of the file.
 ///
 /// Binary interface: the order of the virtual functions is fixed.
 class ITdjsonDynamicData_v1 {
@@ -23,8 +24,8 @@ class ITdjsonDynamicData_v1 {
   virtual ITdjsonDynamicData_v1* GetActualITdjsonDynamicData() = 0;
   virtual ~ITdjsonDynamicData_v1() = default;
   /// Writes the samples. Errors: 2001 after a sample that failed; 2014 for a sample with an empty text; 2004 if
-  /// the file cannot be cut back after a failure; the codes of file operations plus 1000. A failed set leaves
-  /// no trace in the file.
+  /// the file cannot be cut back after a failure; 2005 if the conversion has ended; 1034 also for numbers without
+  /// a pattern; the codes of file operations plus 1000. A failed set leaves no trace in the file.
   virtual void commit(void* result) = 0;
   /// displayName    for people; matchName: ASCII letters and digits, no digit first, unique in the file.
   /// sampleSetID    the key of the samples, unique in the file.

@@ -11,8 +11,10 @@
 namespace SK_PLUGIN {
 
 /// Children come out in the order in which they were added, whatever their kind. A group in which nothing is
-/// to be written stays out of the file. Nobody looks for match names that come twice or for a node that was
-/// added twice: such a file is refused when it is read.
+/// to be written stays out of the file, and so does a dynamic node without samples. The first child must be one
+/// that is written: behind one that stays out, the next one follows a comma that belongs to nothing, and no reader
+/// takes the file. Nobody looks for match names that come twice or for a node that was added twice: such a file is
+/// refused when it is read.
 ///
 /// Binary interface: the order of the virtual functions is fixed.
 class ITdjsonGroup_v1 : public virtual ISharedObject {

@@ -12,7 +12,8 @@ class ITdjsonStaticDataNum_v1 : public virtual ITdjsonStaticData_v1, public virt
   static unsigned GetInterfaceVersion() { return 1; }
 
   /// How many digits stand before and behind the point, and whether the number has a place for its sign. All
-  /// ones in both counts: taken from the value. Error 2006 for all ones in just one of them.
+  /// ones in both counts: taken from the value. Error 2006 for all ones in just one of them. Needed, like the
+  /// range, before the root is committed. Which numbers do well: `ITdjsonDynamicDataNum_v1::setNumberPattern`.
   virtual void setNumberPattern(unsigned long long digitsInteger, unsigned long long digitsDecimal,
                                 unsigned char isSigned, void* result) = 0;
   /// The numbers that would be allowed and those that occur. The largest double as minimum together with its

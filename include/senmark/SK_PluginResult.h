@@ -1,6 +1,7 @@
 /// How the writer and a module tell each other of a failure: nothing is thrown between them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "senmark/SK_ErrorCode.h"
@@ -18,5 +19,8 @@ struct SK_PluginResult {
   std::int64_t mFileLineNo = -1;                ///< line of the input, -1 for none
 };
 static_assert(sizeof(SK_PluginResult) == 24);
+static_assert(offsetof(SK_PluginResult, mErrorCode) == 4);
+static_assert(offsetof(SK_PluginResult, mFileOffset) == 8);
+static_assert(offsetof(SK_PluginResult, mFileLineNo) == 16);
 
 }  // namespace SK_PLUGIN

@@ -87,6 +87,9 @@ void Static_CreateRoot(void* key, char const* path, SetErrorProc setErrorProc, v
   AssertRecord(errResultP, "errResultP != 0", "Static_CreateRoot", __LINE__);
   RunAtWriterBorder(errResultP, [&] {
     CheckRequest(outRoot, version, ITdjsonRoot_v1::GetInterfaceVersion());
+    if (outExisted == nullptr) {
+      ThrowWriterError(kNoPlaceForResult);
+    }
     gSetWriterErrorObjectProc = setErrorProc;
     *outExisted = 1;
     std::shared_ptr<TdjsonRootImpl> root = TdjsonRootImpl::GetRoot(key);
@@ -101,8 +104,9 @@ void Static_CreateRoot(void* key, char const* path, SetErrorProc setErrorProc, v
 
 void Static_CreateGroup(void* key, void** outGroup, char const* matchName, char const* displayName, unsigned version,
                         void* errResultP) {
-  CreateForModule<ITdjsonGroup_v1>("Static_CreateGroup", __LINE__, outGroup, version, errResultP,
-                                   [&] { return new TdjsonGroupImpl(key, displayName, matchName); });
+  CreateForModule<ITdjsonGroup_v1>("Static_CreateGroup", __LINE__, outGroup, version, errResultP, [&] {
+    return new TdjsonGroupImpl(key, RequireText(displayName), RequireText(matchName));
+  });
 }
 
 void Static_CreateDynamicDataNumArr(void* key, void** outNode, unsigned version, void* errResultP) {
@@ -123,7 +127,7 @@ void Static_CreateDynamicDataString(void* key, void** outNode, unsigned version,
 void Static_CreateStaticDataNum(void* key, void** outNode, char const* matchName, char const* displayName, double value,
                                 unsigned version, void* errResultP) {
   CreateForModule<ITdjsonStaticDataNum_v1>("Static_CreateStaticDataNum", __LINE__, outNode, version, errResultP, [&] {
-    return new TdjsonStaticDataNumImpl(key, displayName, matchName, value);
+    return new TdjsonStaticDataNumImpl(key, RequireText(displayName), RequireText(matchName), value);
   });
 }
 
@@ -131,20 +135,22 @@ void Static_CreateStaticDataNumArr(void* key, void** outNode, char const* matchN
                                    unsigned version, void* errResultP) {
   CreateForModule<ITdjsonStaticDataNumArr_v1>(
       "Static_CreateStaticDataNumArr", __LINE__, outNode, version, errResultP,
-      [&] { return new TdjsonStaticDataNumArrImpl(key, displayName, matchName); });
+      [&] { return new TdjsonStaticDataNumArrImpl(key, RequireText(displayName), RequireText(matchName)); });
 }
 
 void Static_CreateStaticDataString(void* key, void** outNode, char const* matchName, char const* displayName,
                                    char const* value, unsigned version, void* errResultP) {
   CreateForModule<ITdjsonStaticDataString_v1>(
-      "Static_CreateStaticDataString", __LINE__, outNode, version, errResultP,
-      [&] { return new TdjsonStaticDataStringImpl(key, displayName, matchName, value); });
+      "Static_CreateStaticDataString", __LINE__, outNode, version, errResultP, [&] {
+        return new TdjsonStaticDataStringImpl(key, RequireText(displayName), RequireText(matchName),
+                                              RequireText(value));
+      });
 }
 
 void Static_CreateStaticDataBool(void* key, void** outNode, char const* matchName, char const* displayName,
                                  unsigned char value, unsigned version, void* errResultP) {
   CreateForModule<ITdjsonStaticDataBool_v1>("Static_CreateStaticDataBool", __LINE__, outNode, version, errResultP, [&] {
-    return new TdjsonStaticDataBoolImpl(key, displayName, matchName, value != 0);
+    return new TdjsonStaticDataBoolImpl(key, RequireText(displayName), RequireText(matchName), value != 0);
   });
 }
 

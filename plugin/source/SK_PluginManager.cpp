@@ -9,6 +9,14 @@ namespace {
 
 constexpr std::uint32_t kHostAPIVersion = 1;
 
+/// A table that starts zeroed.
+template <typename Table>
+Table* MakeTable(void (*fillIn)(Table*)) {
+  auto table = std::make_unique<Table>();
+  fillIn(table.get());
+  return table.release();
+}
+
 }  // namespace
 
 std::unique_ptr<SK_PluginManager> SK_PluginManager::mInstance;
@@ -42,12 +50,9 @@ void SK_PluginManager::SetupHostAPI(HostAPI* hostAPI) {
   if (hostAPI == nullptr) {
     SK_NAMESPACE_INT::SK_AssertFailed("hostAPI != 0", "SetupHostAPI", "plugin/source/SK_PluginManager", __LINE__);
   }
-  hostAPI->mTdjsonWriterAPI = new TDJSONWriter_API();
-  GetTDJSONWriterAPI(hostAPI->mTdjsonWriterAPI);
-  hostAPI->mHandleExceptionAPI = new HandleException_API();
-  GetHandleExceptionAPI(hostAPI->mHandleExceptionAPI);
-  hostAPI->mHandleMemoryAPI = new HandleMemory_API();
-  GetHandleMemoryAPI(hostAPI->mHandleMemoryAPI);
+  hostAPI->mTdjsonWriterAPI = MakeTable(GetTDJSONWriterAPI);
+  hostAPI->mHandleExceptionAPI = MakeTable(GetHandleExceptionAPI);
+  hostAPI->mHandleMemoryAPI = MakeTable(GetHandleMemoryAPI);
 }
 
 void SK_PluginManager::initializeHostAPI() {

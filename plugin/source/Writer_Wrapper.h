@@ -1,7 +1,9 @@
 /// The writer as the native converters use it: public records in, shared objects out.
 ///
-/// A failure is an `SK_Exception`; a half-made node then goes away by itself. `key` stands for one run of a
-/// converter, which passes its own address; null is code 1.
+/// A failure is an `SK_Exception`, but for what the objects refuse as they are made, which is an
+/// `SK_PluginException`: 1505 a root without a path, 2005 and 2028 a dynamic node without a root or without a time
+/// base. A half-made node goes away by itself. `key` stands for one run of a converter, which passes its own
+/// address; null is code 1.
 #pragma once
 
 #include <memory>
@@ -23,7 +25,8 @@ namespace SK_PLUGIN {
 class Writer_Wrapper {
  public:
   /// Gives the root that lives under `key` if there is one. Else makes it, with the time base and the sync
-  /// times of `info` unless that is null, and creates the file with its head.
+  /// times of `info` unless that is null, and creates the file with its head. A root whose head cannot be written
+  /// stays until `RemoveRoot_Wrapper`.
   static std::shared_ptr<ITdjsonRoot_v1> CreateRoot_Wrapper(void* key, char const* path,
                                                             ns_sensor::SK_DynamicFileInfo const* info);
   /// The match name is not looked at.

@@ -2,6 +2,8 @@
 // reaches every object through the slots of its interface.
 #include "WriterModule.h"
 
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -288,6 +290,106 @@ class Conversion {
   Held<ITdjsonRoot_v1> mRoot;
 };
 
+/// What stands at an offset of a table, as a module sees it that has no declaration of the table.
+template <typename Field>
+Field At(void const* table, std::size_t offset) {
+  Field field;
+  std::memcpy(&field, static_cast<char const*>(table) + offset, sizeof field);
+  return field;
+}
+
+/// Every function by the offset of its entry, with arguments as plain as they come.
+class CallsByOffset {
+ public:
+  CallsByOffset(void const* api, void* key, void (*complain)(char const*))
+      : mWriter(At<void const*>(api, 8)), mKey(key), mComplain(complain) {
+    Check("size", At<std::uint32_t>(api, 0) == 32);
+    Check("version", At<std::uint32_t>(api, 4) == 1);
+    Check("reserved words", At<std::uint64_t>(mWriter, 0) == 0 && At<std::uint64_t>(At<void const*>(api, 16), 0) == 0 &&
+                                At<std::uint64_t>(At<void const*>(api, 24), 0) == 0);
+  }
+
+  void Run(void const* api, char const* path) {
+    auto const setError = At<void (*)(void*, int, long long, long long)>(At<void const*>(api, 16), 8);
+    auto const remove = At<void (*)(void*, void*)>(At<void const*>(api, 24), 8);
+
+    std::uint8_t record[24];
+    std::memset(record, 0xEE, sizeof record);
+    setError(record, 7, -3, 0x1122334455667788);
+    Check("record", At<std::uint32_t>(record, 0) == 0xEEEEEEEEu && At<std::int32_t>(record, 4) == 7 &&
+                        At<std::int64_t>(record, 8) == -3 && At<std::int64_t>(record, 16) == 0x1122334455667788);
+
+    void* object = nullptr;
+    unsigned char existed = 9;
+    At<void (*)(void*, char const*, void (*)(void*, int, long long, long long), void**, unsigned char*, unsigned,
+                void*)>(mWriter, 8)(mKey, path, setError, &object, &existed, 1, mRecord);
+    Check("new root", object != nullptr && existed == 0);
+    Held<ITdjsonRoot_v1> const root(object);
+    root->setUTCTimeInfo(0, 1, mRecord);
+    using Create = void (*)(void*, void**, unsigned, void*);
+    using CreateNamed = void (*)(void*, void**, char const*, char const*, unsigned, void*);
+    using CreateNumber = void (*)(void*, void**, char const*, char const*, double, unsigned, void*);
+    using CreateText = void (*)(void*, void**, char const*, char const*, char const*, unsigned, void*);
+    using CreateFlag = void (*)(void*, void**, char const*, char const*, unsigned char, unsigned, void*);
+    At<CreateNamed>(mWriter, 16)(mKey, &object, "group", "Group", 1, mRecord);
+    Held<ITdjsonGroup_v1> const group(object);
+    CheckType<ITdjsonDynamicDataNumArr_v1>("stream of arrays", 2, [&] {
+      At<Create>(mWriter, 24)(mKey, &object, 1, mRecord);
+      return object;
+    });
+    CheckType<ITdjsonDynamicDataNum_v1>("stream of numbers", 0, [&] {
+      At<Create>(mWriter, 32)(mKey, &object, 1, mRecord);
+      return object;
+    });
+    CheckType<ITdjsonDynamicDataString_v1>("stream of texts", 1, [&] {
+      At<Create>(mWriter, 40)(mKey, &object, 1, mRecord);
+      return object;
+    });
+    At<CreateNumber>(mWriter, 48)(mKey, &object, "number", "Number", -2.5, 1, mRecord);
+    Held<ITdjsonStaticDataNum_v1> const number(object);
+    number->setNumberPattern(1, 1, 1, mRecord);
+    number->setNumberRange(-9, 9, -3, 3, mRecord);
+    group->addStaticData(number.Get(), mRecord);
+    CheckType<ITdjsonStaticDataNumArr_v1>("array", 2, [&] {
+      At<CreateNamed>(mWriter, 56)(mKey, &object, "array", "Array", 1, mRecord);
+      return object;
+    });
+    At<CreateText>(mWriter, 64)(mKey, &object, "text", "Text", "value", 1, mRecord);
+    Held<ITdjsonStaticDataString_v1> const text(object);
+    text->setStringProperties(0, 0, 0, mRecord);
+    group->addStaticData(text.Get(), mRecord);
+    At<CreateFlag>(mWriter, 72)(mKey, &object, "flag", "Flag", 1, 1, mRecord);
+    Held<ITdjsonStaticDataBool_v1> const flag(object);
+    group->addStaticData(flag.Get(), mRecord);
+    root->addGroup(group.Get(), mRecord);
+    root->commit(mRecord);
+    Check("success throughout", At<std::int32_t>(mRecord, 4) == 0);
+
+    At<Create>(mWriter, 24)(mKey, &object, 2, mRecord);
+    Check("version 2", At<std::int32_t>(mRecord, 4) == 2029);
+    remove(mKey, mRecord);
+    At<Create>(mWriter, 24)(mKey, &object, 1, mRecord);
+    Check("no root any more", At<std::int32_t>(mRecord, 4) == 2005);
+  }
+
+ private:
+  void Check(char const* what, bool holds) {
+    if (!holds) {
+      mComplain(what);
+    }
+  }
+  template <typename Interface, typename Make>
+  void CheckType(char const* what, int type, Make&& make) {
+    Held<Interface> const object(make());
+    Check(what, object->GetType() == type);
+  }
+
+  void const* mWriter;
+  void* mKey;
+  void (*mComplain)(char const*);
+  alignas(8) std::uint8_t mRecord[24] = {};
+};
+
 }  // namespace
 
 #define MODULE_EXPORT extern "C" __attribute__((visibility("default")))
@@ -305,4 +407,9 @@ MODULE_EXPORT void WriterModuleCalendarTimes(HostAPI const* api, void* key, char
 MODULE_EXPORT void WriterModuleFailures(HostAPI const* api, void* key, char const* path,
                                         void (*complain)(char const*)) {
   Conversion(api, key, path, complain).Fail();
+}
+
+MODULE_EXPORT void WriterModuleByOffsets(HostAPI const* api, void* key, char const* path,
+                                         void (*complain)(char const*)) {
+  CallsByOffset(api, key, complain).Run(api, path);
 }

@@ -9,7 +9,7 @@ void ITdjsonRoot_I::commit(void* result) {
 }
 
 void ITdjsonRoot_I::setCreator(char const* creator, void* result) {
-  RunAtWriterBorder(result, [&] { SetCreator(creator); });
+  RunAtWriterBorder(result, [&] { SetCreator(RequireText(creator)); });
 }
 
 }  // namespace SK_PLUGIN

@@ -27,6 +27,13 @@ void ThrowWriterError(eErrorCode code) {
   throw SK_PluginException(code, -1, -1);
 }
 
+char const* RequireText(char const* text) {
+  if (text == nullptr) {
+    ThrowWriterError(kWriterUnknownException);
+  }
+  return text;
+}
+
 void RethrowInWriter() {
   try {
     throw;

@@ -17,6 +17,9 @@ extern SetErrorProc gSetWriterErrorObjectProc;
 /// Raises one of the writer's own codes, which are named by their meaning at the throw sites. No place.
 [[noreturn]] void ThrowWriterError(eErrorCode code);
 
+/// Gives `text`, an argument of a border form, back. 1023 for null, which no string can be made of.
+char const* RequireText(char const* text);
+
 /// Throws the exception in flight on as an `SK_PluginException`: itself; for an `SK_Exception` its code plus
 /// 1000 with its place; 1034 for `std::bad_alloc`; 1023 for anything else.
 [[noreturn]] void RethrowInWriter();

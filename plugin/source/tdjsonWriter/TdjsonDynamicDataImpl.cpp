@@ -54,12 +54,12 @@ void TdjsonDynamicDataImpl::setDynamicDataInfo(char const* displayName, char con
         fields.interpolation != ns_sensor::kHoldInterpolation) {
       ThrowWriterError(kBadInterpolation);
     }
-    fields.displayName = escapeHandling(displayName);
+    fields.displayName = escapeHandling(RequireText(displayName));
     fields.matchName = matchName;
-    fields.sampleSetID = escapeHandling(sampleSetID);
+    fields.sampleSetID = escapeHandling(RequireText(sampleSetID));
     fields.sampleCount = sampleCount;
     fields.hasExpectedFrequencyB = hasExpectedFrequency != 0;
-    fields.expectedMaxInterSampleDuration = escapeHandling(expectedMaxInterSampleDuration);
+    fields.expectedMaxInterSampleDuration = escapeHandling(RequireText(expectedMaxInterSampleDuration));
   });
 }
 

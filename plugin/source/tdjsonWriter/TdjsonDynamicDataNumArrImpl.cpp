@@ -74,7 +74,8 @@ void TdjsonDynamicDataNumArrImpl::setIsPoint(unsigned char isPoint, void* result
 }
 
 void TdjsonDynamicDataNumArrImpl::setDisplayName(char const* name, void* result) {
-  RunAtWriterBorder(result, [&] { mNumberArrayProperties.arrayDisplayNames.push_back(escapeHandling(name)); });
+  RunAtWriterBorder(result,
+                    [&] { mNumberArrayProperties.arrayDisplayNames.push_back(escapeHandling(RequireText(name))); });
 }
 
 bool TdjsonDynamicDataNumArrImpl::addTimeSMPTE(int hours, int minutes, int seconds, int frames, void* result) {

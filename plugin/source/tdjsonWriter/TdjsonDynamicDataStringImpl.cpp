@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "SK_NumberAnalysis.h"
-#include "SK_WriterCode.h"
 #include "Serializer.h"
 
 namespace SK_PLUGIN {
@@ -76,11 +75,8 @@ bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value
   if (!IsOpenFor(time)) {
     return false;
   }
-  if (value == nullptr) {
-    ThrowWriterError(kWriterUnknownException);
-  }
   // There and back, so that a text without anything to escape stays in the memory that is there.
-  mEscapedValue = value;
+  mEscapedValue = RequireText(value);
   mEscapedValue = escapeHandling(std::move(mEscapedValue));
   std::string_view const timeText = TimeText(time);
   if (timeText.empty()) {

@@ -30,7 +30,7 @@ void CheckPath(char const* path) {
 /// For frame 0 as yet.
 SK_VideoSyncTime MakeSyncTime(char const* fileName) {
   SK_VideoSyncTime syncTime;
-  syncTime.fileName = std::string(fileName);
+  syncTime.fileName = RequireText(fileName);
   return syncTime;
 }
 
@@ -112,7 +112,8 @@ void TdjsonRootImpl::addSyncTimeStr(char const* fileName, char const* timeString
                                     void* result) {
   RunAtWriterBorder(result, [&] {
     SK_VideoSyncTime syncTime = MakeSyncTime(fileName);
-    syncTime.value.value = std::string(timeString, length);
+    // No bytes need no place.
+    syncTime.value.value = length == 0 ? std::string() : std::string(RequireText(timeString), length);
     mVideoSyncTimeList.push_back(std::move(syncTime));
   });
 }

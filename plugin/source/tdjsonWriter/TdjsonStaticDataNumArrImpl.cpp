@@ -20,7 +20,8 @@ bool TdjsonStaticDataNumArrImpl::addElement(double value, void* result) {
 }
 
 void TdjsonStaticDataNumArrImpl::addDisplayName(char const* name, void* result) {
-  RunAtWriterBorder(result, [&] { mNumberArrayProperties.arrayDisplayNames.push_back(escapeHandling(name)); });
+  RunAtWriterBorder(result,
+                    [&] { mNumberArrayProperties.arrayDisplayNames.push_back(escapeHandling(RequireText(name))); });
 }
 
 void TdjsonStaticDataNumArrImpl::setNumberPattern(unsigned long long digitsInteger, unsigned long long digitsDecimal,
