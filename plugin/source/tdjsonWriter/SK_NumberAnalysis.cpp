@@ -180,6 +180,7 @@ void serializeTimeUTC(std::string& out, int const& year, int const& month, int c
   }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the form that callers have always had
 std::vector<std::string> splitString(std::string text, char separator) {
   std::vector<std::string> pieces;
   std::size_t start = 0;

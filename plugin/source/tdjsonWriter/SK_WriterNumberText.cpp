@@ -1,5 +1,6 @@
 #include "SK_WriterNumberText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -15,6 +16,7 @@ using SK_NAMESPACE_INT::DigitsOfValue;
 using SK_NAMESPACE_INT::kEveryByte;
 using SK_NAMESPACE_INT::StoreEight;
 
+// NOLINTNEXTLINE(modernize-use-using): an extension cannot be marked as one in an alias
 __extension__ typedef unsigned __int128 Uint128;
 
 constexpr int kDigits = 16;  // significant ones
@@ -178,7 +180,7 @@ char* WriteDecimal(char* out, Decimal decimal) {
   std::uint64_t const lastText = last | kZeroes;
 
   if (decimal.exponent < 0 && decimal.exponent >= -4) {
-    std::memcpy(out, "0.000", 5);
+    std::copy_n("0.000", 5, out);
     out += 1 - decimal.exponent;
     StoreEight(out, firstText);
     StoreEight(out + 8, lastText);
@@ -237,8 +239,7 @@ SK_WriterNumberText::SK_WriterNumberText(double value) {
     *out++ = '0';
   } else if (bits > kExponentMask << kFractionBits) {
     // The sign of a NaN is printed too, and nothing else of it.
-    std::memcpy(out, "nan", 3);
-    out += 3;
+    out = std::copy_n("nan", 3, out);
   } else {
     out = WriteAnything(out, mText + kCapacity, value);
   }

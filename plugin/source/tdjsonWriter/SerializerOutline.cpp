@@ -302,7 +302,7 @@ void SerializerOutline::AppendNames(std::string const& matchName, std::string co
 }
 
 void SerializerOutline::AppendNumber(double value) {
-  // By their bits: zeroes of both signs are equal, but have two texts.
+  // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): zeroes of both signs are equal, but have two texts
   if (std::memcmp(&value, &mLastNumber, sizeof value) != 0) {
     mLastText = SK_WriterNumberText(value);
     mLastNumber = value;
