@@ -95,6 +95,7 @@ std::shared_ptr<SK_ConversionInfo> SK_ConverterManager::ConvertNative(char const
     checkTDJSONFormat(result, info->version);
   } catch (...) {
     File_IO::Delete(info->filePath.c_str());
+    info->isTemporary = false;  // a second deletion would fail, and be what the host finds as its last error
     throw;
   }
   return info;

@@ -269,6 +269,7 @@ Checked const kChecked[] = {
     {"OneSpace", " ", false},
     {"SpacesAlone", " \n\t\r  ", false},
     {"OtherSpaceInFront", "\v[1]", false},
+    {"FormFeedInFront", "\f[1]", false},
     {"ByteOrderMark", "\xEF\xBB\xBF[1]", false},
     {"Text", "a,b\n1,2\n", false},
     {"ClosingBracket", "][", false},

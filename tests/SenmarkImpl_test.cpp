@@ -229,6 +229,23 @@ TEST_F(SenmarkImpl, FormatIsToldByContentOrByExtension) {
   }
 }
 
+/// Whatever was cleaned up after it.
+TEST_F(SenmarkImpl, FailedConversionIsTheLastError) {
+  ReportedError const notConverted{1506, "File Cannot be converted.", -1, -1};
+  std::string const path = mFolder.Write("cut.json", "[1");
+  std::string const output = mFolder.Path("out.tdjson");
+  for (char const* const wanted : {static_cast<char const*>(nullptr), output.c_str()}) {
+    EXPECT_EQ(mHost.Open(path, wanted), nullptr);
+    EXPECT_EQ(mHost.TakeError(), notConverted);
+    EXPECT_EQ(LastError(true), notConverted);
+  }
+  ns_sensor::ITdjsonStream* stream = nullptr;
+  mHost.Manager().createTdjsonStream(&stream, path.c_str(), 0, &mHost);
+  EXPECT_EQ(stream, nullptr);
+  EXPECT_EQ(mHost.TakeError(), notConverted);
+  EXPECT_EQ(LastError(true), notConverted);
+}
+
 TEST_F(SenmarkImpl, BareNameOfVersion1HasNoExtension) {
   mFolder.Write("bare.tdjson", kSmallVersion1);
   std::filesystem::path const before = std::filesystem::current_path();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <filesystem>
 
 #include "RecordingHost.h"
@@ -67,6 +68,20 @@ TEST_F(TdjsonStreamImpl, ResetGoesBackButRestoresNoCount) {
   mStream->resetStream(&mHost);
   EXPECT_EQ(mStream->GetRemainingStreamSize(), 0u);
   EXPECT_EQ(mStream->readStream(buffer.data(), all, &mHost), 0u);
+}
+
+TEST_F(TdjsonStreamImpl, SizeIsCutTo32Bits) {
+  std::filesystem::resize_file(mPath, (std::uintmax_t{1} << 32U) + 7);
+  ns_sensor::ITdjsonStream* large = nullptr;
+  mHost.Manager().createTdjsonStream(&large, mPath.c_str(), 0, &mHost);
+  ASSERT_NE(large, nullptr);
+  EXPECT_EQ(large->GetStreamSize(), 7U);
+  EXPECT_EQ(large->GetRemainingStreamSize(), 7U);
+  std::string buffer(10, '\xFF');
+  EXPECT_EQ(large->readStream(buffer.data(), 10, &mHost), 7U);
+  EXPECT_EQ(buffer, mContent.substr(0, 7) + std::string(3, '\0'));
+  EXPECT_EQ(large->readStream(buffer.data(), 10, &mHost), 0U);
+  mHost.Manager().destroyTdjsonStream(&large, &mHost);
 }
 
 TEST_F(TdjsonStreamImpl, NullBufferIsCodeOne) {
