@@ -18,7 +18,6 @@ namespace SK_NAMESPACE_INT {
 namespace {
 
 constexpr std::size_t kOutlineStackCapacity = 1024;
-constexpr std::size_t kOutlineChunkCapacity = 65536;
 
 /// Whether a rate of `value` / `scale` frames per second is 29.97 or 59.94.
 bool IsDropFrameRate(std::int32_t value, std::uint32_t scale) {
@@ -38,8 +37,7 @@ struct SK_TdjsonParser::SchemaField {
   ePresentProperty bit;
 };
 
-SK_TdjsonParser::SK_TdjsonParser()
-    : mDataOutline(rapidjson::kArrayType, &mAllocator, kOutlineStackCapacity), mAllocator(kOutlineChunkCapacity) {}
+SK_TdjsonParser::SK_TdjsonParser() : mDataOutline(rapidjson::kArrayType, &mAllocator, kOutlineStackCapacity) {}
 
 SK_TdjsonParser::~SK_TdjsonParser() {
   mFileSize = 0;
