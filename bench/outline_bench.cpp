@@ -98,7 +98,7 @@ std::string Pretty(std::string const& compact) {
 }
 
 std::size_t ParseWithScanner(std::string const& text) {
-  JAllocator allocator(65536);
+  JAllocator allocator;
   JValue outline;
   SK_TdjsonParserUtils::ParseJsonArray(text.data(), text.data() + text.size(), text.data(), "dataOutline", outline,
                                        allocator, 0);

@@ -1,9 +1,11 @@
 # The library's own files, by name. What differs by platform has a suffix and is chosen here.
 
 if(APPLE)
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp
+      source/SK_OSMemory_mac.cpp)
 else()
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp
+      source/SK_OSMemory_linux.cpp)
 endif()
 
 # The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
@@ -90,6 +92,7 @@ set(SENMARK_SOURCES
     source/SK_JsonError.cpp
     source/SK_JsonName.cpp
     source/SK_JsonNumber.cpp
+    source/SK_JsonPool.cpp
     source/SK_JsonText.cpp
     source/SK_Ladder.cpp
     source/SK_Localizer.cpp
@@ -98,6 +101,7 @@ set(SENMARK_SOURCES
     source/SK_NumberLayout.cpp
     source/SK_NumberRun.cpp
     source/SK_NumberText.cpp
+    source/SK_OSMemory-POSIX.cpp
     source/SK_OutlinePath.cpp
     source/SK_OutlineReader.cpp
     source/SK_RapidJson.cpp

@@ -2,24 +2,18 @@
 
 namespace SK_NAMESPACE_INT {
 
-SK_JsonName::SK_JsonName(std::string const& outermost)
-    : mContainer(nullptr),
-      mText{outermost.data(), outermost.data() + outermost.size(), false},
-      mIndex(0),
-      mIsElement(false) {}
-
 std::string SK_JsonName::GetText() const {
-  if (mContainer == nullptr) {
-    return std::string(mText.begin, mText.end);
+  if (mOutermost != nullptr) {
+    return *mOutermost;
   }
   std::string text = mContainer->GetText();
-  if (mIsElement) {
+  if (mKey == nullptr) {
     text += '[';
     text += std::to_string(mIndex);
     text += ']';
   } else {
     text += "::";
-    AppendDecoded(mText, text);
+    AppendDecoded(*mKey, text);
   }
   return text;
 }

@@ -11,22 +11,20 @@
 
 namespace SK_NAMESPACE_INT {
 
-/// Borrows the outermost name, the links around it and the bytes of the keys: all must outlive it.
+/// Borrows the outermost name, the links around it and the keys with their bytes: all must outlive it.
 class SK_JsonName {
  public:
-  explicit SK_JsonName(std::string const& outermost);
-  SK_JsonName(SK_JsonName const& object, SK_JsonText const& key)
-      : mContainer(&object), mText(key), mIndex(0), mIsElement(false) {}
-  SK_JsonName(SK_JsonName const& array, std::uint32_t index)
-      : mContainer(&array), mText{nullptr, nullptr, false}, mIndex(index), mIsElement(true) {}
+  explicit SK_JsonName(std::string const& outermost) : mOutermost(&outermost) {}
+  SK_JsonName(SK_JsonName const& object, SK_JsonText const& key) : mContainer(&object), mKey(&key) {}
+  SK_JsonName(SK_JsonName const& array, std::uint32_t index) : mContainer(&array), mIndex(index) {}
 
   std::string GetText() const;
 
  private:
-  SK_JsonName const* mContainer;  ///< null in the outermost name
-  SK_JsonText mText;              ///< the outermost name, or the key of a member
-  std::uint32_t mIndex;           ///< of an element
-  bool mIsElement;
+  SK_JsonName const* mContainer = nullptr;
+  std::string const* mOutermost = nullptr;
+  SK_JsonText const* mKey = nullptr;  ///< null for an element
+  std::uint32_t mIndex = 0;           ///< of an element
 };
 
 }  // namespace SK_NAMESPACE_INT

@@ -31,7 +31,7 @@ std::uint64_t NumberOf(std::string_view name) {
 
 }  // namespace
 
-bool SK_MatchNames::Insert(std::string_view name) {
+bool SK_MatchNames::InsertUnordered(std::string_view name) {
   if (mAccuracy == kNames) {
     return mNames.insert(name).second;
   }
@@ -52,7 +52,7 @@ bool SK_MatchNames::MayRepeat() {
     Settle(number);
     number = 0;
   }
-  return mMayRepeat;
+  return mMayRepeat || mIsOutOfOrder;
 }
 
 void SK_MatchNames::Settle(std::uint64_t number) {

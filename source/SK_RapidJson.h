@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "SK_JsonPool.h"
+
 namespace SK_NAMESPACE_INT {
 
 /// Raises code 19.
@@ -30,7 +32,7 @@ namespace SK_NAMESPACE_INT {
 
 namespace SK_NAMESPACE_INT {
 
-/// Where rapidjson's pools and stacks get their memory. rapidjson does not test for null, so a shortage must be an
+/// Where rapidjson's stacks get their memory. rapidjson does not test for null, so a shortage must be an
 /// exception, `std::bad_alloc`.
 class SK_JsonMemory {
  public:
@@ -57,7 +59,7 @@ class SK_JsonMemory {
   }
 };
 
-using JAllocator = rapidjson::MemoryPoolAllocator<SK_JsonMemory>;
+using JAllocator = SK_JsonPool;
 using JValue = rapidjson::GenericValue<rapidjson::UTF8<>, JAllocator>;
 using JDocument = rapidjson::GenericDocument<rapidjson::UTF8<>, JAllocator, SK_JsonMemory>;
 

@@ -1,7 +1,5 @@
 #include "SK_TdjsonParser.h"
 
-#include <cstring>
-
 #include "SK_FileMapper.h"
 #include "SK_IntegerOf.h"
 #include "SK_JsonBytes.h"
@@ -18,7 +16,6 @@ namespace SK_NAMESPACE_INT {
 namespace {
 
 constexpr std::size_t kOutlineStackCapacity = 1024;
-constexpr std::size_t kOutlineChunkCapacity = 65536;
 
 /// Whether a rate of `value` / `scale` frames per second is 29.97 or 59.94.
 bool IsDropFrameRate(std::int32_t value, std::uint32_t scale) {
@@ -38,8 +35,7 @@ struct SK_TdjsonParser::SchemaField {
   ePresentProperty bit;
 };
 
-SK_TdjsonParser::SK_TdjsonParser()
-    : mDataOutline(rapidjson::kArrayType, &mAllocator, kOutlineStackCapacity), mAllocator(kOutlineChunkCapacity) {}
+SK_TdjsonParser::SK_TdjsonParser() : mDataOutline(rapidjson::kArrayType, &mAllocator, kOutlineStackCapacity) {}
 
 SK_TdjsonParser::~SK_TdjsonParser() {
   mFileSize = 0;
@@ -146,24 +142,18 @@ char const* SK_TdjsonParser::ParseCreator(char const* p, char const* end) {
 char const* SK_TdjsonParser::ParseDataOutline(char const* p, char const* end) {
   char const* const behind = SK_TdjsonParserUtils::ParseJsonArray(p, end, mFileStartAddress, "dataOutline",
                                                                   mDataOutline, mDataOutline.GetAllocator(), 0);
-  GetValidator().ValidateOutline(mDataOutline, p, behind);
-  CacheDynamicDataOutline(mDataOutline);
+  CacheDynamicDataOutline(GetValidator().ValidateOutline(mDataOutline, p, behind));
   return behind;
 }
 
-void SK_TdjsonParser::CacheDynamicDataOutline(JValue const& nodes) {
-  for (JValue const& node : nodes.GetArray()) {
-    char const* const type = node["objectType"].GetString();
-    if (std::strncmp(type, "dataDynamic", 11) == 0) {
-      std::string const id = TextOf(node["sampleSetID"]);
-      auto const inserted = mDataCache.emplace(id, SK_DynamicSampleInfo(&node));
-      if (!inserted.second) {
-        ThrowError({ns_sensor::kDuplicateSampleId, SK_Message::kDuplicateSampleId, -1, -1}, Quoted(id));
-      }
-      mSetsInOrder.push_back(&*inserted.first);
-    } else if (std::strcmp(type, "dataGroup") == 0) {
-      CacheDynamicDataOutline(node["children"]);
+void SK_TdjsonParser::CacheDynamicDataOutline(std::vector<JValue const*> const& dynamicNodes) {
+  for (JValue const* const node : dynamicNodes) {
+    std::string const id = TextOf((*node)["sampleSetID"]);
+    auto const inserted = mDataCache.emplace(id, SK_DynamicSampleInfo(node));
+    if (!inserted.second) {
+      ThrowError({ns_sensor::kDuplicateSampleId, SK_Message::kDuplicateSampleId, -1, -1}, Quoted(id));
     }
+    mSetsInOrder.push_back(&*inserted.first);
   }
 }
 

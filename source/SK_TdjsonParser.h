@@ -117,7 +117,7 @@ class SK_TdjsonParser {
   char const* ParseProperty(char const* p, char const* end, std::string const& key);
   void CheckRequiredProperties() const;
   /// An entry of the cache for each dynamic node. Code 37 for an id that comes twice.
-  void CacheDynamicDataOutline(JValue const& nodes);
+  void CacheDynamicDataOutline(std::vector<JValue const*> const& dynamicNodes);
   char const* CreateAndPopulateTempFile(char const* p);
   void ComputeStartTimeAndDuration();
 

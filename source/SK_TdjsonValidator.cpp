@@ -1,6 +1,7 @@
 #include "SK_TdjsonValidator.h"
 
 #include <string>
+#include <utility>
 
 #include "SK_Error.h"
 #include "SK_Utils.h"
@@ -34,8 +35,8 @@ void CheckType(bool isExpected, char const* name, char const* expectedType, SK_O
 }
 
 /// What a writer may not leave empty, a file may.
-bool IsMatchNameOfFormat(std::string_view name) {
-  return name.empty() || SK_Utils::IsValidMatchName(name);
+bool IsMatchNameOfFormat(std::string_view name, std::ctype<char> const& characters) {
+  return name.empty() || SK_Utils::IsValidMatchName(name, characters);
 }
 
 [[noreturn]] void ThrowSyncInfo(char const* literal, SK_OutlinePath const& path) {
@@ -60,19 +61,23 @@ void SK_TdjsonValidator::ValidateTimeCodeInfo(JValue const& value, char const* /
   RequireBool(value, "dropFrame", path);
 }
 
-void SK_TdjsonValidator::ValidateOutline(JValue const& value, char const* /*begin*/, char const* /*end*/) const {
+std::vector<JValue const*> SK_TdjsonValidator::ValidateOutline(JValue const& value, char const* /*begin*/,
+                                                               char const* /*end*/) const {
   CheckForEmptyArray(value, "dataOutline", SK_OutlinePath());
   try {
-    SK_MatchNames numbers(SK_MatchNames::kNumbers);
-    ValidateNodes(value, numbers);
-    if (!numbers.MayRepeat()) {
-      return;
+    for (SK_MatchNames::eAccuracy const accuracy : {SK_MatchNames::kOrder, SK_MatchNames::kNumbers}) {
+      SK_OutlineWalk walk(accuracy);
+      ValidateNodes(value, walk);
+      if (!walk.matchNames.MayRepeat()) {
+        return std::move(walk.dynamicNodes);
+      }
     }
   } catch (ns_sensor::SK_Exception const&) {
     // A name may have come twice in front of this error, which is then not the first one.
   }
-  SK_MatchNames names(SK_MatchNames::kNames);
-  ValidateNodes(value, names);
+  SK_OutlineWalk walk(SK_MatchNames::kNames);
+  ValidateNodes(value, walk);
+  return std::move(walk.dynamicNodes);
 }
 
 void SK_TdjsonValidator::ValidateSyncInfo(JValue const& value, char const* /*begin*/, char const* /*end*/) const {
@@ -81,11 +86,11 @@ void SK_TdjsonValidator::ValidateSyncInfo(JValue const& value, char const* /*beg
     SK_OutlinePath const path("videoSyncTimeList", i);
     CheckForObjectType(entry, "videoSyncTimeList", path);
     RequireString(entry, "fileName", path);
-    JValue const* const timeString = FindOptional(entry, "timeString");
+    JValue const* const timeString = FindValue(entry, "timeString");
     if (timeString != nullptr) {
       CheckForStringType(*timeString, "timeString", path);
     }
-    JValue const* const frameNumber = FindOptional(entry, "frameNumber");
+    JValue const* const frameNumber = FindValue(entry, "frameNumber");
     if (frameNumber != nullptr) {
       if (timeString != nullptr) {
         ThrowSyncInfo(SK_Message::kBothTSAndFNPPresent, path);
@@ -149,13 +154,13 @@ void SK_TdjsonValidator::CheckForEmptyArray(JValue const& array, char const* nam
   ThrowError({ns_sensor::kEmptyArray, SK_Message::kEmptyArrayAtPath, -1, -1}, Quoted(name), Quoted(path.Text()));
 }
 
-void SK_TdjsonValidator::ValidateDataGroup(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const {
+void SK_TdjsonValidator::ValidateDataGroup(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const {
   ValidateDisplayName(node, path);
-  ValidateMatchName(node, path, matchNames);
+  ValidateMatchName(node, path, walk);
   JValue const& children = RequireFilledArray(node, "children", path);
-  for (rapidjson::SizeType i = 0; i < children.Size(); ++i) {
+  for (rapidjson::SizeType i = 0; i < children.Size() && !walk.matchNames.IsOutOfOrder(); ++i) {
     SK_OutlinePath childPath(path, "children", i);
-    ValidateNode(children[i], "children", childPath, matchNames);
+    ValidateNode(children[i], "children", childPath, walk);
   }
 }
 
@@ -163,14 +168,13 @@ void SK_TdjsonValidator::ValidateDisplayName(JValue const& node, SK_OutlinePath&
   path.SetDisplayName(RequireString(node, "displayName", path));
 }
 
-void SK_TdjsonValidator::ValidateMatchName(JValue const& node, SK_OutlinePath const& path,
-                                           SK_MatchNames& matchNames) const {
+void SK_TdjsonValidator::ValidateMatchName(JValue const& node, SK_OutlinePath const& path, SK_OutlineWalk& walk) const {
   std::string_view const name = TextOf(RequireString(node, "matchName", path));
-  if (!IsMatchNameOfFormat(name)) {
+  if (!IsMatchNameOfFormat(name, walk.characters)) {
     ThrowError({ns_sensor::kInvalidMatchName, SK_Message::kInvalidMatchName, -1, -1}, Quoted("matchName"),
                Quoted(path.Text()));
   }
-  if (!matchNames.Insert(name)) {
+  if (!walk.matchNames.Insert(name)) {
     ThrowError({ns_sensor::kDuplicateMatchName, SK_Message::kDuplicateMatchName, -1, -1}, Quoted(std::string(name)),
                Quoted(path.Text()));
   }
@@ -199,7 +203,7 @@ void SK_TdjsonValidator::ValidateNumberArrayProperties(JValue const& dataType, S
   ValidateArraySize(properties, propertiesPath);
   ValidateArrayDisplayName(properties, propertiesPath);
   ValidateArrayRanges(properties, propertiesPath);
-  if (JValue const* const isPoint = FindOptional(properties, "isPoint")) {
+  if (JValue const* const isPoint = FindValue(properties, "isPoint")) {
     CheckForBoolType(*isPoint, "isPoint", propertiesPath);
   }
 }
@@ -235,10 +239,15 @@ void SK_TdjsonValidator::ValidateArrayRanges(JValue const& properties, SK_Outlin
 }
 
 void SK_TdjsonValidator::ValidateNumberRange(JValue const& range, SK_OutlinePath const& path) const {
-  JValue::Member const& occurring = FindPropertyEither(range, "occurring", "occuring", path);
-  char const* const spelling = occurring.name.GetString();
-  CheckForObjectType(occurring.value, spelling, path);
-  ValidateMinMax(occurring.value, SK_OutlinePath(path, spelling));
+  JValue const* const found = FindValue(range, "occurring");
+  if (found != nullptr && found->IsObject()) {
+    ValidateMinMax(*found, SK_OutlinePath(path, "occurring"));
+  } else {
+    JValue::Member const& occurring = FindPropertyEither(range, "occurring", "occuring", path);
+    char const* const spelling = occurring.name.GetString();
+    CheckForObjectType(occurring.value, spelling, path);
+    ValidateMinMax(occurring.value, SK_OutlinePath(path, spelling));
+  }
   ValidateMinMax(RequireObject(range, "legal", path), SK_OutlinePath(path, "legal"));
 }
 
@@ -269,8 +278,8 @@ void SK_TdjsonValidator::ValidateSampleCount(JValue const& node, SK_OutlinePath 
   RequireNumber(node, "sampleCount", path);
 }
 
-JValue const& SK_TdjsonValidator::RequireObject(JValue const& object, char const* key,
-                                                SK_OutlinePath const& path) const {
+JValue const& SK_TdjsonValidator::RefuseObject(JValue const& object, char const* key,
+                                               SK_OutlinePath const& path) const {
   JValue const& value = FindProperty(object, key, path).value;
   CheckForObjectType(value, key, path);
   return value;
@@ -283,19 +292,11 @@ JValue const& SK_TdjsonValidator::RequireFilledArray(JValue const& object, char 
   return value;
 }
 
-JValue const& SK_TdjsonValidator::RequireString(JValue const& object, char const* key,
-                                                SK_OutlinePath const& path) const {
+JValue const& SK_TdjsonValidator::RefuseString(JValue const& object, char const* key,
+                                               SK_OutlinePath const& path) const {
   JValue const& value = FindProperty(object, key, path).value;
   CheckForStringType(value, key, path);
   return value;
-}
-
-void SK_TdjsonValidator::RequireNumber(JValue const& object, char const* key, SK_OutlinePath const& path) const {
-  CheckForNumberType(FindProperty(object, key, path).value, key, path);
-}
-
-void SK_TdjsonValidator::RequireBool(JValue const& object, char const* key, SK_OutlinePath const& path) const {
-  CheckForBoolType(FindProperty(object, key, path).value, key, path);
 }
 
 void SK_TdjsonValidator::CheckForFilledArray(JValue const& value, char const* name, SK_OutlinePath const& path) const {
@@ -308,14 +309,9 @@ void SK_TdjsonValidator::ValidateDynamicFields(JValue const& node, SK_OutlinePat
   ValidateInterpolation(node, path);
   ValidateExpectedFrequency(node, path);
   ValidateSampleCount(node, path);
-  if (JValue const* const duration = FindOptional(node, "expectedMaxInterSampleDuration")) {
+  if (JValue const* const duration = FindValue(node, "expectedMaxInterSampleDuration")) {
     CheckForStringType(*duration, "expectedMaxInterSampleDuration", path);
   }
-}
-
-JValue const* SK_TdjsonValidator::FindOptional(JValue const& object, char const* key) {
-  JValue::ConstMemberIterator const member = object.FindMember(key);
-  return member == object.MemberEnd() ? nullptr : &member->value;
 }
 
 std::string_view SK_TdjsonValidator::TextOf(JValue const& string) {
@@ -327,23 +323,24 @@ void SK_TdjsonValidator::ThrowInvalidValue(char const* name, SK_OutlinePath cons
              Quoted(path.Text()), std::string(expected));
 }
 
-void SK_TdjsonValidator::ValidateNodes(JValue const& outline, SK_MatchNames& matchNames) const {
-  for (rapidjson::SizeType i = 0; i < outline.Size(); ++i) {
+void SK_TdjsonValidator::ValidateNodes(JValue const& outline, SK_OutlineWalk& walk) const {
+  for (rapidjson::SizeType i = 0; i < outline.Size() && !walk.matchNames.IsOutOfOrder(); ++i) {
     SK_OutlinePath path("dataOutline", i);
-    ValidateNode(outline[i], "dataOutline", path, matchNames);
+    ValidateNode(outline[i], "dataOutline", path, walk);
   }
 }
 
 void SK_TdjsonValidator::ValidateNode(JValue const& node, char const* arrayName, SK_OutlinePath& path,
-                                      SK_MatchNames& matchNames) const {
+                                      SK_OutlineWalk& walk) const {
   CheckForObjectType(node, arrayName, path);
-  std::string_view const objectType = TextOf(RequireString(node, "objectType", path));
-  if (objectType == "dataStatic") {
-    ValidateDataStatic(node, path, matchNames);
-  } else if (objectType == "dataDynamic") {
-    ValidateDataDynamic(node, path, matchNames);
-  } else if (objectType == "dataGroup") {
-    ValidateDataGroup(node, path, matchNames);
+  JValue const& objectType = RequireString(node, "objectType", path);
+  if (IsText(objectType, "dataStatic")) {
+    ValidateDataStatic(node, path, walk);
+  } else if (IsText(objectType, "dataDynamic")) {
+    walk.dynamicNodes.push_back(&node);
+    ValidateDataDynamic(node, path, walk);
+  } else if (IsText(objectType, "dataGroup")) {
+    ValidateDataGroup(node, path, walk);
   } else {
     ThrowInvalidValue("objectType", path, kObjectTypes);
   }

@@ -4,10 +4,13 @@
 /// wrong type, 44 for a wrong value, 47 for an empty array; without positions. No value is changed.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
+#include <vector>
 
-#include "SK_MatchNames.h"
+#include "SK_JsonMember.h"
 #include "SK_OutlinePath.h"
+#include "SK_OutlineWalk.h"
 #include "SK_RapidJson.h"
 
 namespace SK_NAMESPACE_INT {
@@ -21,7 +24,8 @@ class SK_TdjsonValidator {
   /// `begin` and `end` are where the value stands in the file; messages do not use them.
   virtual void ValidateUTCInfo(JValue const& value, char const* begin, char const* end) const;
   virtual void ValidateTimeCodeInfo(JValue const& value, char const* begin, char const* end) const;
-  virtual void ValidateOutline(JValue const& value, char const* begin, char const* end) const;
+  /// Gives the dynamic nodes, in the order of the outline.
+  virtual std::vector<JValue const*> ValidateOutline(JValue const& value, char const* begin, char const* end) const;
   virtual void ValidateSyncInfo(JValue const& value, char const* begin, char const* end) const;
 
  protected:
@@ -40,14 +44,14 @@ class SK_TdjsonValidator {
 
   // Whole nodes. Each adds the node's display name to `path`.
 
-  virtual void ValidateDataGroup(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const;
-  virtual void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const = 0;
-  virtual void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const = 0;
+  virtual void ValidateDataGroup(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const;
+  virtual void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const = 0;
+  virtual void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const = 0;
 
   // Parts of nodes. `path` is where the object lies that holds the checked key.
 
   virtual void ValidateDisplayName(JValue const& node, SK_OutlinePath& path) const;
-  virtual void ValidateMatchName(JValue const& node, SK_OutlinePath const& path, SK_MatchNames& matchNames) const;
+  virtual void ValidateMatchName(JValue const& node, SK_OutlinePath const& path, SK_OutlineWalk& walk) const;
   virtual void ValidateNumberStringProperties(JValue const& dataType, SK_OutlinePath const& path) const;
   virtual void ValidatePaddedStringProperties(JValue const& dataType, SK_OutlinePath const& path) const;
   virtual void ValidateNumberArrayProperties(JValue const& dataType, SK_OutlinePath const& path) const;
@@ -62,13 +66,33 @@ class SK_TdjsonValidator {
   virtual void ValidateExpectedFrequency(JValue const& node, SK_OutlinePath const& path) const;
   virtual void ValidateSampleCount(JValue const& node, SK_OutlinePath const& path) const;
 
-  // `FindProperty` and the check of its type in one step; each gives the value.
+  // `FindProperty` and the check of its type in one step; each gives the value. What is in order costs no call.
 
-  JValue const& RequireObject(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  template <std::size_t kSize>
+  JValue const& RequireObject(JValue const& object, char const (&key)[kSize], SK_OutlinePath const& path) const {
+    JValue const* const value = FindValue(object, key);
+    return value != nullptr && value->IsObject() ? *value : RefuseObject(object, key, path);
+  }
+  template <std::size_t kSize>
+  JValue const& RequireString(JValue const& object, char const (&key)[kSize], SK_OutlinePath const& path) const {
+    JValue const* const value = FindValue(object, key);
+    return value != nullptr && value->IsString() ? *value : RefuseString(object, key, path);
+  }
+  template <std::size_t kSize>
+  void RequireNumber(JValue const& object, char const (&key)[kSize], SK_OutlinePath const& path) const {
+    JValue const* const value = FindValue(object, key);
+    if (value == nullptr || !value->IsNumber()) {
+      CheckForNumberType(FindProperty(object, key, path).value, key, path);
+    }
+  }
+  template <std::size_t kSize>
+  void RequireBool(JValue const& object, char const (&key)[kSize], SK_OutlinePath const& path) const {
+    JValue const* const value = FindValue(object, key);
+    if (value == nullptr || !value->IsBool()) {
+      CheckForBoolType(FindProperty(object, key, path).value, key, path);
+    }
+  }
   JValue const& RequireFilledArray(JValue const& object, char const* key, SK_OutlinePath const& path) const;
-  JValue const& RequireString(JValue const& object, char const* key, SK_OutlinePath const& path) const;
-  void RequireNumber(JValue const& object, char const* key, SK_OutlinePath const& path) const;
-  void RequireBool(JValue const& object, char const* key, SK_OutlinePath const& path) const;
 
   /// An array with one element at least.
   void CheckForFilledArray(JValue const& value, char const* name, SK_OutlinePath const& path) const;
@@ -76,15 +100,15 @@ class SK_TdjsonValidator {
   /// What a dynamic node holds beyond names and data type.
   void ValidateDynamicFields(JValue const& node, SK_OutlinePath const& path) const;
 
-  /// The value under an optional key, or null.
-  static JValue const* FindOptional(JValue const& object, char const* key);
   static std::string_view TextOf(JValue const& string);
   /// Code 44. `expected` is shown as it stands.
   [[noreturn]] static void ThrowInvalidValue(char const* name, SK_OutlinePath const& path, char const* expected);
 
  private:
-  void ValidateNodes(JValue const& outline, SK_MatchNames& matchNames) const;
-  void ValidateNode(JValue const& node, char const* arrayName, SK_OutlinePath& path, SK_MatchNames& matchNames) const;
+  JValue const& RefuseObject(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  JValue const& RefuseString(JValue const& object, char const* key, SK_OutlinePath const& path) const;
+  void ValidateNodes(JValue const& outline, SK_OutlineWalk& walk) const;
+  void ValidateNode(JValue const& node, char const* arrayName, SK_OutlinePath& path, SK_OutlineWalk& walk) const;
 };
 
 }  // namespace SK_NAMESPACE_INT

@@ -8,18 +8,16 @@ constexpr char kDataTypes[] = R"(one of "numberString", "paddedString" or "numbe
 
 }  // namespace
 
-void SK_TdjsonValidator_v1::ValidateDataStatic(JValue const& node, SK_OutlinePath& path,
-                                               SK_MatchNames& matchNames) const {
+void SK_TdjsonValidator_v1::ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const {
   ValidateDisplayName(node, path);
-  ValidateMatchName(node, path, matchNames);
+  ValidateMatchName(node, path, walk);
   ValidateDataType(node, path);
   ValidateDataValue(node, path);
 }
 
-void SK_TdjsonValidator_v1::ValidateDataDynamic(JValue const& node, SK_OutlinePath& path,
-                                                SK_MatchNames& matchNames) const {
+void SK_TdjsonValidator_v1::ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const {
   ValidateDisplayName(node, path);
-  ValidateMatchName(node, path, matchNames);
+  ValidateMatchName(node, path, walk);
   ValidateDataType(node, path);
   ValidateDynamicFields(node, path);
 }
@@ -44,8 +42,9 @@ void SK_TdjsonValidator_v1::CheckForValidDataTypeProperties(std::string_view typ
 }
 
 void SK_TdjsonValidator_v1::ValidateDataValue(JValue const& node, SK_OutlinePath const& path) const {
-  JValue const& value = FindProperty(node, "value", path).value;
-  std::string_view const type = TextOf(node["dataType"]["type"]);
+  JValue const* const found = FindValue(node, "value");
+  JValue const& value = found != nullptr ? *found : FindProperty(node, "value", path).value;
+  std::string_view const type = TextOf(RequireString(RequireObject(node, "dataType", path), "type", path));
   if (type == "numberString") {
     CheckForStringType(value, "value", path);
   } else if (type == "paddedString") {

@@ -8,8 +8,8 @@ namespace SK_NAMESPACE_INT {
 /// numbers are strings.
 class SK_TdjsonValidator_v1 : public SK_TdjsonValidator {
  protected:
-  void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const override;
-  void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const override;
+  void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const override;
+  void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const override;
 
   void ValidateDataType(JValue const& node, SK_OutlinePath const& path) const;
   void CheckForValidDataTypeProperties(std::string_view type, JValue const& dataType, SK_OutlinePath const& path) const;

@@ -33,24 +33,22 @@ void SK_TdjsonValidator_v2::ValidateDynamicDataInfo(JValue const& value, char co
   } else {
     ValidateUTCInfo(RequireObject(value, "utcInfo", path), begin, end);
   }
-  if (JValue const* const syncTimes = FindOptional(value, "videoSyncTimeList")) {
+  if (JValue const* const syncTimes = FindValue(value, "videoSyncTimeList")) {
     CheckForFilledArray(*syncTimes, "videoSyncTimeList", path);
     ValidateSyncInfo(*syncTimes, begin, end);
   }
 }
 
-void SK_TdjsonValidator_v2::ValidateDataStatic(JValue const& node, SK_OutlinePath& path,
-                                               SK_MatchNames& matchNames) const {
+void SK_TdjsonValidator_v2::ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const {
   ValidateDisplayName(node, path);
-  ValidateMatchName(node, path, matchNames);
+  ValidateMatchName(node, path, walk);
   ValidateDataType(node, path, true);
   ValidateDataValue(node, path);
 }
 
-void SK_TdjsonValidator_v2::ValidateDataDynamic(JValue const& node, SK_OutlinePath& path,
-                                                SK_MatchNames& matchNames) const {
+void SK_TdjsonValidator_v2::ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const {
   ValidateDisplayName(node, path);
-  ValidateMatchName(node, path, matchNames);
+  ValidateMatchName(node, path, walk);
   ValidateDataType(node, path, false);
   ValidateDynamicFields(node, path);
 }
@@ -93,8 +91,9 @@ void SK_TdjsonValidator_v2::CheckForValidDynamicDataType(std::string_view type, 
 }
 
 void SK_TdjsonValidator_v2::ValidateDataValue(JValue const& node, SK_OutlinePath const& path) const {
-  JValue const& value = FindProperty(node, "value", path).value;
-  std::string_view const type = TextOf(node["dataType"]["type"]);
+  JValue const* const found = FindValue(node, "value");
+  JValue const& value = found != nullptr ? *found : FindProperty(node, "value", path).value;
+  std::string_view const type = TextOf(RequireString(RequireObject(node, "dataType", path), "type", path));
   if (type == "number") {
     CheckForNumberType(value, "value", path);
   } else if (type == "string") {

@@ -11,8 +11,8 @@ class SK_TdjsonValidator_v2 : public SK_TdjsonValidator {
   void ValidateDynamicDataInfo(JValue const& value, char const* begin, char const* end) const;
 
  protected:
-  void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const override;
-  void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_MatchNames& matchNames) const override;
+  void ValidateDataStatic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const override;
+  void ValidateDataDynamic(JValue const& node, SK_OutlinePath& path, SK_OutlineWalk& walk) const override;
 
   void ValidateDataType(JValue const& node, SK_OutlinePath const& path, bool isStatic) const;
   void CheckForValidStaticDataType(std::string_view type, JValue const& dataType, SK_OutlinePath const& path) const;

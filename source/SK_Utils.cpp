@@ -95,12 +95,16 @@ void SK_Utils::MakeLowerCase(std::string& text) {
 // What stands between a "]" and the next "[" is skipped. A number that cannot be read is no error of its
 // own: the exception of the conversion passes to the caller.
 bool SK_Utils::IsValidMatchName(std::string_view name) {
+  std::locale const locale;
+  return IsValidMatchName(name, std::use_facet<std::ctype<char>>(locale));
+}
+
+bool SK_Utils::IsValidMatchName(std::string_view name, std::ctype<char> const& characters) {
   if (name.empty() || (name.front() >= '0' && name.front() <= '9')) {
     return false;
   }
-  std::locale const locale;
   char const* const end = name.data() + name.size();
-  return std::use_facet<std::ctype<char>>(locale).scan_not(std::ctype_base::alnum, name.data(), end) == end;
+  return characters.scan_not(std::ctype_base::alnum, name.data(), end) == end;
 }
 
 bool SK_Utils::IsValidMatchName(char const* name) {

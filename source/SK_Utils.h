@@ -1,6 +1,7 @@
 /// Paths, and the time texts of a file's samples.
 #pragma once
 
+#include <locale>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,8 @@ class SK_Utils {
   /// Letters and digits, at least one, of which the first is no digit. The default locale says what a letter
   /// is. A null text is not valid.
   static bool IsValidMatchName(std::string_view name);
+  /// For many names: `characters` of the default locale, which takes a while to look up.
+  static bool IsValidMatchName(std::string_view name, std::ctype<char> const& characters);
   static bool IsValidMatchName(char const* name);
 
   /// Reads the text form of a data path, like `["arm"][2]["hand"]`. `path` becomes the root and the

@@ -43,6 +43,35 @@ TEST(MatchNames, RepetitionIsSeenWhereverItStands) {
   EXPECT_TRUE(MayRepeat({"", ""}));
 }
 
+bool IsOutOfOrder(std::vector<std::string> const& names) {
+  SK_MatchNames order(SK_MatchNames::kOrder);
+  for (std::string const& name : names) {
+    EXPECT_TRUE(order.Insert(name));
+  }
+  EXPECT_EQ(order.MayRepeat(), order.IsOutOfOrder());
+  return order.IsOutOfOrder();
+}
+
+TEST(MatchNames, NumberedNamesAreInOrder) {
+  EXPECT_FALSE(IsOutOfOrder({}));
+  EXPECT_FALSE(IsOutOfOrder({"a"}));
+  EXPECT_FALSE(IsOutOfOrder({"", "a", "b", "aa", "ab", "ba"}));
+  std::vector<std::string> names;
+  for (int i = 0; i != 3000; ++i) {
+    names.push_back("data" + std::to_string(i));
+  }
+  EXPECT_FALSE(IsOutOfOrder(names));
+}
+
+TEST(MatchNames, RepetitionIsOutOfOrderWhereverItStands) {
+  EXPECT_TRUE(IsOutOfOrder({"", ""}));
+  EXPECT_TRUE(IsOutOfOrder({"a", "b", "c", "a"}));
+  EXPECT_TRUE(IsOutOfOrder({"a", "b", "a", "c"}));
+  EXPECT_TRUE(IsOutOfOrder({"b", "a", "c", "d"}));
+  EXPECT_TRUE(IsOutOfOrder({"data10", "data9"}));
+  EXPECT_TRUE(IsOutOfOrder({"a", ""}));
+}
+
 TEST(MatchNames, ExactPassTellsWhichNameRepeats) {
   SK_MatchNames names(SK_MatchNames::kNames);
   EXPECT_TRUE(names.Insert("a"));
