@@ -1,9 +1,11 @@
 # The library's own files, by name. What differs by platform has a suffix and is chosen here.
 
 if(APPLE)
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp
+      source/SK_OSMemory_mac.cpp)
 else()
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp)
+  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp
+      source/SK_OSMemory_linux.cpp)
 endif()
 
 # The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
@@ -27,6 +29,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
     plugin/source/tdjsonWriter/ITdjsonRoot_I.cpp
     plugin/source/tdjsonWriter/SK_DumpSamplesUtils.cpp
+    plugin/source/tdjsonWriter/SK_NodePool.cpp
     plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
     plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
@@ -97,6 +100,7 @@ set(SENMARK_SOURCES
     source/SK_NumberLayout.cpp
     source/SK_NumberRun.cpp
     source/SK_NumberText.cpp
+    source/SK_OSMemory-POSIX.cpp
     source/SK_OutlinePath.cpp
     source/SK_OutlineReader.cpp
     source/SK_RapidJson.cpp
