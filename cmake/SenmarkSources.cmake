@@ -29,6 +29,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp
     plugin/source/tdjsonWriter/ITdjsonRoot_I.cpp
     plugin/source/tdjsonWriter/SK_DumpSamplesUtils.cpp
+    plugin/source/tdjsonWriter/SK_NodePool.cpp
     plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
     plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/tdjsonWriter/SK_SampleTimeText.cpp

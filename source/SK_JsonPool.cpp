@@ -56,6 +56,9 @@ SK_JsonPool::Room SK_JsonPool::AddChunk(std::size_t size) {
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
+  if (isMapped) {
+    PreferLargePages(memory, whole);
+  }
   mLastChunk = new (memory) Chunk{mLastChunk, whole, isMapped};
   mTaken += whole;
   char* const begin = static_cast<char*>(memory) + sizeof(Chunk);

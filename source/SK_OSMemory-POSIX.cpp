@@ -46,9 +46,6 @@ void* MapLargePages(std::size_t size) noexcept {
     Unmap(pages, size);
     pages = MapAligned(size);
   }
-  if (pages != nullptr) {
-    PreferLargePages(pages, size);
-  }
   return pages;
 }
 

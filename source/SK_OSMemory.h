@@ -7,13 +7,14 @@ namespace SK_NAMESPACE_INT {
 
 inline constexpr std::size_t kLargePage = std::size_t{2} << 20U;
 
-/// `size` bytes of zeros that begin at a multiple of `kLargePage`; `size` is a multiple of it too. Where the system has
-/// large pages it is asked for them, and free to give small ones. Null if there is no memory.
+/// `size` bytes of zeros that begin at a multiple of `kLargePage`; `size` is a multiple of it too. Null if there is no
+/// memory.
 void* MapLargePages(std::size_t size) noexcept;
 /// Gives back what `MapLargePages` gave, whole.
 void UnmapLargePages(void* pages, std::size_t size) noexcept;
 
-/// Asks for large pages behind a range of addresses. A wish: where the system cannot, nothing happens.
+/// Asks for large pages behind a range of addresses, which are cheaper to come by if most of the range will be used. A
+/// wish: where the system cannot, nothing happens.
 void PreferLargePages(void* pages, std::size_t size) noexcept;
 
 }  // namespace SK_NAMESPACE_INT

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 
 #include "ISharedObject_I.h"
+#include "SK_NodePool.h"
 
 namespace SK_PLUGIN {
 
@@ -20,16 +21,27 @@ class SharedObjectImpl : public virtual ISharedObject_I {
   ~SharedObjectImpl() override;
   void AcquireInternal() const override;
 
+  static void* operator new(std::size_t size) { return AllocateNode(size); }
+  static void operator delete(void* memory) noexcept { FreeNode(memory); }
+
  private:
   mutable std::atomic<std::uint64_t> mRefCount{0};
   /// References taken in advance and not yet claimed.
   mutable std::atomic<std::uint64_t> mInternalRefCount{0};
 };
 
+struct ReleaseObject {
+  template <typename T>
+  void operator()(T* object) const {
+    object->SharedObjectImpl::Release();
+  }
+};
+
 /// Owns a new object without counting: its last `std::shared_ptr` deletes it.
 template <typename T>
 std::shared_ptr<T> OwnNewObject(T* object) {
-  return std::shared_ptr<T>(object, std::mem_fn(&SharedObjectImpl::Release));
+  static_assert(alignof(T) <= SK_NodePool::kAlignment);
+  return std::shared_ptr<T>(object, ReleaseObject(), SK_NodeAllocator<T>());
 }
 
 /// Takes a reference of its own, which goes back with the last `std::shared_ptr`.
