@@ -135,6 +135,7 @@ TEST_F(Conversion, FirstOpeningGivesTheResultAndTheSecondTheInput) {
   EXPECT_EQ(Open(input, (mOut + "second").c_str()), handler);
   EXPECT_EQ(mFolder.Read(mOut + "first"), kSmallVersion2);
   EXPECT_EQ(mFolder.Read(mOut + "second"), "changed since") << "the input itself, not what it was converted to";
+  EXPECT_EQ(mFolder.Read(input), "changed since") << "copied, not moved";
   EXPECT_EQ(OutNames(), "first second ");
   EXPECT_EQ(mFolder.TempNames().find(' '), mFolder.TempNames().size() - 1) << "the scratch file alone";
   ISensorFileHandler* stillOpen = handler;

@@ -181,6 +181,7 @@ TEST_F(SenmarkImpl, OutputPathGetsACopy) {
   std::string const longer = mFolder.Write("longer.tdjson", std::string(100000, 'x'));
   EXPECT_EQ(mHost.Open(path, longer.c_str()), handler);
   EXPECT_EQ(mFolder.Read(longer), kSmallVersion2) << "no tail of the old file is left";
+  EXPECT_EQ(mFolder.Read(path), kSmallVersion2) << "copied, not exchanged";
   EXPECT_EQ(mHost.Open(path, ""), handler);
   EXPECT_EQ(mHost.Close(handler), handler);
   EXPECT_EQ(mHost.Close(handler), handler);
