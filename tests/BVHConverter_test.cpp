@@ -465,13 +465,22 @@ TEST_F(BVHConversion, NestsAsDeepAsTheFileLikes) {
             innermost);
 }
 
-/// The joint, its group and its three nodes have nine names together, of which the limit lets eight pass.
-TEST_F(BVHConversion, LongNamesHaveALimitTogether) {
-  std::string const name(SK_LongNames::kLimit / 9 + 1, 'n');
-  std::string const head = "HIERARCHY\nROOT " + name + "\n{\n";
-  std::string const tail = "}\nFrames: 0\nFrame Time: 0.04\n";
-  EXPECT_THROW(Converted(head + "CHANNELS 6 Xposition Yposition Zposition Xrotation Yrotation Zrotation\n" + tail),
-               std::bad_alloc);
+/// The joint has its name, its group and its three nodes two each; none of them can be missing from the count.
+TEST_F(BVHConversion, LongNamesOfJointsAndNodesHaveALimitTogether) {
+  constexpr std::uint64_t kLength = 1500;
+  std::string const channels = "CHANNELS 6 Xposition Yposition Zposition Xrotation Yrotation Zrotation\n";
+  SK_PathInfo info(mFolder.Write("input.bvh", "HIERARCHY\nROOT " + std::string(kLength, 'n') + "\n{\n" + channels +
+                                                  "}\nFrames: 0\nFrame Time: 0.04\n"),
+                   "bvh");
+  info.outputPath = mFolder.Path("out.tdjson");
+  std::uint64_t bytes = 9 * kLength + 4 * std::string("mn").size();
+  for (char const* const end : {"OFFSET", "POSITION", "ROTATION"}) {
+    bytes += 2 * std::string(end).size();
+  }
+  BVHConverter fitting(info, bytes);
+  EXPECT_TRUE(fitting.convertToTDJSON());
+  BVHConverter tooLong(info, bytes - 1);
+  EXPECT_THROW(tooLong.convertToTDJSON(), std::bad_alloc);
 }
 
 TEST_F(BVHConversion, CheckTakesFilesThatBeginWithItsWords) {

@@ -18,14 +18,16 @@ namespace ns_sensor {
 
 class BVHConverter : public SK_ConverterHandlerBase {
  public:
-  explicit BVHConverter(SK_NAMESPACE_INT::SK_PathInfo const& pathInfo) : SK_ConverterHandlerBase(pathInfo) {}
+  /// namesLimit  bytes that the long names of all joints and nodes may have together
+  explicit BVHConverter(SK_NAMESPACE_INT::SK_PathInfo const& pathInfo, std::uint64_t namesLimit = SK_LongNames::kLimit)
+      : SK_ConverterHandlerBase(pathInfo), mNames(namesLimit) {}
   /// What was not committed leaves the writer.
   ~BVHConverter() override;
   BVHConverter(BVHConverter const&) = delete;
   BVHConverter& operator=(BVHConverter const&) = delete;
 
-  /// True, or an `SK_PLUGIN::SK_PluginException` (`eBVHError`), or what the writer throws. Names of joints that take
-  /// more memory than `SK_LongNames` lets pass, all together, end in `std::bad_alloc`.
+  /// True, or an `SK_PLUGIN::SK_PluginException` (`eBVHError`), or what the writer throws. Too many long names end
+  /// in `std::bad_alloc`.
   bool convertToTDJSON() override;
 
  private:
