@@ -3,8 +3,12 @@
 #include <stdlib.h>
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <locale>  // brings the functions that take a locale on every platform
 #include <stdexcept>
+
+#include "SK_ExactDecimal.h"
 
 namespace SK_NAMESPACE_INT {
 namespace {
@@ -40,21 +44,40 @@ struct SignedText {
 };
 
 /// Digits with at most one point, too few to leave the range of a double on either side.
-bool IsPlain(std::string_view text) {
+struct PlainText {
+  explicit PlainText(std::string_view text);
+
+  bool isPlain = false;
+  std::uint64_t mantissa = 0;  ///< all digits as an integer, wrapped around if there are too many
+  std::ptrdiff_t digitCount = 0;
+  int decimalCount = 0;
+};
+
+PlainText::PlainText(std::string_view text) {
   constexpr std::size_t kLongest = 40;
   if (text.size() > kLongest) {
-    return false;
+    return;
   }
-  std::size_t pointCount = 0;
-  for (char const character : text) {
-    if (character < '0' || character > '9') {
-      if (character != '.') {
-        return false;
+  char const* next = text.data();
+  char const* const end = next + text.size();
+  auto const takeDigits = [&] {
+    char const* const first = next;
+    for (; next != end; ++next) {
+      unsigned const digit = static_cast<unsigned>(static_cast<unsigned char>(*next)) - '0';
+      if (digit > 9) {
+        break;
       }
-      ++pointCount;
+      mantissa = mantissa * 10 + digit;
     }
+    return next - first;
+  };
+  digitCount = takeDigits();
+  if (next != end && *next == '.') {
+    ++next;
+    decimalCount = static_cast<int>(takeDigits());
+    digitCount += decimalCount;
   }
-  return pointCount <= 1 && text.size() > pointCount;
+  isPlain = next == end && digitCount != 0;
 }
 
 /// `strtod` in the plain locale. read: the bytes that belong to the number; error: as `errno` tells it.
@@ -84,7 +107,7 @@ double SK_NumberText::ToDouble(std::string const& text) {
 
 bool SK_NumberText::IsWholeNumber(std::string_view text) {
   SignedText const parts(text);
-  if (IsPlain(parts.digits)) {
+  if (PlainText(parts.digits).isPlain) {
     return true;
   }
   double number = 0;
@@ -101,10 +124,14 @@ double SK_NumberText::WholeToDouble(std::string_view text) {
   SignedText const parts(text);
   char const* const first = parts.digits.data();
   char const* const last = first + parts.digits.size();
-  if (IsPlain(parts.digits)) {
-    return parts.WithSign(PlainToDouble(first, last));
-  }
+  PlainText const plain(parts.digits);
   double number = 0;
+  if (plain.isPlain) {
+    if (plain.digitCount > kDigitsOfAnyInteger || !ExactDecimalToDouble(plain.mantissa, -plain.decimalCount, number)) {
+      number = PlainToDouble(first, last);
+    }
+    return parts.WithSign(number);
+  }
   if (DecimalToDouble(first, last, number)) {
     return parts.WithSign(number);
   }

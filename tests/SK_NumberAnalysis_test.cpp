@@ -201,6 +201,13 @@ TimeCode const kTimeCodes[] = {
     {"HundredWidens", 100, 101, 102, 0, 2, "100:101:102:00"},
     {"NegativeHasAZeroInFront", -1, 2, 3, 4, 2, "0-1:02:03:04"},
     {"NegativeFrames", 1, 2, 3, -4, 3, "01:02:03:0-4"},
+    {"NegativeFramesInTwoPlaces", 1, 2, 3, -4, 2, "01:02:03:-4"},
+    {"NegativeMinutes", 1, -2, 3, 4, 2, "01:0-2:03:04"},
+    {"NegativeSeconds", 1, 2, -3, 4, 2, "01:02:0-3:04"},
+    {"LargestOfTwoDigits", 99, 99, 99, 99, 2, "99:99:99:99"},
+    {"HundredSeconds", 99, 99, 100, 99, 2, "99:99:100:99"},
+    {"HundredFrames", 99, 99, 99, 100, 2, ""},
+    {"OnePlaceForFrames", 1, 2, 3, 4, 1, "01:02:03:4"},
 };
 
 class TimeCodeText : public testing::TestWithParam<TimeCode> {};
@@ -299,6 +306,39 @@ class EscapedText : public testing::TestWithParam<Escaped> {};
 
 TEST_P(EscapedText, IsWritten) {
   EXPECT_EQ(escapeHandling(GetParam().text), GetParam().escaped);
+}
+
+// Texts are looked at eight bytes at a time.
+TEST(NumberAnalysis, AnEscapeIsFoundAtEveryPlaceOfEveryLength) {
+  std::string const escaped = "\b\t\n\f\r\"\\";
+  std::string const letters = "btnfr\"\\";
+  for (std::size_t length = 1; length <= 40; ++length) {
+    for (std::size_t at = 0; at != length; ++at) {
+      for (std::size_t kind = 0; kind != escaped.size(); ++kind) {
+        std::string const before(at, 'x');
+        std::string const behind(length - at - 1, 'y');
+        ASSERT_EQ(escapeHandling(before + escaped[kind] + behind), before + '\\' + letters[kind] + behind)
+            << kind << " at " << at << " of " << length;
+      }
+    }
+  }
+}
+
+TEST(NumberAnalysis, NoOtherByteIsEscapedAtAnyPlace) {
+  std::string const escaped = "\b\t\n\f\r\"\\";
+  for (int byte = 0; byte != 256; ++byte) {
+    char const character = static_cast<char>(byte);
+    if (escaped.find(character) != std::string::npos) {
+      continue;
+    }
+    for (std::size_t length : {1u, 7u, 8u, 9u, 16u, 23u}) {
+      for (std::size_t at = 0; at != length; ++at) {
+        std::string text(length, 'x');
+        text[at] = character;
+        ASSERT_EQ(escapeHandling(text), text) << byte << " at " << at << " of " << length;
+      }
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(NumberAnalysis, EscapedText, testing::ValuesIn(kEscaped),

@@ -4,7 +4,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
+#include "SK_EightBytes.h"
 #include "SK_WriterNumberText.h"
 
 namespace SK_PLUGIN {
@@ -21,8 +23,9 @@ DigitCounts CountDigits(std::string_view text) {
   if (!text.empty() && text.front() == '-') {
     text.remove_prefix(1);
   }
-  std::size_t const point = text.find('.');
-  if (point == std::string_view::npos) {
+  // No call: texts are short, and their point stands near the front.
+  std::size_t const point = static_cast<std::size_t>(std::find(text.begin(), text.end(), '.') - text.begin());
+  if (point == text.size()) {
     return {text.size(), 0};
   }
   return {point, text.size() - point - 1};
@@ -47,8 +50,23 @@ class IntegerText {
   std::size_t mSize;
 };
 
+bool HasTwoDigits(int value) {
+  return value >= 0 && value < 100;
+}
+
+void CopyTwoDigits(char* out, int value) {
+  out[0] = static_cast<char>('0' + value / 10);
+  out[1] = static_cast<char>('0' + value % 10);
+}
+
 // With a zero in front below 10, also below 0.
 void AppendTwoDigits(std::string& out, int value) {
+  if (HasTwoDigits(value)) {
+    char text[2];
+    CopyTwoDigits(text, value);
+    out.append(text, sizeof text);
+    return;
+  }
   if (value < 10) {
     out += '0';
   }
@@ -57,6 +75,10 @@ void AppendTwoDigits(std::string& out, int value) {
 
 // False, with nothing appended, if the value has more characters than `width`.
 bool AppendPadded(std::string& out, int value, std::size_t width) {
+  if (width == 2 && HasTwoDigits(value)) {
+    AppendTwoDigits(out, value);
+    return true;
+  }
   IntegerText const text(value);
   if (text.Size() > width) {
     return false;
@@ -68,6 +90,16 @@ bool AppendPadded(std::string& out, int value, std::size_t width) {
 
 // hh:mm:ss
 void AppendClock(std::string& out, int hours, int minutes, int seconds) {
+  if (HasTwoDigits(hours) && HasTwoDigits(minutes) && HasTwoDigits(seconds)) {
+    char text[8] = {};
+    text[2] = ':';
+    text[5] = ':';
+    CopyTwoDigits(text, hours);
+    CopyTwoDigits(text + 3, minutes);
+    CopyTwoDigits(text + 6, seconds);
+    out.append(text, sizeof text);
+    return;
+  }
   AppendTwoDigits(out, hours);
   out += ':';
   AppendTwoDigits(out, minutes);
@@ -94,6 +126,22 @@ constexpr char EscapeOf(char character) {
     default:
       return 0;
   }
+}
+
+// False if no byte of the text stands for an escape; looks at eight of them at once.
+bool MayNeedEscapes(std::string_view text) {
+  using SK_NAMESPACE_INT::AnySpecial;
+  using SK_NAMESPACE_INT::LoadEight;
+  constexpr std::size_t kStep = sizeof(std::uint64_t);
+  if (text.size() < kStep) {
+    return std::any_of(text.begin(), text.end(), [](char character) { return EscapeOf(character) != 0; });
+  }
+  // The last eight bytes first, so that what is looked at before may end anywhere in them.
+  std::uint64_t found = AnySpecial(LoadEight(text.data() + text.size() - kStep));
+  for (std::size_t at = 0; at + kStep < text.size(); at += kStep) {
+    found |= AnySpecial(LoadEight(text.data() + at));
+  }
+  return found != 0;
 }
 
 }  // namespace
@@ -193,6 +241,9 @@ std::vector<std::string> splitString(std::string text, char separator) {
 }
 
 std::string escapeHandling(std::string text) {
+  if (!MayNeedEscapes(text)) {
+    return text;
+  }
   auto const isEscaped = [](char character) { return EscapeOf(character) != 0; };
   std::size_t const count = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isEscaped));
   if (count == 0) {

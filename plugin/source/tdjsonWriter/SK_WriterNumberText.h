@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 
 namespace SK_PLUGIN {
@@ -12,13 +13,22 @@ class SK_WriterNumberText {
  public:
   explicit SK_WriterNumberText(double value);
 
+  /// No text is longer.
+  static constexpr std::size_t kLongest = 24;
+
   std::string_view View() const { return std::string_view(mText, mLength); }
 
- private:
-  /// The longest text has 24 characters; the rest is for digits that are stored sixteen at once.
-  static constexpr std::size_t kCapacity = 40;
+  /// Copies the text to where there is room for `kLongest` bytes, all of which may change, and gives its end there.
+  char* CopyTo(char* out) const {
+    std::memcpy(out, mText, kLongest);  // of a fixed length, which takes no call
+    return out + mLength;
+  }
 
-  char mText[kCapacity];
+ private:
+  /// What is more than the longest text is for digits that are stored sixteen at once.
+  static constexpr std::size_t kCapacity = kLongest + 16;
+
+  char mText[kCapacity] = {};
   std::size_t mLength;
 };
 

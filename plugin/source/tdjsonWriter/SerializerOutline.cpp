@@ -30,6 +30,38 @@ Node& NotNull(std::shared_ptr<Node> const& node, eErrorCode code) {
   return *node;
 }
 
+/// Text whose longest form is known: room for that is made once, and what is left of it goes back in the end.
+class BoundedText {
+ public:
+  BoundedText(SerializerBuffer& text, std::size_t longest)
+      : mText(text), mSizeBefore(text.Size()), mStart(text.Grow(longest)), mNext(mStart) {}
+  ~BoundedText() { mText.Truncate(mSizeBefore + static_cast<std::size_t>(mNext - mStart)); }
+  BoundedText(BoundedText const&) = delete;
+  BoundedText& operator=(BoundedText const&) = delete;
+
+  template <std::size_t N>
+  void Put(char const (&literal)[N]) {
+    std::memcpy(mNext, literal, N - 1);
+    mNext += N - 1;
+  }
+  void Put(std::string_view text) {
+    std::memcpy(mNext, text.data(), text.size());
+    mNext += text.size();
+  }
+  void Put(SK_WriterNumberText const& number) { mNext = number.CopyTo(mNext); }
+  void PutCount(std::uint64_t count) { mNext = CopyCount(mNext, count); }
+
+ private:
+  SerializerBuffer& mText;
+  std::size_t mSizeBefore;
+  char* mStart;
+  char* mNext;
+};
+
+/// Room for a pattern and for a range: constant text and two or four numbers.
+constexpr std::size_t kLongestPattern = 80 + 2 * SK_WriterNumberText::kLongest;
+constexpr std::size_t kLongestRange = 80 + 4 * SK_WriterNumberText::kLongest;
+
 /// The largest power of two that is not above `value`, which is not 0.
 std::size_t PowerOfTwoIn(std::size_t value) {
   while ((value & (value - 1)) != 0) {
@@ -138,16 +170,14 @@ void SerializerOutline::EndNode() {
 // Constant stretches of text are one literal each, here and below: nodes come by the million.
 
 void SerializerOutline::serialize_GroupNode(TdjsonGroupImpl const& group) {
-  mText.Put(R"({"objectType":"dataGroup")");
-  AppendNames(group.GetMatchName(), group.GetDisplayName());
-  mText.Put(R"(,"children":[)");
+  AppendHead(R"({"objectType":"dataGroup","matchName":")", group.GetMatchName(), group.GetDisplayName(),
+             R"(","children":[)");
 }
 
 void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& node) {
-  mText.Put(R"({"objectType":"dataStatic")");
-  AppendNames(node.GetMatchName(), node.GetDisplayName());
+  AppendHead(R"({"objectType":"dataStatic","matchName":")", node.GetMatchName(), node.GetDisplayName(),
+             R"(","dataType":{"type":")");
   ns_sensor::eDataValueType const type = node.GetType();
-  mText.Put(R"(,"dataType":{"type":")");
   mText.Put(GetStaticType(type));
   switch (type) {
     case ns_sensor::kNumberValue: {
@@ -193,9 +223,7 @@ void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& nod
 
 void SerializerOutline::serialize_DynamicDataNode(TdjsonDynamicDataImpl const& node) {
   ns_sensor::SK_DynamicDataFields const& fields = node.GetDynamicDataFields();
-  mText.Put(R"({"objectType":"dataDynamic")");
-  AppendNames(fields.matchName, fields.displayName);
-  mText.Put(',');
+  AppendHead(R"({"objectType":"dataDynamic","matchName":")", fields.matchName, fields.displayName, R"(",)");
   JSON_StrObj(mText, "sampleSetID", fields.sampleSetID);
   mText.Put(',');
   JSON_StrObj(mText, "interpolation", GetInterpolationStr(fields.interpolation));
@@ -266,48 +294,53 @@ void SerializerOutline::serialize_NumberArrayProp(ns_sensor::SK_NumberArrayPrope
 }
 
 void SerializerOutline::serialize_Pattern(ns_sensor::SK_NumberPattern const& pattern) {
+  BoundedText text(mText, kLongestPattern);
   if (pattern.isSigned) {
-    mText.Put(R"("pattern":{"isSigned":true,"digitsDecimal":)");
+    text.Put(R"("pattern":{"isSigned":true,"digitsDecimal":)");
   } else {
-    mText.Put(R"("pattern":{"isSigned":false,"digitsDecimal":)");
+    text.Put(R"("pattern":{"isSigned":false,"digitsDecimal":)");
   }
-  AppendCount(mText, pattern.digitsDecimal);
-  mText.Put(R"(,"digitsInteger":)");
-  AppendCount(mText, pattern.digitsInteger);
-  mText.Put('}');
+  text.PutCount(pattern.digitsDecimal);
+  text.Put(R"(,"digitsInteger":)");
+  text.PutCount(pattern.digitsInteger);
+  text.Put("}");
 }
 
 void SerializerOutline::serialize_RangeElem(ns_sensor::SK_NumberRange const& range) {
-  mText.Put(R"({"occurring":)");
-  serialize_GetMinMax(range.occurring);
-  mText.Put(R"(,"legal":)");
-  serialize_GetMinMax(range.legal);
-  mText.Put('}');
+  BoundedText text(mText, kLongestRange);
+  text.Put(R"({"occurring":{"min":)");
+  text.Put(TextOf(range.occurring.min));
+  text.Put(R"(,"max":)");
+  text.Put(TextOf(range.occurring.max));
+  text.Put(R"(},"legal":{"min":)");
+  text.Put(TextOf(range.legal.min));
+  text.Put(R"(,"max":)");
+  text.Put(TextOf(range.legal.max));
+  text.Put("}}");
 }
 
-void SerializerOutline::serialize_GetMinMax(ns_sensor::SK_NumberMinMax const& bounds) {
-  mText.Put(R"({"min":)");
-  AppendNumber(bounds.min);
-  mText.Put(R"(,"max":)");
-  AppendNumber(bounds.max);
-  mText.Put('}');
-}
-
-void SerializerOutline::AppendNames(std::string const& matchName, std::string const& displayName) {
-  mText.Put(R"(,"matchName":")");
-  mText.Put(std::string_view(matchName));
-  mText.Put(R"(","displayName":")");
-  mText.Put(std::string_view(displayName));
-  mText.Put('"');
+void SerializerOutline::AppendHead(std::string_view kind, std::string_view matchName, std::string_view displayName,
+                                   std::string_view next) {
+  constexpr std::string_view kBetween = R"(","displayName":")";
+  BoundedText text(mText, kind.size() + matchName.size() + kBetween.size() + displayName.size() + next.size());
+  text.Put(kind);
+  text.Put(matchName);
+  text.Put(kBetween);
+  text.Put(displayName);
+  text.Put(next);
 }
 
 void SerializerOutline::AppendNumber(double value) {
+  BoundedText(mText, SK_WriterNumberText::kLongest).Put(TextOf(value));
+}
+
+SK_WriterNumberText const& SerializerOutline::TextOf(double value) {
   // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): zeroes of both signs are equal, but have two texts
   if (std::memcmp(&value, &mLastNumber, sizeof value) != 0) {
     mLastText = SK_WriterNumberText(value);
     mLastNumber = value;
   }
-  mText.Put(mLastText.View());
+  return mLastText;
 }
 
 }  // namespace SK_PLUGIN

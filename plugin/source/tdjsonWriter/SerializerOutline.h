@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string_view>
 #include <vector>
 
 #include "SK_WriterNumberText.h"
@@ -57,9 +58,11 @@ class SerializerOutline {
   void serialize_NumberArrayProp(ns_sensor::SK_NumberArrayProperties const& properties);
   void serialize_Pattern(ns_sensor::SK_NumberPattern const& pattern);
   void serialize_RangeElem(ns_sensor::SK_NumberRange const& range);
-  void serialize_GetMinMax(ns_sensor::SK_NumberMinMax const& bounds);
-  void AppendNames(std::string const& matchName, std::string const& displayName);
+  /// The beginning of a node: text up to its names, the names, and text behind them.
+  void AppendHead(std::string_view kind, std::string_view matchName, std::string_view displayName,
+                  std::string_view next);
   void AppendNumber(double value);
+  SK_WriterNumberText const& TextOf(double value);
 
   SerializerBuffer& mText;
   TakePiece mTakePiece;

@@ -6,9 +6,15 @@
 #include <limits>
 #include <new>
 
+#include "SK_EightBytes.h"
+
 namespace SK_PLUGIN {
 
 namespace {
+
+using SK_NAMESPACE_INT::kEveryByte;
+using SK_NAMESPACE_INT::LoadEight;
+using SK_NAMESPACE_INT::StoreEight;
 
 /// How many bytes `used` lacks of `wanted`. More than a buffer takes is no memory, before sums of it wrap.
 std::size_t Missing(std::size_t used, std::uint64_t wanted) {
@@ -29,6 +35,33 @@ char* Copy(char* p, std::string_view text) {
   return std::copy(text.begin(), text.end(), p);
 }
 
+// The texts of numbers are short, so that a call would cost more than what it does. Both of these may change so many
+// bytes behind what they write.
+constexpr std::size_t kBehind = 8;
+
+char* FillShort(char* p, std::size_t count, char filler) {
+  if (count > kBehind) {
+    return Fill(p, count, filler);
+  }
+  StoreEight(p, kEveryByte * static_cast<unsigned char>(filler));
+  return p + count;
+}
+
+char* CopyShort(char* p, std::string_view text) {
+  char const* const from = text.data();
+  std::size_t const size = text.size();
+  if (size < 8 || size > 24) {
+    return Copy(p, text);
+  }
+  // Stretches of eight that may overlap.
+  StoreEight(p, LoadEight(from));
+  if (size > 16) {
+    StoreEight(p + 8, LoadEight(from + 8));
+  }
+  StoreEight(p + size - 8, LoadEight(from + size - 8));
+  return p + size;
+}
+
 void AppendTime(SerializerBuffer& out, std::string_view time) {
   out.Put(R"({"time":")");
   out.Put(time);
@@ -39,10 +72,9 @@ void AppendTime(SerializerBuffer& out, std::string_view time) {
 
 void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
   bool const isNegative = !number.empty() && number.front() == '-';
-  std::string_view const sign = number.substr(0, isNegative ? 1 : 0);
-  std::string_view const digits = number.substr(sign.size());
-  std::size_t const point = digits.find('.');
-  bool const hasPoint = point != std::string_view::npos;
+  std::string_view const digits = number.substr(isNegative ? 1 : 0);
+  std::size_t const point = static_cast<std::size_t>(std::find(digits.begin(), digits.end(), '.') - digits.begin());
+  bool const hasPoint = point != digits.size();
   std::size_t const digitsInteger = hasPoint ? point : digits.size();
   std::size_t const digitsDecimal = hasPoint ? digits.size() - point - 1 : 0;
   bool const needsPoint = !hasPoint && pattern.digitsDecimal != 0;
@@ -50,13 +82,20 @@ void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_senso
   std::size_t const zeroesInFront = Missing(digitsInteger, pattern.digitsInteger);
   std::size_t const zeroesBehind = Missing(digitsDecimal, pattern.digitsDecimal);
 
-  char* p = out.Grow((needsPlus ? 1u : 0u) + number.size() + zeroesInFront + (needsPoint ? 1u : 0u) + zeroesBehind);
-  p = Fill(p, needsPlus ? 1 : 0, '+');
-  p = Copy(p, sign);
-  p = Fill(p, zeroesInFront, '0');
-  p = Copy(p, digits);
-  p = Fill(p, needsPoint ? 1 : 0, '.');
-  Fill(p, zeroesBehind, '0');
+  std::size_t const size =
+      (needsPlus ? 1u : 0u) + number.size() + zeroesInFront + (needsPoint ? 1u : 0u) + zeroesBehind;
+  std::size_t const sizeBefore = out.Size();
+  char* p = out.Grow(size + kBehind);
+  if (needsPlus || isNegative) {
+    *p++ = isNegative ? '-' : '+';
+  }
+  p = FillShort(p, zeroesInFront, '0');
+  p = CopyShort(p, digits);
+  if (needsPoint) {
+    *p++ = '.';
+  }
+  FillShort(p, zeroesBehind, '0');
+  out.Truncate(sizeBefore + size);
 }
 
 void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value,

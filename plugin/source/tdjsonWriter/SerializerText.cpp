@@ -55,15 +55,19 @@ void JSON_StrArrObj(SerializerBuffer& out, std::string_view key, std::vector<std
 }
 
 void AppendCount(SerializerBuffer& out, std::uint64_t count) {
+  char text[SK_WriterNumberText::kLongest];
+  out.Put(std::string_view(text, static_cast<std::size_t>(CopyCount(text, count) - text)));
+}
+
+char* CopyCount(char* out, std::uint64_t count) {
   if (count < 10) {
-    out.Put(static_cast<char>('0' + count));
-  } else if (count <= kLargestExactCount) {
-    char digits[std::numeric_limits<std::uint64_t>::digits10 + 1];
-    char const* const end = std::to_chars(digits, digits + sizeof digits, count).ptr;
-    out.Put(std::string_view(digits, static_cast<std::size_t>(end - digits)));
-  } else {
-    out.Put(SK_WriterNumberText(static_cast<double>(count)).View());
+    *out = static_cast<char>('0' + count);
+    return out + 1;
   }
+  if (count <= kLargestExactCount) {
+    return std::to_chars(out, out + SK_WriterNumberText::kLongest, count).ptr;
+  }
+  return SK_WriterNumberText(static_cast<double>(count)).CopyTo(out);
 }
 
 std::string_view GetStaticType(ns_sensor::eDataValueType type) {

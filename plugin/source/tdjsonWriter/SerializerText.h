@@ -25,6 +25,8 @@ void JSON_StrArrObj(SerializerBuffer& out, std::string_view key, std::vector<std
 /// A count has the text of the double next to it: above 2 to the power of 53 it is rounded, and from ten to the
 /// power of 16 it has an exponent.
 void AppendCount(SerializerBuffer& out, std::uint64_t count);
+/// The same, to where there is room for `SK_WriterNumberText::kLongest` bytes. Gives the end of the text.
+char* CopyCount(char* out, std::uint64_t count);
 
 /// The names of kinds in a file. An `SK_PluginException` with code 2026 for any other.
 std::string_view GetStaticType(ns_sensor::eDataValueType type);

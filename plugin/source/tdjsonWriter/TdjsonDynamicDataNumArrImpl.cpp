@@ -146,19 +146,20 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   if (timeText.empty()) {
     return false;
   }
-  mValueText.clear();
+  mValueText.Clear();
   for (double const element : mElements) {
     SK_WriterNumberText const text(element);
     WidenNumberPattern(mNumberArrayProperties.pattern, mPatternAutomatic, element, text.View());
-    if (!mValueText.empty()) {
-      mValueText += ',';
-    }
-    mValueText += text.View();
+    std::size_t const size = mValueText.Size();
+    char* const start = mValueText.Grow(1 + SK_WriterNumberText::kLongest);
+    *start = ',';
+    std::size_t const comma = size == 0 ? 0 : 1;
+    mValueText.Truncate(size + static_cast<std::size_t>(text.CopyTo(start + comma) - start));
   }
   if (mOccurringAutomatic) {
     WidenOccurringRanges(mNumberArrayProperties.arrayRanges, mElements);
   }
-  StoreSample(timeText, mValueText);
+  StoreSample(timeText, mValueText.View());
   return true;
 }
 

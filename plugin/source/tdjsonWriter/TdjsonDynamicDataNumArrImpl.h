@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ITdjsonDynamicDataNumArr_I.h"
+#include "SerializerBuffer.h"
 #include "SharedObjectImpl.h"
 #include "TdjsonDynamicDataImpl.h"
 
@@ -54,7 +55,7 @@ class TdjsonDynamicDataNumArrImpl : public virtual ITdjsonDynamicDataNumArr_I,
   bool mOccurringAutomatic = false;
   bool mLegalAutomatic = false;
   std::vector<double> mElements;  ///< of the sample that is being made
-  std::string mValueText;         ///< of the sample that is being taken, kept so that it allocates nothing
+  SerializerBuffer mValueText;    ///< of the sample that is being taken, kept so that it allocates nothing
 };
 
 }  // namespace SK_PLUGIN

@@ -1,5 +1,6 @@
 #include "TdjsonGroupImpl.h"
 
+#include <cstddef>
 #include <iterator>
 #include <new>
 #include <utility>
@@ -90,12 +91,21 @@ void WithStaticImpl(ITdjsonStaticData_v1* child, Use&& use) {
   }
 }
 
+/// Most groups have a few children, and lists that begin with one place would grow three times for four of them.
+constexpr std::size_t kFirstPlaces = 4;
+
 /// Both lists grow or none does.
 template <typename Child>
 void AddChild(std::vector<std::shared_ptr<Child>>& children, std::shared_ptr<Child> child, std::vector<NodeInfo>& order,
               ns_sensor::eGroupChildType type) {
+  if (order.empty()) {
+    order.reserve(kFirstPlaces);
+  }
   order.push_back({type, children.size() + 1});
   try {
+    if (children.empty()) {
+      children.reserve(kFirstPlaces);
+    }
     children.push_back(std::move(child));
   } catch (...) {
     order.pop_back();

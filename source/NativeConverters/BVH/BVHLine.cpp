@@ -1,9 +1,9 @@
 #include "BVHLine.h"
 
-#include <array>
 #include <cmath>
 #include <limits>
 
+#include "SK_ExactDecimal.h"
 #include "SK_NumberText.h"
 
 namespace ns_sensor {
@@ -21,13 +21,7 @@ bool IsSign(char byte) {
   return byte == '+' || byte == '-';
 }
 
-constexpr std::array<double, 23> kExactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int kLargestExactPower = 22;
-constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53U;
-constexpr std::ptrdiff_t kDigitsOfAnyInteger = 19;  ///< so many digits fit into 64 bits whatever they are
-constexpr int kExponentLimit = 100000;              ///< beyond any that matters, and far from overflow
+constexpr int kExponentLimit = 100000;  ///< beyond any that matters, and far from overflow
 
 /// A decimal text, taken apart.
 struct Decimal {
@@ -84,17 +78,12 @@ Decimal TakeDecimal(char const* next, char const* end) {
   return decimal;
 }
 
-/// The nearest double to a number, without its sign. Integers up to 2 to the 53rd and powers of ten up to the
-/// 22nd are exact doubles, so one operation on them rounds once and therefore right.
+/// The nearest double to a number, without its sign.
 double MagnitudeOf(Decimal const& decimal) {
-  if (decimal.digitCount <= kDigitsOfAnyInteger && decimal.mantissa <= kLargestExact) {
-    auto const mantissa = static_cast<double>(decimal.mantissa);
-    if (decimal.exponent <= 0 && decimal.exponent >= -kLargestExactPower) {
-      return mantissa / kExactPowersOfTen[static_cast<std::size_t>(-decimal.exponent)];
-    }
-    if (decimal.exponent > 0 && decimal.exponent <= kLargestExactPower) {
-      return mantissa * kExactPowersOfTen[static_cast<std::size_t>(decimal.exponent)];
-    }
+  double magnitude = 0;
+  if (decimal.digitCount <= SK_NAMESPACE_INT::kDigitsOfAnyInteger &&
+      SK_NAMESPACE_INT::ExactDecimalToDouble(decimal.mantissa, decimal.exponent, magnitude)) {
+    return magnitude;
   }
   return SK_NAMESPACE_INT::SK_NumberText::NearestDouble(decimal.digits, decimal.end);
 }

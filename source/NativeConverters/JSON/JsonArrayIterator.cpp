@@ -5,6 +5,7 @@
 #include "JsonObjectIterator.h"
 #include "JsonValueAccess.h"
 #include "SK_Assert.h"
+#include "SK_CountText.h"
 
 namespace ns_sensor {
 
@@ -31,10 +32,10 @@ void JsonArrayIterator::Increment() {
 }
 
 std::string JsonArrayIterator::GetPropertyKey() const {
-  std::string const index = std::to_string(mIndex);
+  SK_CountText const index(mIndex);
   std::string key;
-  key.reserve(mName.size() + 1 + index.size());
-  return key.append(mName).append(1, ' ').append(index);
+  key.reserve(mName.size() + 1 + index.View().size());
+  return key.append(mName).append(1, ' ').append(index.View());
 }
 
 std::uint8_t JsonArrayIterator::GetPropertyValueType() const {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "JsonParser.h"
+#include "SK_CountText.h"
 #include "SK_FileMapper.h"
 #include "Writer_Wrapper.h"
 
@@ -117,7 +118,7 @@ bool JsonConverter::AddObjectData(Group const& group, std::shared_ptr<JsonIterat
 }
 
 std::string JsonConverter::GetNewMatchName() {
-  return "matchName" + std::to_string(mMatchNameCounter++);
+  return std::string(SK_CountText("matchName", mMatchNameCounter++).View());
 }
 
 bool JsonConverter::OpenContainer(std::vector<OpenGroup>& chain, ITdjsonGroup_v1& parent, JsonIterator const& item,

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "SK_CountText.h"
 #include "SK_InputBytes.h"
 #include "SK_NumberText.h"
 #include "SK_PathInfo.h"
@@ -29,7 +30,7 @@ class CellNames {
 
   std::string const& Make(std::uint64_t row) {
     mName.resize(mPrefixSize);
-    mName += std::to_string(row);
+    mName += SK_CountText(row).View();
     mName.resize(std::min(mName.size(), kLongest));
     return mName;
   }
@@ -169,8 +170,7 @@ bool ConvertTable(void* key, SK_NAMESPACE_INT::SK_PathInfo const& pathInfo, std:
 }
 
 void GenerateUniqueMatchname(std::string& out, std::uint64_t& counter) {
-  out = "data";
-  out += std::to_string(counter++);
+  out = SK_CountText("data", counter++).View();
 }
 
 }  // namespace ns_sensor
