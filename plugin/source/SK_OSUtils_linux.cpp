@@ -2,8 +2,11 @@
 #include <link.h>
 #include <sys/utsname.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include "SK_Error.h"
 #include "SK_FileIO.h"
@@ -57,6 +60,34 @@ bool ReadRegularFile(std::string const& path, Read&& read) {
   }
 }
 
+/// Whether a file that the system's loader would map is there to its end: the loader does not look, and the process
+/// would die at the first page that is missing from a file that was copied half.
+bool HasAllSegments(int fd) {
+  ElfW(Ehdr) head;
+  if (File_IO::Read(fd, &head, sizeof head) != sizeof head || head.e_phentsize != sizeof(ElfW(Phdr))) {
+    return false;
+  }
+  std::vector<ElfW(Phdr)> segments(head.e_phnum);
+  auto const bytes = static_cast<unsigned int>(segments.size() * sizeof(ElfW(Phdr)));
+  File_IO::Seek(fd, static_cast<long long>(head.e_phoff), File_IO::kSeekFromStart);
+  if (File_IO::Read(fd, segments.data(), bytes) != bytes) {
+    return false;
+  }
+  auto const size = static_cast<std::uint64_t>(File_IO::Length(fd));
+  return std::all_of(segments.begin(), segments.end(), [size](ElfW(Phdr) const& segment) {
+    return segment.p_type != PT_LOAD || (segment.p_offset <= size && segment.p_filesz <= size - segment.p_offset);
+  });
+}
+
+void* LoadCode(std::string const& path) {
+  // All names are resolved at once, so that a missing one is told here and not in the midst of a conversion.
+  void* const code = ReadRegularFile(path, HasAllSegments) ? ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL) : nullptr;
+  if (code == nullptr) {
+    SK_NAMESPACE_INT::ThrowError({ns_sensor::kModuleNotLoaded, SK_Message::kLoadModule, -1, -1});
+  }
+  return code;
+}
+
 std::string ReadAll(int fd) {
   std::string data;
   for (unsigned int size = kReadBlock; size != 0;) {
@@ -84,11 +115,7 @@ ModuleRef LoadModule(std::string const& folder, bool resourcesOnly) {
   auto module = std::make_unique<Module>();
   module->folder = folder;
   if (!resourcesOnly) {
-    // All names are resolved at once, so that a missing one is told here and not in the midst of a conversion.
-    module->code = ::dlopen(CodePath(folder).c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (module->code == nullptr) {
-      SK_NAMESPACE_INT::ThrowError({ns_sensor::kModuleNotLoaded, SK_Message::kLoadModule, -1, -1});
-    }
+    module->code = LoadCode(CodePath(folder));
   }
   return module.release();
 }
