@@ -169,7 +169,7 @@ TEST_F(Modules, RefusedFileGoesToTheLibrarysOwnConverters) {
 TEST_F(Modules, ComeBeforeTheLibrarysOwnConverters) {
   Add("Table.tdx", Manifest("uid", R"("csv")"));
   ModuleHost const host(mModules.Path());
-  EXPECT_EQ(host.Convert(mFolder, mFolder.Write("table.csv", "\1\2")), kConverted);
+  EXPECT_EQ(host.Convert(mFolder, mFolder.Write("TABLE.CSV", "\1\2")), kConverted);
 }
 
 struct FailureRow {

@@ -1,5 +1,6 @@
 #include "SK_Module.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -150,6 +151,30 @@ TEST_F(Module, WriterReportsByItselfOnceTheModuleIsGone) {
   gSetWriterErrorObjectProc = inside;
   other.unload();
   EXPECT_EQ(gSetWriterErrorObjectProc, inside);
+  module.unload();
+  EXPECT_EQ(gSetWriterErrorObjectProc, &Static_SetPluginErrorObj);
+}
+
+TEST_F(Module, ItsProcedureIsNotUsedThoughSomebodyElseKeepsTheCode) {
+  SK_Module module(mModules.Add("Good.tdx", nullptr));
+  gSetWriterErrorObjectProc =
+      reinterpret_cast<SetErrorProc>(reinterpret_cast<void*>(module.getPluginAPIs()->terminate));
+  void* const kept = dlopen(mModules.CodePath("Good.tdx").c_str(), RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(kept, nullptr);
+  module.unload();
+  EXPECT_EQ(gSetWriterErrorObjectProc, &Static_SetPluginErrorObj);
+  dlclose(kept);
+}
+
+TEST_F(Module, ProcedureOfCodeThatWentWithItIsNotUsed) {
+  SK_Module module(mModules.Add("Good.tdx", nullptr));
+  module.load();
+  mModules.Add("Other.tdx", nullptr, nullptr, senmark_test::kBareModule);
+  void* const other = dlopen(mModules.CodePath("Other.tdx").c_str(), RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(other, nullptr);
+  gSetWriterErrorObjectProc = reinterpret_cast<SetErrorProc>(dlsym(other, "SomethingElse"));
+  ASSERT_NE(gSetWriterErrorObjectProc, nullptr);
+  dlclose(other);
   module.unload();
   EXPECT_EQ(gSetWriterErrorObjectProc, &Static_SetPluginErrorObj);
 }

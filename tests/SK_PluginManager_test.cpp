@@ -350,11 +350,12 @@ TEST_F(PluginManager, ConverterManagerStartsItWithFolderAndWantedList) {
 }
 
 TEST_F(PluginManager, ModulesAreUnloadedBeforeTheTableGoes) {
-  Add("Foo.tdx", Manifest("foo", R"("fo1")"));
+  // This one reports a failure at its end, through the table.
+  mModules.Add("Foo.tdx", Manifest("foo", R"("fo1")").c_str(), "fail-terminate");
   Initialize();
   EXPECT_TRUE(SK_PluginManager::getConverterHandler("fo1")->load());
   SK_PluginManager::terminate();
-  EXPECT_EQ(mModules.TakeNotes(), "loaded\ninitialize good\nterminate\nunloaded\n");
+  EXPECT_EQ(mModules.TakeNotes(), "loaded\ninitialize fail-terminate\nterminate\nunloaded\n");
 }
 
 }  // namespace

@@ -133,7 +133,7 @@ ModuleRef LoadModule(std::string const& folder, bool resourcesOnly) {
   return new Module(std::move(bundle));
 }
 
-// The system keeps one bundle for each folder, and unloads its code with the last reference to it.
+// The system keeps one bundle for each folder. Its code goes, if at all, with the last reference to it.
 void UnloadModule(ModuleRef module, bool /*resourcesOnly*/) {
   delete module;
 }

@@ -198,7 +198,9 @@ bool SK_PluginManager::scanFolder(std::string const& folder, std::vector<std::st
   File_IO::Folder children(File_IO::OpenFolder(folder.c_str()));
   std::string name;
   while (File_IO::GetNextChild(children.Get(), &name)) {
-    std::string path = folder + '/' + name;
+    std::string path = folder;
+    path += '/';
+    path += name;
     if (IsModule(path, name)) {
       modules.push_back(std::move(path));
     }

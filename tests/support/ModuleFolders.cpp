@@ -49,7 +49,7 @@ std::string ModuleFolders::Add(std::string const& name, char const* manifest, ch
                                char const* code) const {
   std::string const path = mPath + '/' + name;
   fs::create_directories(path + "/Contents/Resources");
-  if (code != nullptr && *code != '\0') {
+  if (code != nullptr) {
     fs::create_directories(fs::path(CodePath(name)).parent_path());
     fs::copy_file(code, CodePath(name));
   }

@@ -23,7 +23,7 @@ class ModuleFolders {
   ModuleFolders(ModuleFolders const&) = delete;
   ModuleFolders& operator=(ModuleFolders const&) = delete;
 
-  /// Makes the folder `name`, like "Good.tdx", with code, and gives its path. A null or empty `code`: none.
+  /// Makes the folder `name`, like "Good.tdx", and gives its path. What is null is left out.
   std::string Add(std::string const& name, char const* manifest, char const* identifier = "good",
                   char const* code = kTestModule) const;
   /// Puts other bytes in the place of the code.
@@ -41,7 +41,7 @@ class ModuleFolders {
   std::string mNotes;
 };
 
-/// The head of a shared object for the machine that runs the test, as it stands in `kTestModule`.
+/// The bytes of one of the shared objects.
 std::string CodeBytes(char const* code);
 
 /// A manifest with one converter. `extra`: further members, each with a comma in front.
