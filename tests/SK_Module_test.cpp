@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <type_traits>
 
 #include "ExpectError.h"
 #include "FailingCalls.h"
@@ -19,6 +20,8 @@ using senmark_test::CountOpenDescriptors;
 using senmark_test::ExpectError;
 using senmark_test::ModuleFolders;
 using senmark_test::TempFolder;
+
+static_assert(std::is_same_v<decltype(&InitializePlugin), InitializePluginProc>);
 
 class Module : public testing::Test {
  protected:
