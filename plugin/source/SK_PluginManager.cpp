@@ -27,6 +27,7 @@ constexpr std::uint32_t kHostAPIVersion = 1;
 /// Extensions of the folders of modules.
 constexpr char const* kLibraryExtensions[] = {"tdx"};
 /// The resource that holds the manifest.
+// NOLINTNEXTLINE(readability-identifier-naming): the name is fixed
 constexpr char kResourceName_UIDs[] = "SKPLUGINUIDS";
 
 /// A module whose code stays unloaded.
