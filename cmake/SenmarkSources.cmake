@@ -1,12 +1,16 @@
 # The library's own files, by name. What differs by platform has a suffix and is chosen here.
 
 if(APPLE)
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_mac.cpp source/SK_NumberText_mac.cpp source/SK_OSFile_mac.cpp
-      source/SK_OSMemory_mac.cpp)
+  set(SENMARK_PLATFORM mac)
 else()
-  set(SENMARK_PLATFORM_SOURCES source/SK_Assert_linux.cpp source/SK_NumberText_linux.cpp source/SK_OSFile_linux.cpp
-      source/SK_OSMemory_linux.cpp)
+  set(SENMARK_PLATFORM linux)
 endif()
+set(SENMARK_PLATFORM_SOURCES
+    plugin/source/SK_OSUtils_${SENMARK_PLATFORM}.cpp
+    source/SK_Assert_${SENMARK_PLATFORM}.cpp
+    source/SK_NumberText_${SENMARK_PLATFORM}.cpp
+    source/SK_OSFile_${SENMARK_PLATFORM}.cpp
+    source/SK_OSMemory_${SENMARK_PLATFORM}.cpp)
 
 # The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
 # what they need and hold nothing else, and run only where the processor has it.
@@ -22,8 +26,15 @@ else()
 endif()
 
 set(SENMARK_SOURCES
+    plugin/source/CheckFormat.cpp
+    plugin/source/ResourceParser.cpp
+    plugin/source/SK_ConverterHandler.cpp
+    plugin/source/SK_ConverterHandlerInstance.cpp
     plugin/source/SK_FileIO-POSIX.cpp
     plugin/source/SK_HostAPIImpl.cpp
+    plugin/source/SK_Module.cpp
+    plugin/source/SK_ModuleCall.cpp
+    plugin/source/SK_OSUtils-POSIX.cpp
     plugin/source/SK_PluginManager.cpp
     plugin/source/Writer_Wrapper.cpp
     plugin/source/tdjsonWriter/ITdjsonDynamicData_I.cpp

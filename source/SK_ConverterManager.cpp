@@ -42,13 +42,12 @@ std::string ResultFolder(char const* outputPath) {
 SK_ConverterManager* SK_ConverterManager::mCMInstance = nullptr;
 std::atomic<bool> SK_ConverterManager::mIsInitialized{false};
 
-// What is in `pluginFolder` is found when the library knows modules.
-bool SK_ConverterManager::Initialize(char const* pluginFolder, char const* /*wantedModules*/) {
+bool SK_ConverterManager::Initialize(char const* pluginFolder, char const* wantedModules) {
   bool expected = false;
   if (mIsInitialized.compare_exchange_strong(expected, true)) {
     SK_ConverterRegistry::getInstance()->initialize();
     if (pluginFolder != nullptr) {
-      SK_PLUGIN::SK_PluginManager::initialize();
+      SK_PLUGIN::SK_PluginManager::initialize(pluginFolder, wantedModules == nullptr ? "" : wantedModules);
     }
   }
   return true;

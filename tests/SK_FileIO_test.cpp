@@ -365,6 +365,34 @@ TEST_F(FileIO, ChildrenAreCountedWithoutAName) {
   EXPECT_FALSE(File_IO::GetNextChild(folder.Get(), nullptr));
 }
 
+TEST_F(FileIO, DescriptorClosesWhatItHolds) {
+  std::string const path = Write("file", "x");
+  int fd = -1;
+  {
+    File_IO::Descriptor const file(File_IO::Open(path.c_str(), true, false));
+    fd = file.Get();
+    EXPECT_TRUE(IsOpen(fd));
+  }
+  EXPECT_FALSE(IsOpen(fd));
+  File_IO::Descriptor none(-1);
+  none.Close();
+}
+
+TEST_F(FileIO, DescriptorGivesUpWhatIsReleasedOrClosed) {
+  std::string const path = Write("file", "x");
+  int fd = -1;
+  {
+    File_IO::Descriptor released(File_IO::Open(path.c_str(), true, false));
+    fd = released.Release();
+    EXPECT_EQ(released.Get(), -1);
+  }
+  EXPECT_TRUE(IsOpen(fd));
+  File_IO::Descriptor closed(fd);
+  closed.Close();
+  EXPECT_FALSE(IsOpen(fd));
+  EXPECT_EQ(closed.Get(), -1);
+}
+
 TEST_F(FileIO, FolderWithOnlyHiddenNamesHasNoChild) {
   std::string const path = MakeFolder("folder");
   Write("folder/.one", "");

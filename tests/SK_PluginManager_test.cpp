@@ -1,140 +1,361 @@
-// The tables that modules get: when they are there, what is in them, and that a module that knows nothing but their
-// offsets can work with them.
 #include "SK_PluginManager.h"
 
-#include <dlfcn.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <memory>
-#include <string>
+#include <algorithm>
+#include <filesystem>
 
-#include "FailingMemory.h"
+#include "ExpectError.h"
+#include "ModuleFolders.h"
+#include "SK_ConverterHandler.h"
+#include "SK_ConverterHandlerInstance.h"
 #include "SK_ConverterManager.h"
+#include "SK_ConverterRegistry.h"
+#include "SK_Error.h"
 #include "SK_HostAPIImpl.h"
-#include "TdjsonRootImpl.h"
-#include "TempFolder.h"
-#include "WriterModule.h"
+#include "SK_Module.h"
 
 namespace SK_PLUGIN {
 namespace {
 
-using ns_sensor::SK_ConverterManager;
-using senmark_test::FailingMemory;
+namespace fs = std::filesystem;
+using ns_sensor::SK_ConverterRegistry;
+using senmark_test::Manifest;
+using senmark_test::ModuleFolders;
 using senmark_test::TempFolder;
-using senmark_test::WriterModuleRun;
 
 class PluginManager : public testing::Test {
  protected:
-  ~PluginManager() override { SK_PluginManager::terminate(); }
+  PluginManager() : mModules(mFolder) {}
+  ~PluginManager() override {
+    SK_PluginManager::terminate();
+    SK_ConverterRegistry::terminate();
+    EXPECT_EQ(mModules.TakeNotes(), "") << "a module's code has run";
+  }
+
+  void Initialize(std::string const& wanted = "") {
+    SK_ConverterRegistry::terminate();
+    SK_PluginManager::initialize(mModules.Path(), wanted);
+  }
+
+  void Add(std::string const& name, std::string const& manifest) { mModules.Add(name, manifest.c_str()); }
+
+  /// The uid of the converter of an extension, or "none".
+  static std::string Uid(std::string const& extension) {
+    std::shared_ptr<SK_ConverterHandler> const handler = SK_PluginManager::getConverterHandler(extension);
+    EXPECT_EQ(handler != nullptr, SK_ConverterRegistry::getInstance()->getConverterHandlerInfo(extension) != nullptr);
+    return handler == nullptr ? "none" : handler->getUID();
+  }
+
+  static std::string Uids(std::vector<std::string> const& extensions) {
+    std::string uids;
+    for (std::string const& extension : extensions) {
+      uids += Uid(extension) + ' ';
+    }
+    return uids;
+  }
+
+  /// Names of the folder in its own order.
+  std::vector<std::string> NamesInOrder() const {
+    std::vector<std::string> names;
+    for (fs::directory_entry const& entry : fs::directory_iterator(mModules.Path())) {
+      names.push_back(entry.path().filename().string());
+    }
+    return names;
+  }
+
+  TempFolder mFolder;
+  ModuleFolders mModules;
 };
 
-void ExpectTables(HostAPI const& api) {
-  ASSERT_NE(api.mTdjsonWriterAPI, nullptr);
-  ASSERT_NE(api.mHandleExceptionAPI, nullptr);
-  ASSERT_NE(api.mHandleMemoryAPI, nullptr);
-  EXPECT_EQ(api.mTdjsonWriterAPI->mReserved, 0u);
-  EXPECT_EQ(api.mTdjsonWriterAPI->Static_CreateRoot, &Static_CreateRoot);
-  EXPECT_EQ(api.mTdjsonWriterAPI->Static_CreateStaticDataBool, &Static_CreateStaticDataBool);
-  EXPECT_EQ(api.mHandleExceptionAPI->mReserved, 0u);
-  EXPECT_EQ(api.mHandleExceptionAPI->Static_SetPluginErrorObj, &Static_SetPluginErrorObj);
-  EXPECT_EQ(api.mHandleMemoryAPI->mReserved, 0u);
-  EXPECT_EQ(api.mHandleMemoryAPI->Static_RemoveConverterFromMap, &Static_RemoveConverterFromMap);
+TEST_F(PluginManager, OffersWhatManifestsTell) {
+  Add("Foo.tdx", Manifest("foo", R"("fo1","FO2")"));
+  Add("Bar.tdx", Manifest("bar", R"("br1")"));
+  Initialize();
+  EXPECT_EQ(Uids({"fo1", "fo2", "br1"}), "foo foo bar ");
+  EXPECT_EQ(SK_PluginManager::getConverterHandler("FO2"), nullptr);
+  EXPECT_EQ(SK_PluginManager::getConverterHandler("fo1")->getModule()->getPath(), mModules.Path() + "/Foo.tdx");
+  std::map<std::string, std::string> const expected = {
+      {"br1", "Name of bar"}, {"fo1", "Name of foo"}, {"fo2", "Name of foo"}};
+  EXPECT_EQ(*SK_ConverterRegistry::getInstance()->getConvertersInfo(), expected);
+  ns_sensor::SK_ConverterHandlerInfo const* const info =
+      SK_ConverterRegistry::getInstance()->getConverterHandlerInfo("fo1");
+  ASSERT_NE(info, nullptr);
+  EXPECT_EQ(info->uid, "fo1");
+  EXPECT_EQ(info->check, &Plugin_CheckFileFormat);
+  EXPECT_EQ(info->construct, &Plugin_ConverterHandlerCTor);
 }
 
-TEST_F(PluginManager, ThereAreNoTablesWithoutIt) {
-  EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
+TEST_F(PluginManager, FolderThatIsNoneHasNoModules) {
+  for (std::string const& folder : {std::string("/no/such/folder"), std::string(), mFolder.Write("file", "text")}) {
+    SK_PluginManager::initialize(folder, "Foo");
+    EXPECT_NE(SK_PluginManager::getHostAPI(), nullptr) << folder;
+    EXPECT_TRUE(SK_ConverterRegistry::getInstance()->getConvertersInfo()->empty()) << folder;
+  }
+}
+
+TEST_F(PluginManager, BackslashesInTheFolderAreSlashes) {
+  Add("Foo.tdx", Manifest("foo", R"("fo1")"));
+  std::string folder = mModules.Path();
+  std::replace(folder.begin(), folder.end(), '/', '\\');
+  SK_PluginManager::initialize(folder, "");
+  EXPECT_EQ(Uid("fo1"), "foo");
+}
+
+TEST_F(PluginManager, OnlyModulesAreLookedAt) {
+  Add("~old.tdx", Manifest("old", R"("old")"));
+  Add(".hidden.tdx", Manifest("hidden", R"("hid")"));
+  Add("Other.txt", Manifest("other", R"("oth")"));
+  Add("NoPoint", Manifest("nopoint", R"("nop")"));
+  Add("tdx", Manifest("tdx", R"("tdx")"));
+  Add("Upper.TDX", Manifest("upper", R"("upp")"));
+  Add("Two.Points.tdx", Manifest("two", R"("two")"));
+  Add("NoCode.tdx", Manifest("nocode", R"("noc")"));
+  fs::remove(mModules.CodePath("NoCode.tdx"));
+  fs::create_directory(mModules.Path() + "/deeper");
+  fs::rename(mModules.Add("Deep.tdx", Manifest("deep", R"("dee")").c_str()), mModules.Path() + "/deeper/Deep.tdx");
+  mModules.Add("NoManifest.tdx", nullptr);
+  mFolder.Write("modules/a.tdx", Manifest("plain", R"("pla")"));
+  fs::create_symlink("/no/such/file", mModules.Path() + "/link.tdx");
+  Initialize();
+  EXPECT_EQ(Uids({"old", "hid", "oth", "nop", "tdx", "noc", "dee", "pla"}), "none none none none none none none none ");
+  EXPECT_EQ(Uids({"upp", "two"}), "upper two ");
+  EXPECT_EQ(SK_ConverterRegistry::getInstance()->getConvertersInfo()->size(), 2u);
+}
+
+TEST_F(PluginManager, PlainFileIsNoFault) {
+  mFolder.Write("modules/a.tdx", "text");
+  SK_PluginManager::terminate();
+  SK_NAMESPACE_INT::gLastException = ns_sensor::SK_Exception();
+  Initialize();
+  EXPECT_EQ(SK_NAMESPACE_INT::gLastException.GetErrorCode(), 0);
+}
+
+struct WantedRow {
+  char const* list;
+  char const* expected;  // uids of the three modules
+};
+WantedRow const kWanted[] = {
+    {"", "foo bar foobar "},
+    {"Foo.tdx, Bar", "foo bar none "},
+    {"foo", "foo none none "},
+    {"FOOBAR", "none none foobar "},
+    {"Foo,", "foo none none "},
+    {",Foo", "foo none none "},
+    {"  Foo  , Bar x", "foo bar none "},
+    {"Foo.anything.else", "foo none none "},
+    {"nothing", "none none none "},
+    {"fo", "none none none "},
+    {" ", "none none none "},
+    {",", "none none none "},
+    {"Foo;Bar", "none none none "},
+};
+
+TEST_F(PluginManager, OnlyWantedModulesAreUsed) {
+  Add("Foo.tdx", Manifest("foo", R"("fo1")"));
+  Add("Bar.tdx", Manifest("bar", R"("br1")"));
+  Add("FooBar.tdx", Manifest("foobar", R"("fb1")"));
+  for (WantedRow const& row : kWanted) {
+    Initialize(row.list);
+    EXPECT_EQ(Uids({"fo1", "br1", "fb1"}), row.expected) << '"' << row.list << '"';
+  }
+}
+
+TEST_F(PluginManager, UnwantedFaultIsNoFault) {
+  Add("Bad.tdx", "{");
+  Add("Foo.tdx", Manifest("foo", R"("fo1")"));
+  Initialize("Foo");
+  EXPECT_EQ(Uid("fo1"), "foo");
+}
+
+TEST_F(PluginManager, FirstOfTwoModulesKeepsTheExtension) {
+  Add("One.tdx", Manifest("One.tdx", R"("x")", R"(,"force_converter":true)"));
+  Add("Two.tdx", Manifest("Two.tdx", R"("x")", R"(,"force_converter":true)"));
+  Add("Three.tdx", Manifest("Three.tdx", R"("x")", R"(,"force_converter":true)"));
+  Initialize();
+  EXPECT_EQ(Uid("x"), NamesInOrder().front());
+}
+
+/// One manifest, broken in one way, with a good converter behind the fault.
+char const* const kBadManifests[] = {
+    "",
+    "{",
+    "text",
+    "\xef\xbb\xbf{}",
+    "5",
+    "[]",
+    "{}",
+    R"({"converter":{}})",
+    R"({"converter":[{"version":1,"extensions":["bad"]},{"identifier":"b","version":1,"extensions":["bad"]}]})",
+    R"({"converter":[{"identifier":"b","extensions":["bad"]},{"identifier":"b","version":1,"extensions":["bad"]}]})",
+    R"({"converter":[{"identifier":"b","version":1},{"identifier":"b","version":1,"extensions":["bad"]}]})",
+};
+
+TEST_F(PluginManager, FaultyManifestCostsNoModuleBeforeIt) {
+  for (char const* const name : {"a.tdx", "b.tdx", "c.tdx", "d.tdx"}) {
+    Add(name, Manifest(name, std::string("\"") + name + '"'));
+  }
+  for (char const* const manifest : kBadManifests) {
+    SCOPED_TRACE(manifest);
+    mModules.Add("Bad.tdx", manifest);
+    Initialize();
+    EXPECT_EQ(Uid("bad"), "none");
+    bool reached = true;
+    for (std::string const& name : NamesInOrder()) {
+      reached = reached && name != "Bad.tdx";
+      if (name != "Bad.tdx") {
+        EXPECT_EQ(Uid(name), reached ? name : "none");
+      }
+    }
+    fs::remove_all(mModules.Path() + "/Bad.tdx");
+  }
+}
+
+TEST_F(PluginManager, ConvertersBeforeAFaultStay) {
+  Add("Bad.tdx",
+      R"({"converter":[{"identifier":"a","version":1,"extensions":["x"]},{"identifier":"b","extensions":["y"]}]})");
+  Initialize();
+  EXPECT_EQ(Uids({"x", "y"}), "a none ");
+}
+
+TEST_F(PluginManager, NestingWithoutEndIsAFaultAndNoEndOfTheProcess) {
+  Add("Deep.tdx", std::string(10000000, '['));
+  Initialize();
+  EXPECT_TRUE(SK_ConverterRegistry::getInstance()->getConvertersInfo()->empty());
+}
+
+struct FaultRow {
+  char const* manifest;
+  int code;
+  char const* message;
+};
+FaultRow const kFaults[] = {
+    {"{", 1503, "Manifest Parsing Failed."},
+    {"{}", 1504, R"(Invalid : "converter" type, expected type : "JSON Array".)"},
+    {R"([{"converter":[]}])", 1504, R"(Invalid : "converter" type, expected type : "JSON Array".)"},
+};
+
+TEST_F(PluginManager, LastErrorOfTheThreadTellsTheFault) {
+  for (FaultRow const& row : kFaults) {
+    mModules.Add("Bad.tdx", row.manifest);
+    Initialize();
+    EXPECT_EQ(SK_NAMESPACE_INT::gLastException.GetErrorCode(), row.code) << row.manifest;
+    EXPECT_STREQ(SK_NAMESPACE_INT::gLastException.GetLocalizedErrMsg(), row.message);
+    fs::remove_all(mModules.Path() + "/Bad.tdx");
+  }
+}
+
+TEST_F(PluginManager, MembersBesideTheConvertersAreIgnored) {
+  Add("Foo.tdx", R"({"version":7,"converter":[{"identifier":"foo","version":1,"extensions":["fo1"]}],"x":{}})");
+  Initialize();
+  EXPECT_EQ(Uid("fo1"), "foo");
+}
+
+struct Claim {
+  char const* uid;
+  double version;
+  bool force;
+};
+struct ConflictRow {
+  char const* name;
+  Claim stored;
+  Claim added;
+  bool replaced;
+};
+ConflictRow const kConflicts[] = {
+    {"OtherUid", {"a", 1, false}, {"b", 2, false}, false},
+    {"OtherUidThatForces", {"a", 1, false}, {"b", 2, true}, false},
+    {"HigherVersion", {"a", 1, false}, {"a", 1.5, false}, true},
+    {"SameVersion", {"a", 1, false}, {"a", 1, false}, false},
+    {"LowerVersion", {"a", 2, false}, {"a", 1, false}, false},
+    {"ForceConverterWithHigherVersion", {"a", 1, false}, {"a", 2, true}, true},
+    {"ForceConverterWithLowerVersion", {"a", 2, false}, {"a", 1, true}, true},
+    {"StoredForceConverter", {"a", 1, true}, {"a", 2, false}, false},
+    {"TwoForceConverters", {"a", 1, true}, {"a", 2, true}, false},
+};
+
+std::shared_ptr<SK_ConverterHandler> Handler(Claim const& claim) {
+  auto handler = std::make_shared<SK_ConverterHandler>(claim.uid, claim.force, nullptr);
+  handler->setVersion(claim.version);
+  return handler;
+}
+
+TEST_F(PluginManager, DecidesBetweenTwoConvertersOfOneExtension) {
+  for (ConflictRow const& row : kConflicts) {
+    Initialize();
+    std::shared_ptr<SK_ConverterHandler> const stored = Handler(row.stored);
+    std::shared_ptr<SK_ConverterHandler> const added = Handler(row.added);
+    SK_PluginManager::addConverterHandler("x", stored);
+    SK_PluginManager::addConverterHandler("x", added);
+    EXPECT_EQ(SK_PluginManager::getConverterHandler("x"), row.replaced ? added : stored) << row.name;
+    EXPECT_EQ(SK_PluginManager::getConverterHandler("y"), nullptr);
+  }
+}
+
+TEST_F(PluginManager, HigherVersionWinsInEitherOrder) {
+  Add("Old.tdx", R"({"converter":[{"identifier":"a","version":1,"extensions":["x"]}]})");
+  Add("New.tdx", R"({"converter":[{"identifier":"a","version":2,"extensions":["x"]}]})");
+  Add("Mid.tdx", R"({"converter":[{"identifier":"a","version":1.5,"extensions":["x"]}]})");
+  Initialize();
+  EXPECT_EQ(SK_PluginManager::getConverterHandler("x")->getVersion(), 2);
+}
+
+TEST_F(PluginManager, EmptyEntryIsAssigned) {
+  Initialize();
+  SK_PluginManager::addConverterHandler("x", nullptr);
+  std::shared_ptr<SK_ConverterHandler> const handler = Handler({"a", 1, false});
+  SK_PluginManager::addConverterHandler("x", handler);
+  EXPECT_EQ(SK_PluginManager::getConverterHandler("x"), handler);
+}
+
+TEST_F(PluginManager, ThereIsNothingWithoutOne) {
   SK_PluginManager::terminate();
   EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
+  SK_PluginManager::addConverterHandler("x", Handler({"a", 1, false}));
+  EXPECT_EQ(SK_PluginManager::getConverterHandler("x"), nullptr);
 }
 
-TEST_F(PluginManager, ItsTableIsOfVersion1AndStaysUntilItGoes) {
-  SK_PluginManager::initialize();
-  HostAPI* const api = SK_PluginManager::getHostAPI();
+TEST_F(PluginManager, TableOfTheHostIsComplete) {
+  Initialize();
+  HostAPI const* const api = SK_PluginManager::getHostAPI();
   ASSERT_NE(api, nullptr);
   EXPECT_EQ(api->mSize, 32u);
   EXPECT_EQ(api->mVersion, 1u);
-  ExpectTables(*api);
-  EXPECT_EQ(SK_PluginManager::getHostAPI(), api);
+  EXPECT_EQ(api->mTdjsonWriterAPI->mReserved, 0u);
+  EXPECT_EQ(api->mTdjsonWriterAPI->Static_CreateRoot, &Static_CreateRoot);
+  EXPECT_EQ(api->mTdjsonWriterAPI->Static_CreateStaticDataBool, &Static_CreateStaticDataBool);
+  EXPECT_EQ(api->mHandleExceptionAPI->Static_SetPluginErrorObj, &Static_SetPluginErrorObj);
+  EXPECT_EQ(api->mHandleMemoryAPI->Static_RemoveConverterFromMap, &Static_RemoveConverterFromMap);
+}
+
+TEST_F(PluginManager, ConverterManagerStartsItWithFolderAndWantedList) {
+  using ns_sensor::SK_ConverterManager;
+  Add("Foo.tdx", Manifest("foo", R"("fo1","csv")"));
+  Add("Bar.tdx", Manifest("bar", R"("br1")"));
+  SK_ConverterManager::Terminate();
+  SK_ConverterManager::Initialize(mModules.Path().c_str(), nullptr);
+  EXPECT_EQ(Uids({"fo1", "br1"}), "foo bar ");
+  // A module comes before the library's own converter, whose display name stays.
+  EXPECT_EQ(SK_ConverterRegistry::getInstance()->getConverterHandlerInfo("csv")->check, &Plugin_CheckFileFormat);
+  EXPECT_EQ(SK_ConverterRegistry::getInstance()->getConvertersInfo()->at("csv"), "Comma Seperated Value");
+  SK_ConverterManager::Terminate();
+  EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
+  SK_ConverterManager::Initialize(mModules.Path().c_str(), "bar");
+  EXPECT_EQ(Uids({"fo1", "br1"}), "none bar ");
+  SK_ConverterManager::Terminate();
+  SK_ConverterManager::Initialize(nullptr, "bar");
+  EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
+  SK_ConverterManager::Terminate();
+}
+
+TEST_F(PluginManager, ModulesAreUnloadedBeforeTheTableGoes) {
+  // This one reports a failure at its end, through the table.
+  mModules.Add("Foo.tdx", Manifest("foo", R"("fo1")").c_str(), "fail-terminate");
+  Initialize();
+  EXPECT_TRUE(SK_PluginManager::getConverterHandler("fo1")->load());
   SK_PluginManager::terminate();
-  EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
-  SK_PluginManager::initialize();
-  ASSERT_NE(SK_PluginManager::getHostAPI(), nullptr);
-  ExpectTables(*SK_PluginManager::getHostAPI());
-}
-
-TEST_F(PluginManager, SetupHostAPIMakesThreeTablesAndNothingElse) {
-  HostAPI api{};
-  SK_PluginManager::SetupHostAPI(&api);
-  std::unique_ptr<TDJSONWriter_API> const writer(api.mTdjsonWriterAPI);
-  std::unique_ptr<HandleException_API> const exception(api.mHandleExceptionAPI);
-  std::unique_ptr<HandleMemory_API> const memory(api.mHandleMemoryAPI);
-  ExpectTables(api);
-  EXPECT_EQ(api.mSize, 0u);
-  EXPECT_EQ(api.mVersion, 0u);
-}
-
-TEST_F(PluginManager, WithoutMemoryThereAreNoTablesRatherThanHalfOfThem) {
-  std::uint64_t first = 1;
-  for (bool failed = true; failed; ++first) {
-    SCOPED_TRACE(first);
-    {
-      FailingMemory const failing(first);
-      SK_PluginManager::initialize();
-      failed = failing.HasFailed();
-    }
-    EXPECT_EQ(SK_PluginManager::getHostAPI() == nullptr, failed);
-    SK_PluginManager::terminate();
-  }
-  EXPECT_GT(first, 5u);
-}
-
-TEST_F(PluginManager, AFolderOfModulesStartsItAndTheEndOfTheConvertersEndsIt) {
-  SK_ConverterManager::Initialize(nullptr, nullptr);
-  EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
-  // The first call decides.
-  SK_ConverterManager::Initialize("a folder", nullptr);
-  EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
-  SK_ConverterManager::Terminate();
-  SK_ConverterManager::Initialize("a folder", nullptr);
-  HostAPI* const api = SK_PluginManager::getHostAPI();
-  EXPECT_NE(api, nullptr);
-  SK_ConverterManager::Initialize("another folder", nullptr);
-  EXPECT_EQ(SK_PluginManager::getHostAPI(), api);
-  SK_ConverterManager::Terminate();
-  EXPECT_EQ(SK_PluginManager::getHostAPI(), nullptr);
-}
-
-std::string gComplaints;
-
-TEST_F(PluginManager, AModuleFindsEveryFunctionAtItsOffset) {
-  void* const module = dlopen(SENMARK_WRITER_MODULE, RTLD_NOW | RTLD_LOCAL);
-  ASSERT_NE(module, nullptr) << dlerror();
-  auto const run = reinterpret_cast<WriterModuleRun>(dlsym(module, "WriterModuleByOffsets"));
-  ASSERT_NE(run, nullptr);
-  SK_PluginManager::initialize();
-  TempFolder const folder;
-  std::string const path = folder.Path("out.tdjson");
-  gComplaints.clear();
-  run(SK_PluginManager::getHostAPI(), this, path.c_str(), [](char const* line) { gComplaints += line; });
-  EXPECT_EQ(gComplaints, "");
-  EXPECT_EQ(TdjsonRootImpl::GetRoot(this), nullptr);
-  EXPECT_EQ(folder.Read(path),
-            R"({"version":"tdjson2.0.0","dynamicSamplesPresentB":false,"dataOutline":[{"objectType":"dataGroup",)"
-            R"("matchName":"group","displayName":"Group","children":[{"objectType":"dataStatic","matchName":"number",)"
-            R"("displayName":"Number","dataType":{"type":"number","numberStringProperties":{"pattern":{)"
-            R"("isSigned":true,"digitsDecimal":1,"digitsInteger":1},"range":{"occurring":{"min":-3,"max":3},)"
-            R"("legal":{"min":-9,"max":9}}}},"value":-2.5},{"objectType":"dataStatic","matchName":"text",)"
-            R"("displayName":"Text","dataType":{"type":"string","paddedStringProperties":{"maxDigitsInStrLength":1,)"
-            R"("maxLen":5,"eventMarkerB":false}},"value":"value"},{"objectType":"dataStatic","matchName":"flag",)"
-            R"("displayName":"Flag","dataType":{"type":"boolean"},"value":true}]}]})");
-  dlclose(module);
-}
-
-TEST(PluginManagerDeathTest, SetupHostAPINeedsARecord) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";
-  EXPECT_DEATH(SK_PluginManager::SetupHostAPI(nullptr),
-               "plugin/source/SK_PluginManager:[0-9]+: SetupHostAPI: Assertion `hostAPI != 0' failed");
+  EXPECT_EQ(mModules.TakeNotes(), "loaded\ninitialize fail-terminate\nterminate\nunloaded\n");
 }
 
 }  // namespace

@@ -29,30 +29,6 @@ constexpr std::size_t kCopyBlock = 65536;
   SK_NAMESPACE_INT::ThrowError({code, SK_Message::kSystemCallFailed, -1, -1}, std::string(function), std::string(call));
 }
 
-// A descriptor that does not stay open when an exception passes.
-class OpenDescriptor {
- public:
-  explicit OpenDescriptor(int fd) : mFd(fd) {}
-  ~OpenDescriptor() {
-    if (mFd != -1) {
-      ::close(mFd);
-    }
-  }
-  OpenDescriptor(OpenDescriptor const&) = delete;
-  OpenDescriptor& operator=(OpenDescriptor const&) = delete;
-
-  int Get() const { return mFd; }
-  int Release() {
-    int const fd = mFd;
-    mFd = -1;
-    return fd;
-  }
-  void Close() { File_IO::Close(Release()); }
-
- private:
-  int mFd;
-};
-
 void RefuseUnlessOwnerMayWrite(int fd) {
   struct stat status;
   if (::fstat(fd, &status) != 0) {
@@ -155,7 +131,7 @@ void Delete(char const* path) {
 }
 
 int Open(char const* path, bool readOnly, bool append) {
-  OpenDescriptor descriptor(::open(path, (readOnly ? O_RDONLY : O_RDWR) | O_CLOEXEC | (append ? O_APPEND : 0), 0660));
+  Descriptor descriptor(::open(path, (readOnly ? O_RDONLY : O_RDWR) | O_CLOEXEC | (append ? O_APPEND : 0), 0660));
   if (descriptor.Get() == -1) {
     if (errno == EACCES) {
       Throw(ns_sensor::kNoFilePermission, SK_Message::kFilePermission, "File_IO::Open");
@@ -172,6 +148,20 @@ void Close(int fd) {
   if (fd != -1 && ::close(fd) != 0) {
     Throw(ns_sensor::kCannotCloseFile, SK_Message::kCannotCloseFile, "File_IO::Close");
   }
+}
+
+Descriptor::~Descriptor() {
+  if (mFd != -1) {
+    ::close(mFd);
+  }
+}
+
+int Descriptor::Release() {
+  return std::exchange(mFd, -1);
+}
+
+void Descriptor::Close() {
+  File_IO::Close(Release());
 }
 
 long long Seek(int fd, long long offset, SeekMode mode) {
@@ -363,8 +353,8 @@ void Rename(char const* from, char const* to) {
 }
 
 void CopyFileContents(char const* source, char const* destination) {
-  OpenDescriptor from(Open(source, true, false));
-  OpenDescriptor to(Open(destination, false, false));
+  Descriptor from(Open(source, true, false));
+  Descriptor to(Open(destination, false, false));
   long long const copied = CopyBlocks(from.Get(), to.Get());
   // A destination that was longer must not keep its tail. A device has none and cannot be cut.
   struct stat status;

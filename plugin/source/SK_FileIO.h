@@ -30,6 +30,24 @@ void Delete(char const* path);
 int Open(char const* path, bool readOnly, bool append);
 /// -1 is ignored. Code 8.
 void Close(int fd);
+
+/// Closes the descriptor that it holds. `Close` raises what the function does; the destructor keeps it quiet.
+class Descriptor {
+ public:
+  explicit Descriptor(int fd) : mFd(fd) {}
+  ~Descriptor();
+  Descriptor(Descriptor const&) = delete;
+  Descriptor& operator=(Descriptor const&) = delete;
+
+  int Get() const { return mFd; }
+  /// The caller closes it.
+  int Release();
+  void Close();
+
+ private:
+  int mFd;
+};
+
 /// The new position. Code 10.
 long long Seek(int fd, long long offset, SeekMode mode);
 long long Offset(int fd);
