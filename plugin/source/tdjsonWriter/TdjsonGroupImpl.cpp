@@ -1,5 +1,6 @@
 #include "TdjsonGroupImpl.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <new>
@@ -28,21 +29,23 @@ using GroupList = std::vector<std::shared_ptr<TdjsonGroupImpl>>;
 thread_local GroupList* gGroupsToLetGo = nullptr;
 
 /// Lets go of the children of a group that is being deleted. Those of the outermost group go in a loop; the
-/// groups that are deleted in it hand their own children over to that loop and need no deeper stack.
+/// groups that are deleted in it hand their own children over to that loop and need no deeper stack. The first child
+/// goes first: that is the order in which nodes are made and lie in memory.
 void LetGoOfGroups(GroupList& groups) noexcept {
   if (groups.empty()) {
     return;
   }
   if (gGroupsToLetGo != nullptr) {
     try {
-      gGroupsToLetGo->insert(gGroupsToLetGo->end(), std::make_move_iterator(groups.begin()),
-                             std::make_move_iterator(groups.end()));
+      gGroupsToLetGo->insert(gGroupsToLetGo->end(), std::make_move_iterator(groups.rbegin()),
+                             std::make_move_iterator(groups.rend()));
     } catch (std::bad_alloc const&) {
       // They stay where they are and go with their list, one level down the stack.
     }
     return;
   }
   GroupList waiting = std::move(groups);
+  std::reverse(waiting.begin(), waiting.end());
   gGroupsToLetGo = &waiting;
   while (!waiting.empty()) {
     std::shared_ptr<TdjsonGroupImpl> const next = std::move(waiting.back());
