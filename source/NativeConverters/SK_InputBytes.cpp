@@ -6,7 +6,7 @@ namespace ns_sensor {
 
 namespace {
 
-constexpr std::streamsize kPieceSize = 256 * 1024;
+constexpr std::streamsize kPieceSize = 262144;
 
 }  // namespace
 

@@ -57,6 +57,7 @@ std::atomic<std::size_t> gHeapBlocks{0};
 std::atomic<std::size_t> gChunks{0};
 
 Chunk* ChunkOf(void* block) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): once for each block that goes, and its chunk has no other name
   return reinterpret_cast<Chunk*>(reinterpret_cast<std::uintptr_t>(block) & ~(SK_NodePool::kChunkSize - 1));
 }
 
@@ -98,7 +99,7 @@ class EndOfThread {
   void Watch() const {}
 };
 
-thread_local EndOfThread const gEndOfThread;
+thread_local EndOfThread const kEndOfThread;
 
 /// False if there is no memory for a chunk.
 bool Renew(CurrentChunk& current) {
@@ -122,7 +123,7 @@ bool Renew(CurrentChunk& current) {
     SK_NAMESPACE_INT::PreferLargePages(memory, SK_NodePool::kChunkSize);
   }
   gChunks.fetch_add(1, std::memory_order_relaxed);
-  gEndOfThread.Watch();
+  kEndOfThread.Watch();
   current.chunk = new (memory) Chunk;
   Begin(current);
   return true;

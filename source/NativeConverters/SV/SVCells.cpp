@@ -8,7 +8,7 @@ namespace ns_sensor {
 namespace {
 
 constexpr std::size_t kFirstPieceSize = 64;  // a table may have many columns and few rows
-constexpr std::size_t kLargestPieceSize = 64 * 1024;
+constexpr std::size_t kLargestPieceSize = 65536;
 
 // Lengths are written in groups of 7 bits, the lowest first; the top bit says that another group follows.
 constexpr unsigned kGroupBits = 7;

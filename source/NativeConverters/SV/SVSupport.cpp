@@ -23,7 +23,7 @@ namespace {
 class CellNames {
  public:
   /// A header counts up to a NUL here.
-  explicit CellNames(std::string const& header) : mName(header.c_str()) {
+  explicit CellNames(std::string const& header) : mName(header, 0, header.find('\0')) {
     mName += ' ';
     mPrefixSize = std::min(mName.size(), kLongest);
   }
