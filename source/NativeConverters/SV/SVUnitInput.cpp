@@ -6,7 +6,7 @@ namespace ns_sensor {
 
 namespace {
 
-constexpr std::size_t kUnitsInPiece = 8 * 1024;
+constexpr std::size_t kUnitsInPiece = 8192;
 
 unsigned short MakeUnit(int high, int low) {
   return static_cast<unsigned short>(high << 8U | low);
