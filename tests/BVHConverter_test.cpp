@@ -328,12 +328,16 @@ std::vector<std::string> TimesOf(std::string const& converted) {
   return times;
 }
 
-TEST_F(BVHConversion, TimesDropFramesAt2997) {
+std::string SameFrames(int count) {
   std::string motion;
-  for (int frame = 0; frame != 18001; ++frame) {
+  for (int frame = 0; frame != count; ++frame) {
     motion += "1 1 1\n";
   }
-  std::vector<std::string> const times = TimesOf(Converted(OneJoint(kPosition, motion, "0.0333666")));
+  return motion;
+}
+
+TEST_F(BVHConversion, TimesDropFramesAt2997) {
+  std::vector<std::string> const times = TimesOf(Converted(OneJoint(kPosition, SameFrames(18001), "0.0333666")));
   ASSERT_EQ(times.size(), 18001U);
   EXPECT_EQ(times[0], "00:00:00:00");
   EXPECT_EQ(times[1799], "00:00:59:29");
@@ -343,11 +347,7 @@ TEST_F(BVHConversion, TimesDropFramesAt2997) {
 }
 
 TEST_F(BVHConversion, FastFramesHaveThreeDigits) {
-  std::string motion;
-  for (int frame = 0; frame != 122; ++frame) {
-    motion += "1 1 1\n";
-  }
-  std::vector<std::string> const times = TimesOf(Converted(OneJoint(kPosition, motion, "0.008333")));
+  std::vector<std::string> const times = TimesOf(Converted(OneJoint(kPosition, SameFrames(122), "0.008333")));
   ASSERT_EQ(times.size(), 122U);
   EXPECT_EQ(times[0], "00:00:00:000");
   EXPECT_EQ(times[119], "00:00:00:119");
@@ -357,11 +357,7 @@ TEST_F(BVHConversion, FastFramesHaveThreeDigits) {
 
 /// A frame of more than a second counts as a second, so that 100 hours come soon.
 TEST_F(BVHConversion, SamplesFromTheHundredthHourOnAreLeftOut) {
-  std::string motion;
-  for (int frame = 0; frame != 360002; ++frame) {
-    motion += "1 1 1\n";
-  }
-  std::vector<std::string> const times = TimesOf(Converted(OneJoint(kPosition, motion, "2")));
+  std::vector<std::string> const times = TimesOf(Converted(OneJoint(kPosition, SameFrames(360002), "2")));
   ASSERT_EQ(times.size(), 360000U);
   EXPECT_EQ(times.back(), "99:59:59:00");
 }
