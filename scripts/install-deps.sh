@@ -7,7 +7,8 @@ set -euo pipefail
 packages=()
 for job in "$@"; do
   case "$job" in
-    build) packages+=(g++ cmake ninja-build ccache rapidjson-dev libboost-dev libcli11-dev libgtest-dev libgmock-dev) ;;
+    build) packages+=(g++ cmake ninja-build ccache rapidjson-dev libboost-dev libcli11-dev libgtest-dev libgmock-dev
+      libexpat1-dev) ;;
     lint) packages+=(clang-format clang-tidy) ;;
     fuzz) packages+=(clang libclang-rt-dev llvm) ;;
     bench) packages+=(libassimp-dev libbenchmark-dev libsqlite3-dev) ;;

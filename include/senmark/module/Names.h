@@ -1,0 +1,100 @@
+/// Names for nodes, made from any text.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace senmark::kit {
+
+/// Text that is UTF-8 and can be written: whatever is not UTF-8, and every NUL, becomes U+FFFD.
+inline std::string Utf8(std::string_view text);
+
+/// Makes match names, valid and unique in one file: ASCII letters and digits, no digit first.
+class MatchNames {
+ public:
+  /// A name that reminds of `text`: its letters and digits, and "node" where there are none. A name that was given
+  /// before gets a number behind it.
+  std::string make(std::string_view text) {
+    std::string name;
+    for (char const character : text) {
+      bool const isDigit = character >= '0' && character <= '9';
+      bool const isLetter = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+      if (isDigit && name.empty()) {
+        name = "n";
+      }
+      if ((isDigit || isLetter) && name.size() < kLongest) {
+        name += character;
+      }
+    }
+    if (name.empty()) {
+      name = "node";
+    }
+    // References to elements stay valid when the table grows.
+    std::size_t& count = mCounts[name];
+    if (count++ == 0) {
+      return name;
+    }
+    for (;;) {
+      // The numbered name of one text may be the plain name of another.
+      std::string numbered = name + 'x' + std::to_string(++count);
+      if (mCounts.try_emplace(numbered, 1).second) {
+        return numbered;
+      }
+    }
+  }
+
+ private:
+  static constexpr std::size_t kLongest = 200;
+
+  std::unordered_map<std::string, std::size_t> mCounts;  ///< by name: the last number that was given out
+};
+
+/// The display name with its unit, `name [unit]`; just the name without a unit.
+inline std::string WithUnit(std::string_view name, std::string_view unit) {
+  std::string text = Utf8(name);
+  if (!unit.empty()) {
+    text += " [" + Utf8(unit) + ']';
+  }
+  return text;
+}
+
+namespace detail {
+
+/// Bytes of the UTF-8 character at the start of `text`, 0 if there is no valid one.
+inline std::size_t CharacterSize(std::string_view text) {
+  auto const byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+  auto const follows = [&](std::size_t i, unsigned low = 0x80, unsigned high = 0xBF) {
+    return byte(i) >= low && byte(i) <= high;
+  };
+  unsigned const first = byte(0);
+  if (first < 0x80) {
+    return first == 0 ? 0 : 1;
+  }
+  if (first >= 0xC2 && first <= 0xDF) {
+    return follows(1) ? 2 : 0;
+  }
+  if (first >= 0xE0 && first <= 0xEF) {
+    // Neither overlong forms nor surrogates.
+    return follows(1, first == 0xE0 ? 0xA0 : 0x80, first == 0xED ? 0x9F : 0xBF) && follows(2) ? 3 : 0;
+  }
+  if (first >= 0xF0 && first <= 0xF4) {
+    return follows(1, first == 0xF0 ? 0x90 : 0x80, first == 0xF4 ? 0x8F : 0xBF) && follows(2) && follows(3) ? 4 : 0;
+  }
+  return 0;
+}
+
+}  // namespace detail
+
+inline std::string Utf8(std::string_view text) {
+  std::string clean;
+  clean.reserve(text.size());
+  while (!text.empty()) {
+    std::size_t const size = detail::CharacterSize(text);
+    clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
+    text.remove_prefix(size == 0 ? 1 : size);
+  }
+  return clean;
+}
+
+}  // namespace senmark::kit

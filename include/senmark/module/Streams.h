@@ -1,0 +1,395 @@
+/// Streams of timed samples.
+#pragma once
+
+#include <array>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "senmark/ITdjsonDynamicDataNumArr_v1.h"
+#include "senmark/ITdjsonDynamicDataNum_v1.h"
+#include "senmark/ITdjsonDynamicDataString_v1.h"
+#include "senmark/module/Names.h"
+#include "senmark/module/Number.h"
+#include "senmark/module/SampleSorter.h"
+#include "senmark/module/Time.h"
+#include "senmark/module/WriterCall.h"
+
+namespace senmark::kit {
+
+enum class eOrder : std::uint8_t {
+  kSorted,   ///< samples come as they like and are put in order; those that do not fit in memory go to the disk
+  kAsGiven,  ///< samples come in order and go straight to the writer; one that is earlier ends the conversion
+};
+
+/// How a converter states the samples of a stream.
+struct StreamFormat : NumberFormat {
+  eOrder order = eOrder::kSorted;
+  bool holds = false;        ///< a value stays until the next one; else values in between are interpolated
+  bool isPoint = false;      ///< the numbers of an array are the coordinates of one point
+  bool marksEvents = false;  ///< each text marks an event
+};
+
+namespace detail {
+
+/// What all streams of one file share.
+struct StreamRoom {
+  SK_PLUGIN::HostAPI const* api;
+  void* key;  ///< of the conversion
+  std::optional<TimeBase> timeBase;
+  SpillFile spill;
+  std::size_t sortedStreams = 0;
+
+  /// Bytes that each sorted stream may keep in memory.
+  std::size_t share() const {
+    constexpr std::size_t kAll = std::size_t{24} << 20;
+    return std::max<std::size_t>(kAll / std::max<std::size_t>(sortedStreams, 1), std::size_t{16} << 10);
+  }
+};
+
+/// The time of a sample in the arguments of the writer.
+struct ClockTime {
+  int year;
+  int month;
+  int day;
+  int hour;
+  int minute;
+  int second;
+  int fraction;
+};
+
+/// Turns keys into times of the writer. Samples of one day follow each other, so the date is kept.
+class Clock {
+ public:
+  ClockTime at(SampleKey const& key) {
+    if (key.major < mDayStart || key.major >= mDayStart + kDaySeconds) {
+      CivilTime const date = MakeCivilTime(Instant{key.major, 0});
+      mDayStart = key.major - (date.hour * 3600 + date.minute * 60 + date.second);
+      mDate = {date.year, date.month, date.day, 0, 0, 0, 0};
+    }
+    auto const rest = static_cast<int>(key.major - mDayStart);
+    ClockTime time = mDate;
+    time.hour = rest / 3600;
+    time.minute = rest / 60 % 60;
+    time.second = rest % 60;
+    time.fraction = key.minor;
+    return time;
+  }
+
+ private:
+  std::int64_t mDayStart = std::numeric_limits<std::int64_t>::max() - kDaySeconds;
+  ClockTime mDate{};
+};
+
+}  // namespace detail
+
+/// One stream of samples. It belongs to the `Output`.
+class Stream {
+ public:
+  virtual ~Stream() = default;
+  Stream(Stream const&) = delete;
+  Stream& operator=(Stream const&) = delete;
+
+  /// Samples that were added, without gaps.
+  std::uint64_t count() const { return mCount; }
+
+ protected:
+  Stream(detail::StreamRoom& room, StreamFormat format, std::string const& displayName)
+      : mRoom(room), mFormat(std::move(format)), mName(displayName), mSorter(room.spill) {
+    if (mFormat.order == eOrder::kSorted) {
+      ++room.sortedStreams;
+    }
+  }
+
+  StreamFormat const& Format() const { return mFormat; }
+  std::string const& Name() const { return mName; }
+
+  /// The key of a time of the file's kind, in the file's resolution.
+  detail::SampleKey KeyOf(Frame frame) const {
+    Require(!mRoom.timeBase->isGmt(), "a frame in a file with moments in GMT");
+    return {frame.number, 0};
+  }
+  detail::SampleKey KeyOf(Instant const& instant) const {
+    Require(mRoom.timeBase->isGmt(), "a moment in GMT in a file with time codes");
+    std::int64_t unit = 1;
+    for (unsigned digit = mRoom.timeBase->digits(); digit < 9; ++digit) {
+      unit *= 10;
+    }
+    std::int64_t const fraction = (instant.nanoseconds + unit / 2) / unit;
+    std::int64_t const second = 1000000000 / unit;
+    detail::SampleKey const key{instant.seconds + fraction / second, static_cast<std::int32_t>(fraction % second)};
+    Require(key.major >= detail::kFirstSecond && key.major <= detail::kLastSecond, "a year that has not four digits");
+    return key;
+  }
+
+  /// Takes a sample that has been checked.
+  void Add(detail::SampleKey const& key, std::string_view payload) {
+    if (mFormat.order == eOrder::kSorted) {
+      mSorter.add(key, payload, mRoom.share());
+    } else {
+      Require(mCount == 0 || !(key < mLast), "a sample that is earlier than the one before it");
+      mLast = key;
+      Pass(key, payload);
+    }
+    ++mCount;
+  }
+
+  /// Hands a sample to the writer, in the arguments of a time code or of a moment.
+  template <typename AddFrame, typename AddInstant>
+  void PassTime(detail::SampleKey const& key, AddFrame&& addFrame, AddInstant&& addInstant) {
+    SK_PLUGIN::SK_PluginResult result;
+    bool isTaken = false;
+    if (mRoom.timeBase->isGmt()) {
+      isTaken = addInstant(mClock.at(key), static_cast<void*>(&result));
+    } else {
+      isTaken = addFrame(MakeTimeCode({key.major}, *mRoom.timeBase), static_cast<void*>(&result));
+    }
+    if (result.mErrorCode != ns_sensor::kNoError) {
+      detail::ThrowReport("take a sample", result);
+    }
+    Require(isTaken, "a sample that the writer does not take");
+  }
+
+  void Require(bool holds, char const* otherwise) const {
+    if (!holds) {
+      throw Refused(mName + ": " + otherwise);
+    }
+  }
+
+  detail::StreamRoom& Room() const { return mRoom; }
+
+ private:
+  friend class Output;
+  friend class Group;
+
+  virtual void Pass(detail::SampleKey const& key, std::string_view payload) = 0;
+  virtual SK_PLUGIN::ITdjsonDynamicData_v1* Node() const = 0;
+
+  /// Hands what is still here to the writer, which writes it to the file.
+  void Commit() {
+    mSorter.drain([this](detail::SampleKey const& key, std::string_view payload) { Pass(key, payload); });
+    if (mCount != 0) {
+      detail::CallWriter("write samples", [this](void* result) { Node()->commit(result); });
+    }
+  }
+
+  detail::StreamRoom& mRoom;
+  StreamFormat mFormat;
+  std::string mName;
+  detail::SampleSorter mSorter;
+  detail::SampleKey mLast;
+  detail::Clock mClock;
+  std::uint64_t mCount = 0;
+};
+
+namespace detail {
+
+constexpr unsigned long long kCountAutomatic = std::numeric_limits<unsigned long long>::max();
+constexpr double kMinimumAutomatic = std::numeric_limits<double>::max();
+constexpr double kMaximumAutomatic = std::numeric_limits<double>::lowest();
+
+/// Digits, sign and ranges as the numbers have them.
+template <typename Node>
+void SetAutomaticNumbers(Node& node, std::size_t elements) {
+  CallWriter("set digits", [&](void* result) { node.setNumberPattern(kCountAutomatic, kCountAutomatic, 0, result); });
+  for (std::size_t element = 0; element != elements; ++element) {
+    CallWriter("set a range", [&](void* result) {
+      node.setNumberRange(kMinimumAutomatic, kMaximumAutomatic, kMinimumAutomatic, kMaximumAutomatic, result);
+    });
+  }
+}
+
+template <typename Node>
+void SetInfo(Node& node, StreamFormat const& format, std::string const& displayName, std::string const& matchName) {
+  CallWriter("name a stream", [&](void* result) {
+    node.setDynamicDataInfo(displayName.c_str(), matchName.c_str(), matchName.c_str(), 0, format.holds ? 2 : 1, 0, "",
+                            result);
+  });
+}
+
+inline std::string_view BytesOf(double const* numbers, std::size_t count) {
+  return {reinterpret_cast<char const*>(numbers), count * sizeof(double)};
+}
+
+}  // namespace detail
+
+/// A stream of numbers.
+class NumberStream : public Stream {
+ public:
+  /// `time` is a `Frame` or an `Instant`, as the file has them. Errors: `Failure` with code 1507 for what cannot be
+  /// read back (see `Rounded`; a gap if the format keeps gaps), a time of the other kind, or one out of order.
+  template <typename Time>
+  void add(Time const& time, double value) {
+    if (!std::isfinite(value) && Format().keepsGaps) {
+      return;
+    }
+    double const rounded = Rounded(value, Format().decimals);
+    Add(KeyOf(time), detail::BytesOf(&rounded, 1));
+  }
+
+ private:
+  friend class Group;
+
+  NumberStream(detail::StreamRoom& room, StreamFormat const& format, std::string const& displayName,
+               std::string const& matchName)
+      : Stream(room, format, displayName),
+        mNode(detail::Make<SK_PLUGIN::ITdjsonDynamicDataNum_v1>("make a stream", [&](void** node, void* result) {
+          room.api->mTdjsonWriterAPI->Static_CreateDynamicDataNum(room.key, node, 1, result);
+        })) {
+    detail::SetInfo(*mNode.get(), Format(), displayName, matchName);
+    detail::SetAutomaticNumbers(*mNode.get(), 1);
+  }
+
+  void Pass(detail::SampleKey const& key, std::string_view payload) override {
+    double value = 0;
+    std::memcpy(&value, payload.data(), sizeof(value));
+    PassTime(
+        key,
+        [&](TimeCode const& time, void* result) {
+          return mNode->addSampleSMPTE(time.hours, time.minutes, time.seconds, time.frames, value, result);
+        },
+        [&](detail::ClockTime const& time, void* result) {
+          return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
+                                     time.fraction, value, result);
+        });
+  }
+  SK_PLUGIN::ITdjsonDynamicData_v1* Node() const override { return mNode.get(); }
+
+  detail::Held<SK_PLUGIN::ITdjsonDynamicDataNum_v1> mNode;
+};
+
+/// A stream of arrays of one to three numbers.
+class ArrayStream : public Stream {
+ public:
+  /// values  as many as the stream has elements. Otherwise as `NumberStream::add`; one element that is no number makes
+  ///         a gap of the whole array.
+  template <typename Time>
+  void add(Time const& time, std::vector<double> const& values) {
+    add(time, values.data(), values.size());
+  }
+  template <typename Time>
+  void add(Time const& time, double const* values, std::size_t count) {
+    Require(count == mElements, "another number of elements than the stream has");
+    std::array<double, 3> rounded{};
+    for (std::size_t i = 0; i != count; ++i) {
+      if (!std::isfinite(values[i]) && Format().keepsGaps) {
+        return;
+      }
+      rounded[i] = Rounded(values[i], Format().decimals);
+    }
+    Add(KeyOf(time), detail::BytesOf(rounded.data(), count));
+  }
+
+ private:
+  friend class Group;
+
+  ArrayStream(detail::StreamRoom& room, StreamFormat const& format, std::string const& displayName,
+              std::string const& matchName, std::vector<std::string> const& elementNames)
+      : Stream(room, format, displayName),
+        mNode(detail::Make<SK_PLUGIN::ITdjsonDynamicDataNumArr_v1>(
+            "make a stream",
+            [&](void** node, void* result) {
+              room.api->mTdjsonWriterAPI->Static_CreateDynamicDataNumArr(room.key, node, 1, result);
+            })),
+        mElements(elementNames.size()) {
+    detail::SetInfo(*mNode.get(), Format(), displayName, matchName);
+    detail::CallWriter("set elements", [&](void* result) { mNode->setArrCount(mElements, result); });
+    detail::CallWriter("set elements", [&](void* result) { mNode->setIsPoint(format.isPoint ? 1 : 0, result); });
+    for (std::string const& name : elementNames) {
+      detail::CallWriter("name an element", [&](void* result) { mNode->setDisplayName(name.c_str(), result); });
+    }
+    detail::SetAutomaticNumbers(*mNode.get(), mElements);
+  }
+
+  void Pass(detail::SampleKey const& key, std::string_view payload) override {
+    for (std::size_t i = 0; i != mElements; ++i) {
+      double value = 0;
+      std::memcpy(&value, payload.data() + i * sizeof(value), sizeof(value));
+      Require(detail::CallWriter("take an element", [&](void* result) { return mNode->addElement(value, result); }),
+              "an element that the writer does not take");
+    }
+    PassTime(
+        key,
+        [&](TimeCode const& time, void* result) {
+          return mNode->addTimeSMPTE(time.hours, time.minutes, time.seconds, time.frames, result);
+        },
+        [&](detail::ClockTime const& time, void* result) {
+          return mNode->addTimeUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
+                                   time.fraction, result);
+        });
+  }
+  SK_PLUGIN::ITdjsonDynamicData_v1* Node() const override { return mNode.get(); }
+
+  detail::Held<SK_PLUGIN::ITdjsonDynamicDataNumArr_v1> mNode;
+  std::size_t mElements;
+};
+
+/// A stream of texts.
+class TextStream : public Stream {
+ public:
+  /// text  UTF-8; what is not becomes U+FFFD. Otherwise as `NumberStream::add`; an empty text is what NaN is there.
+  template <typename Time>
+  void add(Time const& time, std::string_view text) {
+    if (text.empty() && Format().keepsGaps) {
+      return;
+    }
+    Require(!text.empty(), "an empty text");
+    std::string const clean = Utf8(text);
+    Require(EscapedSize(clean) <= kLongest, "a text of more than 65535 bytes");
+    Add(KeyOf(time), clean);
+  }
+
+ private:
+  friend class Group;
+
+  /// What the length of a text in a file may be at most.
+  static constexpr std::size_t kLongest = 65535;
+
+  TextStream(detail::StreamRoom& room, StreamFormat const& format, std::string const& displayName,
+             std::string const& matchName)
+      : Stream(room, format, displayName),
+        mNode(detail::Make<SK_PLUGIN::ITdjsonDynamicDataString_v1>("make a stream", [&](void** node, void* result) {
+          room.api->mTdjsonWriterAPI->Static_CreateDynamicDataString(room.key, node, 1, result);
+        })) {
+    detail::SetInfo(*mNode.get(), Format(), displayName, matchName);
+    detail::CallWriter("set lengths",
+                       [&](void* result) { mNode->setStringProperties(0, 0, format.marksEvents ? 1 : 0, result); });
+  }
+
+  /// Bytes of the text as the file holds it: with a backslash before quotes and backslashes, and up to six bytes for
+  /// a control character.
+  static std::size_t EscapedSize(std::string_view text) {
+    std::size_t size = text.size();
+    for (char const character : text) {
+      if (character == '"' || character == '\\') {
+        size += 1;
+      } else if (static_cast<unsigned char>(character) < 0x20) {
+        size += 5;
+      }
+    }
+    return size;
+  }
+
+  void Pass(detail::SampleKey const& key, std::string_view payload) override {
+    std::string const text(payload);
+    PassTime(
+        key,
+        [&](TimeCode const& time, void* result) {
+          return mNode->addSampleSMPTE(time.hours, time.minutes, time.seconds, time.frames, text.c_str(), result);
+        },
+        [&](detail::ClockTime const& time, void* result) {
+          return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
+                                     time.fraction, text.c_str(), result);
+        });
+  }
+  SK_PLUGIN::ITdjsonDynamicData_v1* Node() const override { return mNode.get(); }
+
+  detail::Held<SK_PLUGIN::ITdjsonDynamicDataString_v1> mNode;
+};
+
+}  // namespace senmark::kit
