@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 
 #include "ModuleFolders.h"
 #include "RecordingHost.h"
@@ -82,6 +83,19 @@ class Modules : public testing::Test {
   void Add(std::string const& name, std::string const& manifest, char const* identifier = "good",
            char const* code = kTestModule) {
     mModules.Add(name, manifest.c_str(), identifier, code);
+  }
+
+  /// What lies in the folder of the inputs and outputs, by the alphabet.
+  std::string Names() const {
+    std::set<std::string> names;
+    for (fs::directory_entry const& entry : fs::directory_iterator(mFolder.Path(""))) {
+      names.insert(entry.path().filename().string());
+    }
+    std::string text;
+    for (std::string const& name : names) {
+      text += name + ' ';
+    }
+    return text;
   }
 
   TempFolder mFolder;
@@ -239,6 +253,40 @@ TEST_F(Modules, FailureAtTheEndStaysInside) {
   }
   std::string const notes = mModules.TakeNotes();
   EXPECT_EQ(notes.substr(notes.find("end of session")), "end of session\nterminate\nunloaded\n");
+}
+
+struct LeftRow {
+  char const* uid;
+  std::string broken;
+};
+
+TEST_F(Modules, ConversionThatIsNotEndedByItsModuleDoesNotSpoilTheNext) {
+  LeftRow const rows[] = {
+      {"forgetful", "1706 Conversion to TDJSON using converter Name of forgetful with id forgetful failed. 12 3"},
+      {"one-key", "1706 Conversion to TDJSON using converter Name of one-key with id one-key failed. 12 3"},
+      {"one-key early-root",
+       "1703 Initialize Session Failed of converter Name of one-key early-root with id one-key early-root. 12 3"},
+      {"one-key late-commit",
+       "1706 Conversion to TDJSON using converter Name of one-key late-commit with id one-key late-commit failed. 12 "
+       "3"},
+  };
+  for (LeftRow const& row : rows) {
+    SCOPED_TRACE(row.uid);
+    Add("Bad.tdx", Manifest(row.uid, R"("ext")"));
+    std::string const broken = mFolder.Write("broken.ext", "!");
+    {
+      ModuleHost const host(mModules.Path());
+      for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(host.Convert(mFolder, broken), row.broken);
+        EXPECT_EQ(host.Convert(mFolder, mInput), kConverted);
+        EXPECT_EQ(host.Convert(mFolder, mInput), kConverted);
+        EXPECT_EQ(mFolder.TempNames(), "");
+        EXPECT_EQ(Names(), "broken.ext input.ext modules notes.txt output.tdjson temporary ");
+      }
+    }
+    EXPECT_EQ(mModules.TakeNotes().find("a root was left"), std::string::npos);
+    fs::remove_all(mModules.Path() + "/Bad.tdx");
+  }
 }
 
 TEST_F(Modules, LibraryWritesOnAfterAModuleWithItsOwnErrorProcIsGone) {
