@@ -266,8 +266,8 @@ TEST_F(Modules, ConversionThatIsNotEndedByItsModuleDoesNotSpoilTheNext) {
       {"one-key", "1706 Conversion to TDJSON using converter Name of one-key with id one-key failed. 12 3"},
       {"one-key early-root",
        "1703 Initialize Session Failed of converter Name of one-key early-root with id one-key early-root. 12 3"},
-      {"one-key late-commit",
-       "1706 Conversion to TDJSON using converter Name of one-key late-commit with id one-key late-commit failed. 12 "
+      {"one-key late-call",
+       "1706 Conversion to TDJSON using converter Name of one-key late-call with id one-key late-call failed. 12 "
        "3"},
   };
   for (LeftRow const& row : rows) {

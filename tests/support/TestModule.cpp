@@ -112,9 +112,9 @@ void Write(Session& session, SK_PluginResult* result) {
     root->addDynamicData(node, result);
     root->commit(result);
     gHost->mHandleMemoryAPI->Static_RemoveConverterFromMap(key, result);
-    if (Asks(session.uid, "late-commit")) {
+    if (Asks(session.uid, "late-call")) {
       SK_PluginResult ignored;
-      node->commit(&ignored);
+      root->writeVersionToFile(&ignored);
     }
     node->Release();
   }
