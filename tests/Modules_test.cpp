@@ -149,6 +149,9 @@ TEST_F(Modules, FailuresReachTheHostByName) {
        "1706 Conversion to TDJSON using " + names + "fail-convert with id fail-convert failed. 12 3"},
       {"throw-convert", "good", kTestModule,
        "1023 Conversion to TDJSON using " + names + "throw-convert with id throw-convert failed. -1 -1"},
+      {"write-nothing", "good", kTestModule, "54 Empty Input file. -1 -1"},
+      // The clean-up finds nothing that it could remove.
+      {"remove-output write-nothing", "good", kTestModule, "9 File_IO::Delete, failure. -1 -1"},
       {"silent-convert", "good", kTestModule,
        "1506 Conversion to TDJSON using " + names + "silent-convert with id silent-convert failed. -1 -1"},
   };

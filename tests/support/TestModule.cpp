@@ -189,7 +189,12 @@ void ConvertToTDJSON(void* session, bool* succeeded, SK_PluginResult* result) {
     *succeeded = true;
     return Fail(result, 1706);
   }
-  if (!Asks(opened.uid, "silent-convert")) {
+  if (Asks(opened.uid, "remove-output")) {
+    std::filesystem::remove(opened.output);
+  }
+  if (Asks(opened.uid, "write-nothing")) {
+    *succeeded = true;
+  } else if (!Asks(opened.uid, "silent-convert")) {
     Write(opened, result);
     *succeeded = result->mErrorCode == 0;
   }
