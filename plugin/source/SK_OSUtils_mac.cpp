@@ -185,7 +185,7 @@ bool GetResourceDataFromModule(ModuleRef module, std::string const& name, std::s
 
 ModuleRef GetModuleRef(std::string const& identifier) {
   AutoCFRef<CFStringRef> const text = MakeCFString(identifier);
-  CFBundleRef const bundle = text.IsNull() ? nullptr : ::CFBundleGetBundleWithIdentifier(*text);
+  auto* const bundle = text.IsNull() ? nullptr : ::CFBundleGetBundleWithIdentifier(*text);
   if (bundle == nullptr) {
     return nullptr;
   }
