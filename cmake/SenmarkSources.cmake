@@ -5,12 +5,11 @@ if(APPLE)
 else()
   set(SENMARK_PLATFORM linux)
 endif()
-set(SENMARK_PLATFORM_SOURCES
-    plugin/source/SK_OSUtils_${SENMARK_PLATFORM}.cpp
-    source/SK_Assert_${SENMARK_PLATFORM}.cpp
-    source/SK_NumberText_${SENMARK_PLATFORM}.cpp
-    source/SK_OSFile_${SENMARK_PLATFORM}.cpp
-    source/SK_OSMemory_${SENMARK_PLATFORM}.cpp)
+# What there is for each platform; the names go on with a suffix like _linux.cpp.
+set(SENMARK_PLATFORM_FILES plugin/source/SK_OSUtils source/SK_Assert source/SK_NumberText source/SK_OSFile
+                           source/SK_OSMemory)
+set(SENMARK_PLATFORM_SOURCES ${SENMARK_PLATFORM_FILES})
+list(TRANSFORM SENMARK_PLATFORM_SOURCES APPEND _${SENMARK_PLATFORM}.cpp)
 
 # The white space filter for this processor. Those that need more than every x86-64 has are each compiled for
 # what they need and hold nothing else, and run only where the processor has it.

@@ -1,3 +1,4 @@
+#undef NDEBUG  // the declaration of the call is hidden in a build without assertions
 #include <cassert>
 
 #include "SK_Assert.h"

@@ -2,78 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 
 #include "ModuleFolders.h"
-#include "RecordingHost.h"
+#include "ModuleHost.h"
 
 namespace senmark_test {
 namespace {
 
 namespace fs = std::filesystem;
 using ns_sensor::ISensorFileHandler;
-
-constexpr char kNativeFormats[] =
-    "format \"bvh\" \"Biovision Hierarchy\"\n"
-    "format \"csv\" \"Comma Seperated Value\"\n"
-    "format \"json\" \"JSON\"\n"
-    "format \"tdjson\" \"Timed Data JSON\"\n"
-    "format \"tsv\" \"Tab Seperated Value\"\n"
-    "format \"txt\" \"Tab Seperated Value\"\n";
-
-/// What the test's module makes of the bytes 1 and 2.
-constexpr char kConverted[] =
-    R"({"version":"tdjson2.0.0","dynamicSamplesPresentB":true,"dynamicDataInfo":{"useTimecodeB":true,)"
-    R"("timecodeInfo":{"frameRate":{"value":25,"scale":1},"dropFrame":false}},"dataDynamicSamples":[)"
-    R"({"sampleSetID":"bytes","samples":[{"time":"00:00:00:00","value":"001"},)"
-    R"({"time":"00:00:00:01","value":"002"}]}],"dataOutline":[)"
-    R"({"objectType":"dataDynamic","matchName":"bytes","displayName":"Bytes","sampleSetID":"bytes",)"
-    R"("interpolation":"linear","hasExpectedFrequencyB":false,"sampleCount":2,)"
-    R"("dataType":{"type":"numberString","numberStringProperties":{)"
-    R"("pattern":{"isSigned":false,"digitsDecimal":0,"digitsInteger":3},)"
-    R"("range":{"occurring":{"min":0,"max":255},"legal":{"min":0,"max":255}}}}}]})";
-
-/// The library with a folder of modules, until the object goes.
-class ModuleHost {
- public:
-  explicit ModuleHost(std::string const& folder, char const* wanted = nullptr, char const* locale = nullptr) {
-    void* api = nullptr;
-    CreateSenmark_1(&mManager, folder.c_str(), wanted, locale, nullptr, RecordingHost::Procs(), &api);
-    mHost = std::make_unique<RecordingHost>();
-  }
-  ~ModuleHost() {
-    mHost.reset();
-    DestroySenmark_1(&mManager, nullptr);
-  }
-  ModuleHost(ModuleHost const&) = delete;
-  ModuleHost& operator=(ModuleHost const&) = delete;
-
-  std::string Formats() const {
-    mHost->TakeCalls();
-    GetSupportedFormats_1(mHost.get(), mHost.get(), RecordingHost::Procs());
-    return mHost->TakeCalls();
-  }
-
-  /// Converts a file and gives the bytes of the result, or the error.
-  std::string Convert(TempFolder const& folder, std::string const& path) const {
-    std::string const output = folder.Path("output.tdjson");
-    fs::remove(output);
-    ISensorFileHandler* const handler = mHost->Open(path, output.c_str());
-    if (handler == nullptr) {
-      EXPECT_FALSE(fs::exists(output));
-      ReportedError const error = mHost->TakeError();
-      return std::to_string(error.code) + ' ' + error.message + ' ' + std::to_string(error.offset) + ' ' +
-             std::to_string(error.line);
-    }
-    mHost->Close(handler);
-    return folder.Read(output);
-  }
-
-  RecordingHost& Host() const { return *mHost; }
-
- private:
-  ns_sensor::ISenmark* mManager = nullptr;
-  std::unique_ptr<RecordingHost> mHost;
-};
 
 class Modules : public testing::Test {
  protected:
@@ -82,6 +20,19 @@ class Modules : public testing::Test {
   void Add(std::string const& name, std::string const& manifest, char const* identifier = "good",
            char const* code = kTestModule) {
     mModules.Add(name, manifest.c_str(), identifier, code);
+  }
+
+  /// What lies in the folder of the inputs and outputs, by the alphabet.
+  std::string Names() const {
+    std::set<std::string> names;
+    for (fs::directory_entry const& entry : fs::directory_iterator(mFolder.Path(""))) {
+      names.insert(entry.path().filename().string());
+    }
+    std::string text;
+    for (std::string const& name : names) {
+      text += name + ' ';
+    }
+    return text;
   }
 
   TempFolder mFolder;
@@ -198,6 +149,9 @@ TEST_F(Modules, FailuresReachTheHostByName) {
        "1706 Conversion to TDJSON using " + names + "fail-convert with id fail-convert failed. 12 3"},
       {"throw-convert", "good", kTestModule,
        "1023 Conversion to TDJSON using " + names + "throw-convert with id throw-convert failed. -1 -1"},
+      {"write-nothing", "good", kTestModule, "54 Empty Input file. -1 -1"},
+      // The clean-up finds nothing that it could remove.
+      {"remove-output write-nothing", "good", kTestModule, "9 File_IO::Delete, failure. -1 -1"},
       {"silent-convert", "good", kTestModule,
        "1506 Conversion to TDJSON using " + names + "silent-convert with id silent-convert failed. -1 -1"},
   };
@@ -239,6 +193,40 @@ TEST_F(Modules, FailureAtTheEndStaysInside) {
   }
   std::string const notes = mModules.TakeNotes();
   EXPECT_EQ(notes.substr(notes.find("end of session")), "end of session\nterminate\nunloaded\n");
+}
+
+struct LeftRow {
+  char const* uid;
+  std::string broken;
+};
+
+TEST_F(Modules, ConversionThatIsNotEndedByItsModuleDoesNotSpoilTheNext) {
+  LeftRow const rows[] = {
+      {"forgetful", "1706 Conversion to TDJSON using converter Name of forgetful with id forgetful failed. 12 3"},
+      {"one-key", "1706 Conversion to TDJSON using converter Name of one-key with id one-key failed. 12 3"},
+      {"one-key early-root",
+       "1703 Initialize Session Failed of converter Name of one-key early-root with id one-key early-root. 12 3"},
+      {"one-key late-call",
+       "1706 Conversion to TDJSON using converter Name of one-key late-call with id one-key late-call failed. 12 "
+       "3"},
+  };
+  for (LeftRow const& row : rows) {
+    SCOPED_TRACE(row.uid);
+    Add("Bad.tdx", Manifest(row.uid, R"("ext")"));
+    std::string const broken = mFolder.Write("broken.ext", "!");
+    {
+      ModuleHost const host(mModules.Path());
+      for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(host.Convert(mFolder, broken), row.broken);
+        EXPECT_EQ(host.Convert(mFolder, mInput), kConverted);
+        EXPECT_EQ(host.Convert(mFolder, mInput), kConverted);
+        EXPECT_EQ(mFolder.TempNames(), "");
+        EXPECT_EQ(Names(), "broken.ext input.ext modules notes.txt output.tdjson temporary ");
+      }
+    }
+    EXPECT_EQ(mModules.TakeNotes().find("a root was left"), std::string::npos);
+    fs::remove_all(mModules.Path() + "/Bad.tdx");
+  }
 }
 
 TEST_F(Modules, LibraryWritesOnAfterAModuleWithItsOwnErrorProcIsGone) {

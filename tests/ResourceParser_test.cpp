@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "ExpectError.h"
 #include "SK_ConverterHandler.h"
 #include "SK_ConverterRegistry.h"
@@ -95,6 +97,23 @@ TEST_F(ResourceParserTest, NothingPassesFromOneConverterToTheNext) {
   EXPECT_FALSE(second->isForceConverter());
   EXPECT_EQ(second->getCheckFormatSize(), 0u);
   EXPECT_EQ(second->getModule(), mModule);
+}
+
+TEST_F(ResourceParserTest, NextConverterClaimsNoExtensionOfTheOneBefore) {
+  Parse(R"([{"identifier":"a","version":1,"extensions":["x"]},{"identifier":"a","version":2,"extensions":["y"]}])");
+  ASSERT_NE(Handler("x"), nullptr);
+  EXPECT_EQ(Handler("x")->getVersion(), 1);
+  EXPECT_EQ(Handler("y")->getVersion(), 2);
+}
+
+TEST_F(ResourceParserTest, LengthsAreIntegersOf32BitsWithASign) {
+  Parse(R"([{"identifier":"a","version":1,"check_format":[{"byte_seq":"a","length":-2147483648,"offset":-7},)"
+        R"({"byte_seq":"a","length":2147483647,"offset":9223372036854775807}],"extensions":["x"]}])");
+  ASSERT_NE(Handler("x"), nullptr);
+  EXPECT_EQ(Handler("x")->getCheckFormat(0).mLength, std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(Handler("x")->getCheckFormat(0).mOffset, -7);
+  EXPECT_EQ(Handler("x")->getCheckFormat(1).mLength, std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(Handler("x")->getCheckFormat(1).mOffset, std::numeric_limits<std::int64_t>::max());
 }
 
 TEST_F(ResourceParserTest, AnEmptyArrayHasNoConverters) {
@@ -192,6 +211,9 @@ Refused const kRefused[] = {
      SCHEMA("length")},
     {"LengthOfMoreThan32Bits",
      R"([{"identifier":"a","version":1,"check_format":[{"byte_seq":"a","length":4294967297,"offset":0}]}])",
+     SCHEMA("length")},
+    {"LengthOf32BitsWithoutSign",
+     R"([{"identifier":"a","version":1,"check_format":[{"byte_seq":"a","length":2147483648,"offset":0}]}])",
      SCHEMA("length")},
     {"OffsetMissing",
      R"([{"identifier":"a","version":1,"check_format":[{"byte_seq":"a","length":1}],"extensions":["x"]}])",

@@ -11,6 +11,7 @@
 #include "SK_ConverterRegistry.h"
 #include "SK_Module.h"
 #include "SK_ModuleCall.h"
+#include "SK_PluginException.h"
 #include "SK_PluginManager.h"
 
 namespace SK_PLUGIN {
@@ -257,6 +258,7 @@ TEST(ModuleCall, GivesTheRecordOfTheFunction) {
 }
 
 TEST(ModuleCall, LetsNoExceptionOut) {
+  constexpr auto kTestCode = static_cast<eErrorCode>(1999);
   void (*const noMemory)(SK_PluginResult*) = [](SK_PluginResult*) { throw std::bad_alloc(); };
   EXPECT_EQ(CallModule(noMemory).mErrorCode, 1034);
   void (*const anything)(SK_PluginResult*) = [](SK_PluginResult* result) {
@@ -265,6 +267,10 @@ TEST(ModuleCall, LetsNoExceptionOut) {
   };
   EXPECT_EQ(CallModule(anything).mErrorCode, 1023);
   EXPECT_EQ(CallModule(anything).mFileOffset, -1);
+  void (*const withPlace)(SK_PluginResult*) = [](SK_PluginResult*) { throw SK_PluginException(kTestCode, 5, 6); };
+  EXPECT_EQ(CallModule(withPlace).mErrorCode, kTestCode);
+  EXPECT_EQ(CallModule(withPlace).mFileOffset, 5);
+  EXPECT_EQ(CallModule(withPlace).mFileLineNo, 6);
 }
 
 TEST(ModuleCall, MissingFunctionHasFailed) {

@@ -1,9 +1,11 @@
 #include "SK_OSUtils.h"
 
+#include <dlfcn.h>
 #include <elf.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 
@@ -111,6 +113,8 @@ TEST_F(OSUtils, LoadedCodeIsFoundByName) {
   void* const entry = SK_OSUtils::GetFunctionPointerFromModuleImpl(module, "InitializePlugin");
   EXPECT_NE(entry, nullptr);
   EXPECT_EQ(SK_OSUtils::GetFunctionPointerFromModuleImpl(module, "NoSuchName"), nullptr);
+  // Only there: the names of one module do not stand for those of another.
+  EXPECT_EQ(dlsym(RTLD_DEFAULT, "InitializePlugin"), nullptr);
   EXPECT_NE(SK_OSUtils::GetImage(entry), nullptr);
   EXPECT_NE(SK_OSUtils::GetImage(entry), SK_OSUtils::GetImage(reinterpret_cast<void*>(&CodeBytes)));
   std::string data;
@@ -129,11 +133,22 @@ TEST_F(OSUtils, CodeThatCannotBeLoadedIsAnError) {
   ExpectError([&] { SK_OSUtils::LoadModule(none, false); }, 1021, "Failed to load module.");
 }
 
+/// The end of what is loaded of a shared object.
+std::size_t EndOfSegments(std::string const& code) {
+  auto const& head = *reinterpret_cast<Elf64_Ehdr const*>(code.data());
+  auto const* const segments = reinterpret_cast<Elf64_Phdr const*>(code.data() + head.e_phoff);
+  std::size_t end = 0;
+  for (int i = 0; i < head.e_phnum; ++i) {
+    end = std::max(end, segments[i].p_type == PT_LOAD ? segments[i].p_offset + segments[i].p_filesz : 0);
+  }
+  return end;
+}
+
 TEST_F(OSUtils, CodeThatWasCopiedHalfIsAnError) {
   std::string const cut = mModules.Add("Cut.tdx", nullptr, nullptr, nullptr);
   std::string const whole = CodeBytes(kTestModule);
   for (std::size_t const size : {sizeof(Elf64_Ehdr) - 1, sizeof(Elf64_Ehdr), std::size_t{200}, std::size_t{1000},
-                                 std::size_t{5000}, whole.size() / 2}) {
+                                 std::size_t{5000}, whole.size() / 2, EndOfSegments(whole) - 1}) {
     mModules.SetCode("Cut.tdx", whole.substr(0, size));
     ExpectError([&] { SK_OSUtils::LoadModule(cut, false); }, 1021, "Failed to load module.");
   }

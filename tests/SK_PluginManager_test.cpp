@@ -89,7 +89,9 @@ TEST_F(PluginManager, OffersWhatManifestsTell) {
 
 TEST_F(PluginManager, FolderThatIsNoneHasNoModules) {
   for (std::string const& folder : {std::string("/no/such/folder"), std::string(), mFolder.Write("file", "text")}) {
+    SK_NAMESPACE_INT::gLastException = ns_sensor::SK_Exception();
     SK_PluginManager::initialize(folder, "Foo");
+    EXPECT_EQ(SK_NAMESPACE_INT::gLastException.GetErrorCode(), 0) << folder;
     EXPECT_NE(SK_PluginManager::getHostAPI(), nullptr) << folder;
     EXPECT_TRUE(SK_ConverterRegistry::getInstance()->getConvertersInfo()->empty()) << folder;
   }
@@ -150,6 +152,8 @@ WantedRow const kWanted[] = {
     {" ", "none none none "},
     {",", "none none none "},
     {"Foo;Bar", "none none none "},
+    {"\tFoo", "none none none "},
+    {"foo .tdx,BAR.", "foo bar none "},
 };
 
 TEST_F(PluginManager, OnlyWantedModulesAreUsed) {
@@ -217,6 +221,19 @@ TEST_F(PluginManager, ConvertersBeforeAFaultStay) {
       R"({"converter":[{"identifier":"a","version":1,"extensions":["x"]},{"identifier":"b","extensions":["y"]}]})");
   Initialize();
   EXPECT_EQ(Uids({"x", "y"}), "a none ");
+}
+
+TEST_F(PluginManager, ManifestCanBeNestedAsDeepAsItLikes) {
+  std::string const deep = std::string(2000000, '[') + std::string(2000000, ']');
+  Add("Deep.tdx", R"({"nested":)" + deep + R"(,"converter":[{"identifier":"deep","version":1,"extensions":["dee"]}]})");
+  Initialize();
+  EXPECT_EQ(Uid("dee"), "deep");
+}
+
+TEST_F(PluginManager, TextBehindAZeroByteIsNoPartOfTheManifest) {
+  Add("Foo.tdx", Manifest("foo", R"("fo1")") + std::string("\0{", 2));
+  Initialize();
+  EXPECT_EQ(Uid("fo1"), "foo");
 }
 
 TEST_F(PluginManager, NestingWithoutEndIsAFaultAndNoEndOfTheProcess) {

@@ -456,6 +456,26 @@ TEST(RootRegistry, AskingForASerializerMakesAnEntry) {
   TdjsonRootImpl::RemoveInstance(&key);
 }
 
+TEST(RootRegistry, LetsGoOfTheRootsOfOneFile) {
+  int keys[4] = {};
+  auto const add = [&](int index, char const* path) {
+    TdjsonRootImpl::RegisterInstance(&keys[index], OwnNewObject(new TdjsonRootImpl(&keys[index], path)));
+  };
+  add(0, "/a");
+  add(1, "/b");
+  add(2, "/a");
+  TdjsonRootImpl::GetSerializer(&keys[3]);
+  TdjsonRootImpl::RemoveInstancesOf("/a");
+  EXPECT_EQ(TdjsonRootImpl::GetRoot(&keys[0]), nullptr);
+  EXPECT_NE(TdjsonRootImpl::GetRoot(&keys[1]), nullptr);
+  EXPECT_EQ(TdjsonRootImpl::GetRoot(&keys[2]), nullptr);
+  // Nobody's entry is in nobody's way any more.
+  add(3, "/d");
+  EXPECT_NE(TdjsonRootImpl::GetRoot(&keys[3]), nullptr);
+  TdjsonRootImpl::RemoveInstance(&keys[1]);
+  TdjsonRootImpl::RemoveInstance(&keys[3]);
+}
+
 TEST(RootRegistry, ARootBehindItsRemovalWritesNothing) {
   int key = 0;
   TempFolder const folder;

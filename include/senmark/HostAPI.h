@@ -69,7 +69,8 @@ static_assert(offsetof(HandleException_API, Static_SetPluginErrorObj) == 8);
 struct HandleMemory_API {
   std::uint64_t mReserved;
   /// Ends the conversion `key`: the library lets go of its root. What the module still holds of that conversion
-  /// lives on but reaches no file any more (error 2005). To be called once a conversion is over, however it went.
+  /// lives on but reaches no file any more (error 2005). To be called once a conversion is over, however it went;
+  /// for a root whose output is that of a session the library does so itself when the session has ended.
   void (*Static_RemoveConverterFromMap)(void* key, void* errResultP);
 };
 static_assert(sizeof(HandleMemory_API) == 16);

@@ -18,7 +18,8 @@
 /// Strings:  UTF-8, ended by a NUL, valid until the function returns; `uid` is the "identifier" of a converter in
 ///           the manifest.
 /// Threads:  functions are called on the thread of the host that opens the file, one call at a time as long as the
-///           host does not make streams beside its other work.
+///           host does not make streams beside its other work. None may call what the library exports for hosts, which
+///           would wait for the call in progress.
 #pragma once
 
 #include <cstddef>

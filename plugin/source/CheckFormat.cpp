@@ -11,6 +11,8 @@ namespace SK_PLUGIN {
 namespace {
 
 constexpr std::int32_t kMaxLength = 1024;
+/// Every file system can be asked for this position, whatever the length of the file.
+constexpr std::int64_t kFarthestPosition = 0x7FFFFFFF;
 
 /// The value of two hexadecimal digits, as far as they are digits.
 unsigned long PairValue(char const* pair) {
@@ -40,6 +42,9 @@ bool CheckFormat::IsIn(int fd) const {
   if (empty() || mLength < 0 || mOffset < 0) {
     return false;
   }
+  if (mOffset > kFarthestPosition && mOffset >= File_IO::Length(fd)) {
+    return false;
+  }
   auto const length = static_cast<unsigned int>(std::min(mLength, kMaxLength));
   unsigned char bytes[kMaxLength];
   File_IO::Seek(fd, mOffset, File_IO::kSeekFromStart);
@@ -49,7 +54,8 @@ bool CheckFormat::IsIn(int fd) const {
   if (mByteSequence.size() == 2 + 2 * std::size_t{length} && mByteSequence.compare(0, 2, "0x") == 0) {
     return EqualsHexadecimal(bytes, length, mByteSequence.data() + 2);
   }
-  return mByteSequence.size() >= length && std::memcmp(bytes, mByteSequence.data(), length) == 0;
+  // As a C string: the NUL behind its last byte counts as one of its bytes.
+  return mByteSequence.size() + 1 >= length && std::memcmp(bytes, mByteSequence.c_str(), length) == 0;
 }
 
 }  // namespace SK_PLUGIN

@@ -9,7 +9,7 @@ namespace SK_PLUGIN {
 struct CheckFormat {
   std::int64_t mOffset = 0;   ///< bytes from the start of the file
   std::int32_t mLength = 0;   ///< bytes that are compared; more than 1024 count as 1024
-  std::string mByteSequence;  ///< the bytes themselves, or "0x" and two digits for each
+  std::string mByteSequence;  ///< the bytes themselves, with a NUL behind them, or "0x" and two digits for each
 
   bool empty() const { return mLength == 0 || mByteSequence.empty(); }
   void clear();

@@ -5,6 +5,7 @@
 #include "SK_ConverterHandler.h"
 #include "SK_Error.h"
 #include "SK_FileIO.h"
+#include "SK_HostAPIImpl.h"
 #include "SK_Module.h"
 #include "SK_ModuleCall.h"
 #include "SK_PluginManager.h"
@@ -42,15 +43,20 @@ bool HasAllSignatures(SK_ConverterHandler const& handler, int fd) {
 
 void* OpenSession(SK_ConverterHandler const& handler, SK_PathInfo const& file) {
   void* session = nullptr;
-  ThrowIfFailed(CallModule(handler.getModule()->getPluginAPIs()->initializeSession, handler.getUID().c_str(),
-                           file.extension.c_str(), file.filePath.c_str(), file.outputPath.c_str(), &session),
-                SK_Message::kIntialzeSessionFailed, handler);
+  SK_PluginResult const result =
+      CallModule(handler.getModule()->getPluginAPIs()->initializeSession, handler.getUID().c_str(),
+                 file.extension.c_str(), file.filePath.c_str(), file.outputPath.c_str(), &session);
+  if (HasFailed(result)) {
+    RemoveLeftRoots(file.outputPath);
+  }
+  ThrowIfFailed(result, SK_Message::kIntialzeSessionFailed, handler);
   return session;
 }
 
 /// A failure of the module is not told: the conversion is over.
-void CloseSession(SK_ConverterHandler const& handler, void* session) {
+void CloseSession(SK_ConverterHandler const& handler, void* session, SK_PathInfo const& file) {
   CallModule(handler.getModule()->getPluginAPIs()->terminateSession, session);
+  RemoveLeftRoots(file.outputPath);
 }
 
 }  // namespace
@@ -61,7 +67,7 @@ SK_ConverterHandlerInstance::SK_ConverterHandlerInstance(void* session, std::sha
 
 SK_ConverterHandlerInstance::~SK_ConverterHandlerInstance() {
   try {
-    CloseSession(*mHandler, mSession);
+    CloseSession(*mHandler, mSession, mPathInfo);
   } catch (...) {
     // Nobody can be told from here.
   }
@@ -96,7 +102,7 @@ std::shared_ptr<SK_ConverterHandlerBase> Plugin_ConverterHandlerCTor(std::string
   try {
     return std::make_shared<SK_ConverterHandlerInstance>(session, handler, file);
   } catch (...) {
-    CloseSession(*handler, session);
+    CloseSession(*handler, session, file);
     throw;
   }
 }

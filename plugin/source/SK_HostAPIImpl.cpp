@@ -167,4 +167,8 @@ void Static_RemoveConverterFromMap(void* key, void* errResultP) {
   TdjsonRootImpl::RemoveInstance(key);
 }
 
+void RemoveLeftRoots(std::string const& outputPath) {
+  TdjsonRootImpl::RemoveInstancesOf(outputPath);
+}
+
 }  // namespace SK_PLUGIN

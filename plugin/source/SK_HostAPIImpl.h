@@ -1,6 +1,8 @@
 /// The procs of the tables that the library hands to a module, and the filling in of those tables.
 #pragma once
 
+#include <string>
+
 #include "senmark/HostAPI.h"
 
 namespace SK_PLUGIN {
@@ -32,5 +34,9 @@ void Static_SetPluginErrorObj(void* result, eErrorCode code, long long offset, l
 
 /// Lets go of the root under `key`. A null `errResultP` stops the process.
 void Static_RemoveConverterFromMap(void* key, void* errResultP);
+
+/// Lets go of what a module has left of the conversion into the file `outputPath`. The keys are addresses of the
+/// module, which the next conversion may have again: it would get the root of the file that is gone.
+void RemoveLeftRoots(std::string const& outputPath);
 
 }  // namespace SK_PLUGIN

@@ -1,8 +1,10 @@
 #include <CoreFoundation/CoreFoundation.h>
+#include <limits.h>
 
 #include <utility>
 
 #include "SK_Error.h"
+#include "SK_FileIO.h"
 #include "SK_OSUtils.h"
 
 namespace SK_OSUtils {
@@ -66,6 +68,13 @@ bool HasOwnArchitecture(CFArrayRef architectures) {
     }
   }
   return false;
+}
+
+/// At a pipe, say, the reading would not end. A link counts as what it leads to.
+bool IsRegularFile(CFURLRef url) {
+  char path[PATH_MAX];
+  return ::CFURLGetFileSystemRepresentation(url, true, reinterpret_cast<UInt8*>(path), sizeof path) &&
+         File_IO::GetFileMode(path) == File_IO::kRegularFile;
 }
 
 /// The size of the file as the system knows it, so that the text is allocated once; 0 if it does not.
@@ -157,7 +166,7 @@ bool GetResourceDataFromModule(ModuleRef module, std::string const& name, std::s
     return false;
   }
   AutoCFRef<CFURLRef> const url(::CFBundleCopyResourceURL(*module->bundle, *nameText, *typeText, nullptr));
-  if (url.IsNull()) {
+  if (url.IsNull() || !IsRegularFile(*url)) {
     return false;
   }
   AutoCFRef<CFReadStreamRef> const stream(::CFReadStreamCreateWithFile(kCFAllocatorDefault, *url));
@@ -176,13 +185,14 @@ bool GetResourceDataFromModule(ModuleRef module, std::string const& name, std::s
 
 ModuleRef GetModuleRef(std::string const& identifier) {
   AutoCFRef<CFStringRef> const text = MakeCFString(identifier);
-  CFBundleRef const bundle = text.IsNull() ? nullptr : ::CFBundleGetBundleWithIdentifier(*text);
+  auto* const bundle = text.IsNull() ? nullptr : ::CFBundleGetBundleWithIdentifier(*text);
   if (bundle == nullptr) {
     return nullptr;
   }
   // The system keeps the reference that it gave; this one is released with the module.
   ::CFRetain(bundle);
-  return new Module(AutoCFRef<CFBundleRef>(bundle));
+  AutoCFRef<CFBundleRef> owned(bundle);
+  return new Module(std::move(owned));
 }
 
 }  // namespace SK_OSUtils

@@ -67,7 +67,13 @@ void ModuleFolders::SetCode(std::string const& name, std::string const& bytes) c
 }
 
 std::string ModuleFolders::CodePath(std::string const& name) const {
-  return mPath + '/' + name + "/Contents/" + Machine() + "-linux/" + name.substr(0, name.rfind('.')) + ".so";
+  std::string const contents = mPath + '/' + name + "/Contents/";
+  std::string const stem = name.substr(0, name.rfind('.'));
+#ifdef SENMARK_TEST_BUNDLES
+  return contents + "MacOS/" + stem;
+#else
+  return contents + Machine() + "-linux/" + stem + ".so";
+#endif
 }
 
 std::string ModuleFolders::ResourcePath(std::string const& name, std::string const& resource) const {

@@ -38,6 +38,8 @@ struct Session {
 
 HostAPI const* gHost = nullptr;
 std::string gIdentifier;
+/// For converters that use one key for all of their conversions.
+int gOneKey = 0;
 
 void Fail(SK_PluginResult* result, int code) {
   gHost->mHandleExceptionAPI->Static_SetPluginErrorObj(result, static_cast<eErrorCode>(code), 12, 3);
@@ -54,23 +56,40 @@ bool Asks(std::string const& text, char const* word) {
   return text.find(word) != std::string::npos;
 }
 
-/// One number for each byte of the input, at a frame each.
-void Write(Session& session, SK_PluginResult* result) {
-  TDJSONWriter_API const& writer = *gHost->mTdjsonWriterAPI;
+/// Whether the input asks for a conversion that breaks off.
+bool BreaksOff(std::string const& input) {
+  std::FILE* const file = std::fopen(input.c_str(), "rb");
+  int const first = std::fgetc(file);
+  std::fclose(file);
+  return first == '!';
+}
+
+ITdjsonRoot_v1* MakeRoot(void* key, Session const& session, SK_PluginResult* result) {
   void* object = nullptr;
   unsigned char existed = 0;
   bool const ownProc = Asks(session.uid, "own-error-proc");
-  writer.Static_CreateRoot(&session, session.output.c_str(),
-                           ownProc ? OwnErrorProc : gHost->mHandleExceptionAPI->Static_SetPluginErrorObj, &object,
-                           &existed, 1, result);
-  if (object == nullptr) {
+  gHost->mTdjsonWriterAPI->Static_CreateRoot(
+      key, session.output.c_str(), ownProc ? OwnErrorProc : gHost->mHandleExceptionAPI->Static_SetPluginErrorObj,
+      &object, &existed, 1, result);
+  if (existed != 0) {
+    Note("a root was left");
+  }
+  return static_cast<ITdjsonRoot_v1*>(object);
+}
+
+/// One number for each byte of the input, at a frame each.
+void Write(Session& session, SK_PluginResult* result) {
+  TDJSONWriter_API const& writer = *gHost->mTdjsonWriterAPI;
+  void* const key = Asks(session.uid, "one-key") ? static_cast<void*>(&gOneKey) : &session;
+  ITdjsonRoot_v1* const root = MakeRoot(key, session, result);
+  if (root == nullptr) {
     return;
   }
-  auto* const root = static_cast<ITdjsonRoot_v1*>(object);
   root->Acquire();
   root->setSMPTETimeInfo(0, 25, 1, result);
   root->writeVersionToFile(result);
-  writer.Static_CreateDynamicDataNum(&session, &(object = nullptr), 1, result);
+  void* object = nullptr;
+  writer.Static_CreateDynamicDataNum(key, &object, 1, result);
   if (object != nullptr) {
     auto* const node = static_cast<ITdjsonDynamicDataNum_v1*>(object);
     node->Acquire();
@@ -83,12 +102,22 @@ void Write(Session& session, SK_PluginResult* result) {
       node->addSampleSMPTE(0, 0, 0, frame++, byte, result);
     }
     std::fclose(file);
+    if (BreaksOff(session.input)) {
+      // What was made of the file so far is forgotten.
+      node->Release();
+      root->Release();
+      return Fail(result, 1706);
+    }
     node->commit(result);
     root->addDynamicData(node, result);
+    root->commit(result);
+    gHost->mHandleMemoryAPI->Static_RemoveConverterFromMap(key, result);
+    if (Asks(session.uid, "late-call")) {
+      SK_PluginResult ignored;
+      root->writeVersionToFile(&ignored);
+    }
     node->Release();
   }
-  root->commit(result);
-  gHost->mHandleMemoryAPI->Static_RemoveConverterFromMap(&session, result);
   root->Release();
 }
 
@@ -108,6 +137,12 @@ void InitializeSession(char const* uid, char const* extension, char const* input
        (std::filesystem::exists(output) ? "onto an existing file" : "onto nothing"));
   if (Asks(uid, "throw-session")) {
     throw 7;
+  }
+  if (Asks(uid, "early-root") && BreaksOff(input)) {
+    ITdjsonRoot_v1* const root = MakeRoot(&gOneKey, {uid, input, output}, result);
+    root->Acquire();
+    root->Release();
+    return Fail(result, 1703);
   }
   if (Asks(uid, "fail-session")) {
     return Fail(result, 1703);
@@ -154,7 +189,12 @@ void ConvertToTDJSON(void* session, bool* succeeded, SK_PluginResult* result) {
     *succeeded = true;
     return Fail(result, 1706);
   }
-  if (!Asks(opened.uid, "silent-convert")) {
+  if (Asks(opened.uid, "remove-output")) {
+    std::filesystem::remove(opened.output);
+  }
+  if (Asks(opened.uid, "write-nothing")) {
+    *succeeded = true;
+  } else if (!Asks(opened.uid, "silent-convert")) {
     Write(opened, result);
     *succeeded = result->mErrorCode == 0;
   }

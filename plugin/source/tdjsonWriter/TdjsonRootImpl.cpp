@@ -205,4 +205,14 @@ void TdjsonRootImpl::RemoveInstance(void* key) {
   auto const removed = mRootMap.extract(key);
 }
 
+void TdjsonRootImpl::RemoveInstancesOf(std::string const& path) {
+  for (auto next = mRootMap.begin(); next != mRootMap.end();) {
+    auto const entry = next++;
+    std::shared_ptr<TdjsonRootImpl> const& root = entry->second.first;
+    if (!root || root->mTdjsonPath == path) {
+      auto const removed = mRootMap.extract(entry);
+    }
+  }
+}
+
 }  // namespace SK_PLUGIN

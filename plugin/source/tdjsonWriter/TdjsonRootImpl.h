@@ -58,6 +58,8 @@ class TdjsonRootImpl : public virtual ITdjsonRoot_I, public virtual TdjsonGroupI
   /// Of an unknown key: one without a root.
   static Serializer& GetSerializer(void* key);
   static void RemoveInstance(void* key);
+  /// Those whose output file this is, whatever their keys, and what calls for unknown keys have left.
+  static void RemoveInstancesOf(std::string const& path);
 
  private:
   void* mConverterKey;

@@ -1,5 +1,5 @@
 /// The few declarations of CoreFoundation that the library uses, with the types that macOS gives them, so that its
-/// files for macOS are compiled on every machine. Nothing here has a body, and nothing is linked.
+/// files for macOS are compiled on every machine.
 #pragma once
 
 #include <cstdint>
@@ -39,6 +39,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, UInt8 const* bytes
 
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, UInt8 const* path, CFIndex length,
                                                  Boolean isDirectory);
+Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer, CFIndex size);
 Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* value, CFErrorRef* error);
 
 CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef url);
