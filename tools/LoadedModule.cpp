@@ -84,7 +84,7 @@ CallEnd LoadedModule::Initialize(SK_PLUGIN::HostAPI* hostAPI, std::uint32_t size
   }
   mApi.base.size = size;
   mApi.base.version = kTableVersion;
-  CallEnd const end = CallModule(entry, mIdentifier.c_str(), hostAPI, &mApi.base);
+  CallEnd end = CallModule(entry, mIdentifier.c_str(), hostAPI, &mApi.base);
   if (size < sizeof(SK_PLUGIN::ExplainingPluginAPI)) {
     mApi.explainFile = nullptr;  // the module has not promised anything there
   }

@@ -18,6 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr char kIsCut[] = "its code is cut short: the file ends before what it says it holds";
+
 /// The head of the program's own file: what can be loaded beside it says the same of the machine.
 ElfW(Ehdr) OwnHead() {
   ElfW(Ehdr) head = {};
@@ -80,21 +82,20 @@ std::string ModuleLoadProblem(std::string const& folder) {
   std::uint64_t const size = fs::file_size(path, failure);
   std::ifstream file(path, std::ios::binary);
   ElfW(Ehdr) head = {};
-  std::string const isCut = "its code is cut short: the file ends before what it says it holds";
   if (!file.read(reinterpret_cast<char*>(&head), sizeof head) || head.e_phentsize != sizeof(ElfW(Phdr))) {
-    return isCut;
+    return kIsCut;
   }
   std::vector<ElfW(Phdr)> segments(head.e_phnum);
   file.seekg(static_cast<std::streamoff>(head.e_phoff));
   if (!file.read(reinterpret_cast<char*>(segments.data()),
                  static_cast<std::streamsize>(segments.size() * sizeof(ElfW(Phdr))))) {
-    return isCut;
+    return kIsCut;
   }
   // The system's loader does not look, and the process would die at the first page that is missing.
   bool const isWhole = std::all_of(segments.begin(), segments.end(), [size](ElfW(Phdr) const& segment) {
     return segment.p_type != PT_LOAD || (segment.p_offset <= size && segment.p_filesz <= size - segment.p_offset);
   });
-  return isWhole ? std::string() : isCut;
+  return isWhole ? std::string() : kIsCut;
 }
 
 }  // namespace senmark_tool

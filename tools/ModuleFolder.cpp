@@ -50,7 +50,7 @@ std::string NameProblem(std::string const& name) {
 /// Why the library passes it over, in the order in which that is most helpful: the library itself looks at the code
 /// first.
 std::string Problem(std::string const& path, std::string const& name) {
-  std::string const ofName = NameProblem(name);
+  std::string ofName = NameProblem(name);
   std::error_code failure;
   fs::file_status const status = fs::status(path, failure);
   if (!ofName.empty()) {

@@ -51,8 +51,8 @@ bool ReadJsonText(Bytes& bytes, std::string& text) {
         continue;
       }
       bytes.Get();
-      byte = kMeanings[found];
-    } else if (byte == kEnd || byte < ' ') {
+      byte = static_cast<unsigned char>(kMeanings[found]);
+    } else if (byte < ' ') {  // the end is below, too
       return false;
     }
     if (text.size() < kEnough) {
