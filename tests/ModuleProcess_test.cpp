@@ -142,7 +142,7 @@ TEST(ModuleProcess, SignalsAreAsInANewProgram) {
 
 TEST(ModuleProcess, TimeOnTheWallIsLimited) {
   Limits limits;
-  limits.time = milliseconds(200);
+  limits.time = milliseconds(2000);  // enough to begin on a machine that has much else to do
   auto const begin = std::chrono::steady_clock::now();
   ProcessEnd const end = RunLimited(limits, [](std::ostream& report) {
     report << "begun";
@@ -151,7 +151,7 @@ TEST(ModuleProcess, TimeOnTheWallIsLimited) {
   EXPECT_EQ(end.kind, eKind::kTimedOut);
   EXPECT_EQ(end.Text(), "did not end in time");
   EXPECT_EQ(end.report, "begun");
-  EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds(200));
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds(2000));
 }
 
 TEST(ModuleProcess, TimeOfTheProcessorIsLimited) {
