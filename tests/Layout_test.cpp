@@ -10,6 +10,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "senmark/ExplainingPluginAPI.h"
 #include "senmark/SK_Records.h"
 #include "senmark/Senmark.h"
 
@@ -73,6 +74,14 @@ static_assert(offsetof(SK_HostPropertyAPI, pushNumber) == 0 * kPointer);
 static_assert(offsetof(SK_HostPropertyAPI, pushNumberArray) == 1 * kPointer);
 static_assert(offsetof(SK_HostPropertyAPI, pushString) == 2 * kPointer);
 static_assert(sizeof(SK_HostPropertyAPI) == 3 * kPointer);
+
+// The longer table of a module is the plain one with one field more.
+static_assert(sizeof(SK_PLUGIN::PluginAPI) == 48 && sizeof(SK_PLUGIN::ExplainingPluginAPI) == 56);
+static_assert(offsetof(SK_PLUGIN::ExplainingPluginAPI, base) == 0);
+static_assert(offsetof(SK_PLUGIN::ExplainingPluginAPI, explainFile) == 48);
+static_assert(std::is_same_v<decltype(SK_PLUGIN::ExplainingPluginAPI::explainFile),
+                             void (*)(char const*, char const*, void (*)(void*, char const*), void*,
+                                      SK_PLUGIN::SK_PluginResult*)>);
 
 static_assert(std::is_same_v<decltype(&CreateSenmark_1),
                              void (*)(ISenmark**, char const*, char const*, char const*, void*, void*, void**)>);

@@ -28,6 +28,7 @@ void WriteFile(std::string const& path, std::string const& content) {
 char const* const kTestModule = SENMARK_TEST_MODULE;
 char const* const kBareModule = SENMARK_BARE_MODULE;
 char const* const kNeedyModule = SENMARK_NEEDY_MODULE;
+char const* const kExplainingModule = SENMARK_EXPLAINING_MODULE;
 
 std::string Machine() {
   utsname system;
@@ -35,8 +36,8 @@ std::string Machine() {
   return system.machine;
 }
 
-ModuleFolders::ModuleFolders(TempFolder const& folder)
-    : mFolder(folder), mPath(folder.Path("modules")), mNotes(folder.Path("notes.txt")) {
+ModuleFolders::ModuleFolders(TempFolder const& folder, std::string const& name)
+    : mFolder(folder), mPath(folder.Path(name)), mNotes(folder.Path("notes.txt")) {
   fs::create_directory(mPath);
   setenv(kNotesVariable, mNotes.c_str(), 1);
 }

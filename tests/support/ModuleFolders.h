@@ -11,6 +11,7 @@ namespace senmark_test {
 extern char const* const kTestModule;
 extern char const* const kBareModule;
 extern char const* const kNeedyModule;
+extern char const* const kExplainingModule;
 
 /// What `uname -m` prints.
 std::string Machine();
@@ -18,7 +19,7 @@ std::string Machine();
 /// A folder with modules in it. For as long as it lives, modules keep what they do in a file.
 class ModuleFolders {
  public:
-  explicit ModuleFolders(TempFolder const& folder);
+  explicit ModuleFolders(TempFolder const& folder, std::string const& name = "modules");
   ~ModuleFolders();
   ModuleFolders(ModuleFolders const&) = delete;
   ModuleFolders& operator=(ModuleFolders const&) = delete;
