@@ -42,10 +42,10 @@ void ModuleFindings::Print(std::ostream& out, std::string const& module) const {
     out << '\n';
   }
   out << Printable(module) << ": "
-      << (mFindings.empty() ? std::string("nothing to find fault with")
-                            : Counted(Count(eSeverity::kError), "error") + ", " +
-                                  Counted(Count(eSeverity::kWarning), "warning") + ", " +
-                                  Counted(Count(eSeverity::kNote), "note"))
+      << (mFindings.empty()
+              ? std::string("nothing to find fault with")
+              : Counted(Count(eSeverity::kError), "error") + ", " + Counted(Count(eSeverity::kWarning), "warning") +
+                    ", " + Counted(Count(eSeverity::kNote), "note"))
       << '\n';
 }
 

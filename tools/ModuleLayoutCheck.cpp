@@ -138,7 +138,8 @@ void NoteStrayFiles(ModulePaths const& module, std::set<std::string> const& file
     }
   }
   if (count > kShown) {
-    findings.Note(module.FolderName(), "and " + Counted(count - kShown, "more file") + " that the library has no use for");
+    findings.Note(module.FolderName(),
+                  "and " + Counted(count - kShown, "more file") + " that the library has no use for");
   }
 }
 
@@ -148,7 +149,7 @@ void CheckLayout(ModulePaths const& module, ModuleFindings& findings) {
   std::error_code ignored;
   if (!fs::is_directory(module.Folder(), ignored)) {
     findings.Error(module.FolderName(), fs::exists(module.Folder(), ignored) ? "a module is a folder, which this is not"
-                                                                            : "there is no such folder");
+                                                                             : "there is no such folder");
     return;
   }
   CheckName(module, findings);

@@ -102,8 +102,7 @@ bool IsNumber(PlacedValue const& value) {
 
 }  // namespace
 
-ModuleManifest::ModuleManifest(std::string text, std::string where)
-    : mText(std::move(text)), mWhere(std::move(where)) {
+ModuleManifest::ModuleManifest(std::string text, std::string where) : mText(std::move(text)), mWhere(std::move(where)) {
   CheckText();
   PlacedJson const json = ReadPlacedJson(mText, kDepth);
   if (json.error) {
@@ -284,6 +283,8 @@ void ModuleManifest::CheckBytes(PlacedValue const& bytes, std::int64_t length) {
   bool const isMarked = text.compare(0, 2, "0x") == 0;
   if (text.empty()) {
     Add(eSeverity::kWarning, bytes, "an empty signature fits nothing: the converter takes no file");
+  } else if (text.compare(0, 2, "0X") == 0) {
+    Add(eSeverity::kWarning, bytes, "this is compared as text: hexadecimal begins with \"0x\", in lower case");
   } else if (isMarked && text.size() == 2 + 2 * count) {
     bool const areDigits =
         std::all_of(text.begin() + 2, text.end(), [](unsigned char digit) { return std::isxdigit(digit) != 0; });
@@ -340,8 +341,7 @@ std::string ModuleManifest::CheckExtension(PlacedValue const& value) {
         "the point does not belong to the extension: write " + Quoted(extension.substr(1)) +
             ", or no file has this one");
   } else if (extension.find_first_of("./\\ \t") != std::string::npos) {
-    Add(eSeverity::kWarning, value,
-        "no file has this extension: it is what follows the last point of the name");
+    Add(eSeverity::kWarning, value, "no file has this extension: it is what follows the last point of the name");
   } else if (extension == "tdjson") {
     Add(eSeverity::kWarning, value, "files of this name are the library's own: no converter is asked for them");
   } else if (Contains(kNativeExtensions, extension)) {

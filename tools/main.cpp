@@ -4,9 +4,11 @@
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <functional>
 #include <iostream>
 
 #include "Command.h"
+#include "ModuleCheckCommand.h"
 #include "Utf8.h"
 
 namespace {
@@ -19,8 +21,10 @@ constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the 
 /// The options of all subcommands, and which of these was chosen.
 struct CommandLine {
   Request request;
+  senmark_tool::ModuleCheckRequest moduleCheck;
   std::string moduleFolder;
   Run run = nullptr;
+  std::function<int(std::ostream&)> runAlone;  ///< instead of `run`: without the library in this process
 };
 
 CLI::App* AddCommand(CLI::App& app, CommandLine& line, char const* name, char const* help, Run run) {
@@ -40,6 +44,24 @@ void AddRange(CLI::App& command, CommandLine& line) {
   command.add_option("ID", line.request.sampleSet, "id of a sample set, as \"tree\" shows it")->required();
   command.add_option("--from", line.request.from, std::string("first time: ") + kTimeHelp);
   command.add_option("--to", line.request.to, std::string("last time: ") + kTimeHelp);
+}
+
+/// What the writer of a converter module needs.
+void AddModuleCommands(CLI::App& app, CommandLine& line) {
+  CLI::App* const module = app.add_subcommand("module", "for writers of converter modules");
+  CLI::App* const check = module->add_subcommand("check", "tells what is wrong with a module");
+  senmark_tool::ModuleCheckRequest& request = line.moduleCheck;
+  check->add_option("DIR", request.folder, "the folder of the module, Name.tdx")->required();
+  check->add_option("FILE", request.files, "files that the module should read");
+  check->add_option("--keep", request.keepFolder, "keep damaged files that the module fails on in this folder");
+  check->add_option("--time-limit", request.milliseconds, "for each thing that is tried, in milliseconds")
+      ->check(CLI::PositiveNumber)
+      ->group("");
+  check->add_flag("--json", request.asJson, "machine-readable output");
+  check->callback([&line] {
+    line.runAlone = [&line](std::ostream& out) { return senmark_tool::RunModuleCheck(line.moduleCheck, out); };
+  });
+  module->require_subcommand(1);
 }
 
 void AddCommands(CLI::App& app, CommandLine& line) {
@@ -72,6 +94,7 @@ void AddCommands(CLI::App& app, CommandLine& line) {
       AddFileCommand(app, line, "stream", "the bytes of a file as Timed Data JSON, on standard output", &RunStream);
   stream->remove_option(stream->get_option("--json"));  // it has nothing to tell beside them
   AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
+  AddModuleCommands(app, line);
   app.require_subcommand(1);
 }
 
@@ -100,14 +123,21 @@ class ThrowingOutput {
   ThrowingOutput& operator=(ThrowingOutput const&) = delete;
 };
 
+int RunChosen(CommandLine const& line) {
+  if (line.runAlone) {
+    return line.runAlone(std::cout);
+  }
+  senmark::Options options;
+  options.pluginFolder = line.moduleFolder;
+  senmark::Senmark const manager(senmark::Library::Linked(), options);
+  return line.run(manager, line.request, std::cout);
+}
+
 int RunCommand(CommandLine const& line) {
   std::string const& file = line.request.file;
   try {
     ThrowingOutput const throwing;
-    senmark::Options options;
-    options.pluginFolder = line.moduleFolder;
-    senmark::Senmark const manager(senmark::Library::Linked(), options);
-    int const status = line.run(manager, line.request, std::cout);
+    int const status = RunChosen(line);
     std::cout.flush();
     return status;
   } catch (std::ios_base::failure const&) {
