@@ -13,6 +13,8 @@
 
 namespace senmark_tool {
 
+class ModuleDiscovery;
+
 /// Exit statuses of the program.
 enum eExitStatus : int {
   kFine = 0,
@@ -41,6 +43,9 @@ struct Request {
   std::size_t width = 0;   ///< of a chart, in columns; 0: as the terminal
   std::size_t height = 0;  ///< of a chart, in lines; 0: as the terminal
   bool asJson = false;
+  std::vector<std::string> moduleFolders;  ///< of the command line
+  bool withoutModules = false;
+  ModuleDiscovery const* modules = nullptr;  ///< what was found; always there when a subcommand runs
 };
 
 /// Each writes its answer to `out` and returns an exit status. What goes wrong is thrown, as
@@ -54,6 +59,10 @@ int RunCheck(senmark::Senmark const& manager, Request const& request, std::ostre
 int RunConvert(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunStream(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 int RunFormats(senmark::Senmark const& manager, Request const& request, std::ostream& out);
+int RunModules(senmark::Senmark const& manager, Request const& request, std::ostream& out);
+int RunWhy(senmark::Senmark const& manager, Request const& request, std::ostream& out);
+/// What `RunModules` does when there is a file.
+int RunChoice(senmark::Senmark const& manager, Request const& request, std::ostream& out);
 
 /// Opens the file for a request with a range, in which times may be written as the file writes them.
 InputFile OpenForRange(senmark::Senmark const& manager, Request const& request);

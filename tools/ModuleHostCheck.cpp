@@ -13,6 +13,7 @@
 
 #include "Excerpt.h"
 #include "FileState.h"
+#include "ManifestConverters.h"
 #include "ModuleVariants.h"
 #include "senmark/Host.h"
 
@@ -237,14 +238,6 @@ std::string FolderOf(ModulePaths const& module, ModuleTrials const& trials) {
   return folder;
 }
 
-std::string LowerCaseExtension(std::string const& path) {
-  std::string extension = fs::path(path).extension().string();
-  extension.erase(0, 1);
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](char byte) { return static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte); });
-  return extension;
-}
-
 bool HasSignature(BehaviourRequest const& request) {
   return std::any_of(request.converters.begin(), request.converters.end(),
                      [](ModuleManifest::Converter const& converter) { return converter.hasSignature; });
@@ -308,7 +301,8 @@ void CheckConversion(ModulePaths const& module, BehaviourRequest const& request,
   for (std::string const& output : {first, other}) {
     fs::remove(output);
   }
-  if (!IsClaimed(request, LowerCaseExtension(file))) {
+  std::string const extension = fs::path(file).extension().string();
+  if (!IsClaimed(request, LowerCase(extension.substr(extension.empty() ? 0 : 1)))) {
     findings.Note(name,
                   "the manifest does not name its extension: it comes to the module only if nothing that is "
                   "made for the extension takes it");

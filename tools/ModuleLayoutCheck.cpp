@@ -7,17 +7,13 @@
 #include <set>
 #include <vector>
 
+#include "ManifestConverters.h"
+
 namespace senmark_tool {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string LowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char byte) { return static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte); });
-  return text;
-}
 
 /// Paths of all files in a folder, from that folder on, in order. What cannot be read is left out.
 std::set<std::string> FilesIn(std::string const& folder) {
@@ -100,11 +96,8 @@ void CheckCodeFile(ModulePaths const& module, std::set<std::string> const& files
         std::find_if(files.begin(), files.end(), [&](std::string const& file) { return BeginsWith(file, folder); });
     found = other == files.end() ? std::string() : *other;
   }
-  bool const isOfOtherMachine =
-      !found.empty() && fs::path(found).filename() == module.Name() + ".so" && !BeginsWith(found, code);
   findings.Error(code, "the code for this machine is missing; its name is that of the folder, letter for letter" +
-                           ButThereIs(found) +
-                           (isOfOtherMachine ? ", and this machine calls itself " + MachineName() : ""));
+                           ButThereIs(found));
 }
 
 /// Whether the resource is there.

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <utility>
 
+#include "ManifestConverters.h"
 #include "PlacedJson.h"
 #include "Utf8.h"
 
@@ -36,13 +37,6 @@ std::string Quoted(std::string const& text) {
 
 bool Contains(std::vector<std::string> const& list, std::string const& text) {
   return std::find(list.begin(), list.end(), text) != list.end();
-}
-
-std::string LowerCase(std::string text) {
-  for (char& byte : text) {
-    byte = static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte);
-  }
-  return text;
 }
 
 bool IsUpper(char byte) {

@@ -1,16 +1,11 @@
 #include "ModulePaths.h"
 
-#include <sys/utsname.h>
-
 #include <filesystem>
 #include <utility>
 
-namespace senmark_tool {
+#include "ModuleCode.h"
 
-std::string MachineName() {
-  utsname system;
-  return uname(&system) == 0 ? system.machine : std::string();
-}
+namespace senmark_tool {
 
 ModulePaths::ModulePaths(std::string folder) : mFolder(std::move(folder)) {
   // The name counts, which "." has not.
@@ -18,10 +13,6 @@ ModulePaths::ModulePaths(std::string folder) : mFolder(std::move(folder)) {
   while (mFolder.size() > 1 && mFolder.back() == '/') {
     mFolder.pop_back();
   }
-}
-
-std::string ModulePaths::Parent() const {
-  return std::filesystem::path(mFolder).parent_path().string();
 }
 
 std::string ModulePaths::FolderName() const {
@@ -34,7 +25,7 @@ std::string ModulePaths::Name() const {
 }
 
 std::string ModulePaths::Code() const {
-  return "Contents/" + MachineName() + "-linux/" + Name() + ".so";
+  return ModuleCodePath(mFolder).substr(mFolder.size() + 1);
 }
 
 }  // namespace senmark_tool

@@ -5,9 +5,6 @@
 
 namespace senmark_tool {
 
-/// What `uname -m` prints.
-std::string MachineName();
-
 /// The folder of a module, by its path. Nothing is looked at on the disk.
 class ModulePaths {
  public:
@@ -15,8 +12,6 @@ class ModulePaths {
   explicit ModulePaths(std::string folder);
 
   std::string const& Folder() const { return mFolder; }
-  /// The folder that the module stands in.
-  std::string Parent() const;
   /// Last part of the path, like "Name.tdx".
   std::string FolderName() const;
   /// "Name".

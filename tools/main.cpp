@@ -8,12 +8,17 @@
 #include <iostream>
 
 #include "Command.h"
+#include "LibraryModules.h"
 #include "ModuleCheckCommand.h"
+#include "ModuleSearch.h"
 #include "Utf8.h"
 
 namespace {
 
+using senmark_tool::LibraryModules;
+using senmark_tool::ModuleDiscovery;
 using senmark_tool::Request;
+using senmark_tool::SearchedFolder;
 using Run = int (*)(senmark::Senmark const&, Request const&, std::ostream&);
 
 constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the file writes it";
@@ -22,7 +27,6 @@ constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the 
 struct CommandLine {
   Request request;
   senmark_tool::ModuleCheckRequest moduleCheck;
-  std::string moduleFolder;
   Run run = nullptr;
   std::function<int(std::ostream&)> runAlone;  ///< instead of `run`: without the library in this process
 };
@@ -30,6 +34,7 @@ struct CommandLine {
 CLI::App* AddCommand(CLI::App& app, CommandLine& line, char const* name, char const* help, Run run) {
   CLI::App* const command = app.add_subcommand(name, help);
   command->add_flag("--json", line.request.asJson, "machine-readable output");
+  command->fallthrough();  // the options of the program may stand behind, too
   command->callback([&line, run] { line.run = run; });
   return command;
 }
@@ -66,7 +71,11 @@ void AddModuleCommands(CLI::App& app, CommandLine& line) {
 
 void AddCommands(CLI::App& app, CommandLine& line) {
   using namespace senmark_tool;
-  app.add_option("--modules", line.moduleFolder, "folder of converter modules");
+  CLI::Option* const modules = app.add_option("--modules", line.request.moduleFolders,
+                                              "folder of converter modules that comes before the usual ones; may be "
+                                              "given again");
+  modules->allow_extra_args(false);
+  app.add_flag("--no-modules", line.request.withoutModules, "no converter modules at all")->excludes(modules);
   AddFileCommand(app, line, "info", "what a file says about itself", &RunInfo);
   AddFileCommand(app, line, "tree", "names, kinds and types of all nodes", &RunTree);
   AddFileCommand(app, line, "get", "one node with all its properties", &RunGet)
@@ -94,6 +103,9 @@ void AddCommands(CLI::App& app, CommandLine& line) {
       AddFileCommand(app, line, "stream", "the bytes of a file as Timed Data JSON, on standard output", &RunStream);
   stream->remove_option(stream->get_option("--json"));  // it has nothing to tell beside them
   AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
+  AddCommand(app, line, "modules", "the converter modules that were found, and why one is not used", &RunModules)
+      ->add_option("--why", line.request.file, "which converters are asked for this file, and what they say");
+  AddFileCommand(app, line, "why", "what the library does with a file, and how its converter sees it", &RunWhy);
   AddModuleCommands(app, line);
   app.require_subcommand(1);
 }
@@ -123,27 +135,32 @@ class ThrowingOutput {
   ThrowingOutput& operator=(ThrowingOutput const&) = delete;
 };
 
-int RunChosen(CommandLine const& line) {
-  if (line.runAlone) {
-    return line.runAlone(std::cout);
-  }
+/// With the library started and its modules found.
+int RunWithModules(Request request, Run run) {
+  ModuleDiscovery const found(request.withoutModules ? std::vector<SearchedFolder>()
+                                                     : senmark_tool::SearchModules(request.moduleFolders));
+  request.modules = &found;
+  LibraryModules const modules(found);
   senmark::Options options;
-  options.pluginFolder = line.moduleFolder;
+  options.pluginFolder = modules.Folder();
   senmark::Senmark const manager(senmark::Library::Linked(), options);
-  return line.run(manager, line.request, std::cout);
+  return run(manager, request, std::cout);
 }
 
 int RunCommand(CommandLine const& line) {
   std::string const& file = line.request.file;
   try {
     ThrowingOutput const throwing;
-    int const status = RunChosen(line);
+    int const status = line.runAlone ? line.runAlone(std::cout) : RunWithModules(line.request, line.run);
     std::cout.flush();
     return status;
   } catch (std::ios_base::failure const&) {
     if (!HasNoReader()) {
       Complain("", "cannot write the output");
     }
+  } catch (senmark_tool::ModuleFolderError const& error) {
+    Complain("", error.what());
+    return senmark_tool::kUsageAtFault;
   } catch (senmark_tool::UsageError const& error) {
     Complain(file, error.what());
     return senmark_tool::kUsageAtFault;
