@@ -4,6 +4,7 @@
 #include <rapidjson/reader.h>
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <string_view>
 
@@ -76,7 +77,7 @@ class TreeBuilder {
 
  private:
   /// The reader tells where a token ends. Behind the end of the one before it stand only separators.
-  std::size_t SkipToToken() const { return mEnd + std::string_view(mText + mEnd).find_first_not_of(" \t\r\n,:"); }
+  std::size_t SkipToToken() const { return mEnd + std::strspn(mText + mEnd, " \t\r\n,:"); }
 
   bool AddInteger(std::int64_t number) {
     PlacedValue value;

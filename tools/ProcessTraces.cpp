@@ -53,10 +53,10 @@ std::set<std::string> NamesIn(std::string const& folder) {
 }
 
 std::size_t CountThreadsLeft(std::size_t before) {
-  constexpr int kTurns = 40;
+  constexpr int kTurns = 20;
   std::size_t now = CountThreads();
   for (int turn = 0; now > before && turn < kTurns; ++turn) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    std::this_thread::sleep_for(std::chrono::milliseconds(3));
     now = CountThreads();
   }
   return now > before ? now - before : 0;

@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <clocale>
 #include <cstdio>
@@ -84,7 +85,16 @@ void DoWrong() {
     static_cast<void>(!chdir("/"));
   }
   if (Has("leave-thread")) {
-    std::thread([] { std::this_thread::sleep_for(std::chrono::seconds(60)); }).detach();
+    // It is not to begin when its code is gone.
+    std::atomic<bool> isThere{false};
+    std::thread([&isThere] {
+      isThere = true;
+      std::this_thread::sleep_for(std::chrono::seconds(600));
+    }).detach();
+    while (!isThere) {
+      std::this_thread::yield();
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
 
@@ -101,7 +111,7 @@ void DoWrongWithDamage() {
   if (Has("exit")) {
     std::exit(0);
   }
-  if (Has("throw")) {
+  if (Has("raise")) {
     throw std::runtime_error("thrown by the module");
   }
 }
