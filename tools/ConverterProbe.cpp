@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "LoadedModule.h"
-#include "ModuleProcess.h"
 #include "ScratchFolder.h"
 #include "StubHostAPI.h"
 
@@ -137,10 +136,11 @@ std::string LastLog(std::string const& path) {
 
 }  // namespace
 
-ProbeAnswer ProbeConverter(ServingConverter const& serving, std::string const& file, eProbe probe) {
+ProbeAnswer ProbeConverter(ServingConverter const& serving, std::string const& file, eProbe probe,
+                           Limits const& limits) {
   ScratchFolder const scratch;
   std::string const log = scratch.Path("log");
-  ProcessEnd const end = RunLimited(Limits(), [&](std::ostream& report) {
+  ProcessEnd const end = RunLimited(limits, [&](std::ostream& report) {
     setenv(kLogVariable, log.c_str(), 1);
     RunProbe(serving, file, probe, report);
   });

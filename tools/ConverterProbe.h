@@ -1,10 +1,12 @@
 /// Asks the converter of a module about a file, by running its code in a process of its own.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "ModuleDiscovery.h"
+#include "ModuleProcess.h"
 
 namespace senmark_tool {
 
@@ -23,6 +25,7 @@ enum class eProbe : std::uint8_t {
 };
 
 /// Errors: `std::system_error` if no process can be made.
-ProbeAnswer ProbeConverter(ServingConverter const& serving, std::string const& file, eProbe probe);
+ProbeAnswer ProbeConverter(ServingConverter const& serving, std::string const& file, eProbe probe,
+                           Limits const& limits = Limits());
 
 }  // namespace senmark_tool

@@ -31,6 +31,7 @@ char const* const kDyingModule = SENMARK_DYING_MODULE;
 char const* const kFaultyModule = SENMARK_FAULTY_MODULE;
 char const* const kLoudModule = SENMARK_LOUD_MODULE;
 char const* const kNeedyModule = SENMARK_NEEDY_MODULE;
+char const* const kExplainingModule = SENMARK_EXPLAINING_MODULE;
 
 std::string Machine() {
   utsname system;
@@ -38,8 +39,8 @@ std::string Machine() {
   return system.machine;
 }
 
-ModuleFolders::ModuleFolders(TempFolder const& folder)
-    : mFolder(folder), mPath(folder.Path("modules")), mNotes(folder.Path("notes.txt")) {
+ModuleFolders::ModuleFolders(TempFolder const& folder, std::string const& name)
+    : mFolder(folder), mPath(folder.Path(name)), mNotes(folder.Path("notes.txt")) {
   fs::create_directory(mPath);
   setenv(kNotesVariable, mNotes.c_str(), 1);
 }

@@ -14,6 +14,7 @@ extern char const* const kDyingModule;
 extern char const* const kFaultyModule;
 extern char const* const kLoudModule;
 extern char const* const kNeedyModule;
+extern char const* const kExplainingModule;
 
 /// What `uname -m` prints.
 std::string Machine();
@@ -21,7 +22,7 @@ std::string Machine();
 /// A folder with modules in it. For as long as it lives, modules keep what they do in a file.
 class ModuleFolders {
  public:
-  explicit ModuleFolders(TempFolder const& folder);
+  explicit ModuleFolders(TempFolder const& folder, std::string const& name = "modules");
   ~ModuleFolders();
   ModuleFolders(ModuleFolders const&) = delete;
   ModuleFolders& operator=(ModuleFolders const&) = delete;

@@ -28,7 +28,8 @@ std::string ToolTest::Data(std::string const& name) {
 Outcome ToolTest::Run(std::vector<std::string> arguments) {
   std::string const outPath = mFolder.Path("out");
   std::string const errPath = mFolder.Path("err");
-  arguments.insert(arguments.begin(), SENMARK_TOOL);
+  arguments.insert(arguments.begin(), mOptions.begin(), mOptions.end());
+  arguments.insert(arguments.begin(), mProgram);
   std::vector<char*> words;
   for (std::string& argument : arguments) {
     words.push_back(argument.data());
@@ -39,7 +40,7 @@ Outcome ToolTest::Run(std::vector<std::string> arguments) {
   posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   pid_t child = 0;
-  int const failure = posix_spawn(&child, SENMARK_TOOL, &actions, nullptr, words.data(), environ);
+  int const failure = posix_spawn(&child, mProgram.c_str(), &actions, nullptr, words.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   EXPECT_EQ(failure, 0);
   int status = 0;

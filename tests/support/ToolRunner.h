@@ -39,6 +39,9 @@ class ToolTest : public testing::Test {
   rapidjson::Document Recording(std::string const& name) { return Parse(mFolder.Read(Data(name))); }
 
   TempFolder mFolder;
+  std::string mProgram = SENMARK_TOOL;
+  /// What stands in front of all arguments. Modules that the build made must not change what a test sees.
+  std::vector<std::string> mOptions = {"--no-modules"};
 };
 
 }  // namespace senmark_test
