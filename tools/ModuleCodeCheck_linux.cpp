@@ -71,7 +71,7 @@ bool IsFound(std::string const& library, ElfImage const& image, std::string cons
         path = at == std::string::npos ? path : path.replace(at, origin.size(), folder);
       }
       std::error_code ignored;
-      if (fs::exists(path + '/' + library, ignored)) {
+      if (fs::exists(fs::path(path) / library, ignored)) {
         return true;
       }
     }

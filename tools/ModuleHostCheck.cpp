@@ -229,7 +229,7 @@ void ConvertWithoutFolder(Setup const& setup, std::string const& output, TrialRe
 
 /// A folder with nothing but the module.
 std::string FolderOf(ModulePaths const& module, ModuleTrials const& trials) {
-  std::string const folder = trials.Path("modules");
+  std::string folder = trials.Path("modules");
   fs::create_directory(folder);
   std::string const link = folder + '/' + module.FolderName();
   if (!fs::exists(link)) {

@@ -4,10 +4,10 @@
 #include <cctype>
 #include <cstdint>
 #include <limits>
-#include <numeric>
 #include <utility>
 
 #include "ManifestConverters.h"
+#include "MeantWord.h"
 #include "PlacedJson.h"
 #include "Utf8.h"
 
@@ -45,40 +45,6 @@ bool IsUpper(char byte) {
 
 bool IsLower(char byte) {
   return byte >= 'a' && byte <= 'z';
-}
-
-/// Letters to change, to add or to take away until one word is the other.
-std::size_t Distance(std::string const& from, std::string const& to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 1; i <= from.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i);
-    for (std::size_t j = 1; j <= to.size(); ++j) {
-      std::size_t const replaced = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-    }
-  }
-  return row.back();
-}
-
-/// The known key that an unknown one was meant to be; empty if it is like none.
-std::string MeantKey(std::string const& key, std::vector<std::string> const& known) {
-  constexpr std::size_t kFarthest = 3;
-  constexpr std::size_t kLongest = 40;
-  if (key.size() > kLongest) {
-    return std::string();
-  }
-  std::string meant;
-  std::size_t nearest = kFarthest + 1;
-  for (std::string const& candidate : known) {
-    std::size_t const distance = Distance(LowerCase(key), LowerCase(candidate));
-    if (distance < nearest && distance < candidate.size() / 2) {
-      nearest = distance;
-      meant = candidate;
-    }
-  }
-  return meant;
 }
 
 /// Whether a locale is written as hosts write it: en_US.
@@ -371,7 +337,7 @@ bool ModuleManifest::CheckKeys(PlacedValue const& value, std::string const& what
   std::vector<std::string> seen;
   for (PlacedValue const& member : value.children) {
     if (!Contains(known, member.key)) {
-      std::string const meant = MeantKey(member.key, known);
+      std::string const meant = MeantWord(member.key, known);
       Add(eSeverity::kWarning, member.keyOffset,
           Quoted(member.key) + " means nothing to the library" +
               (meant.empty() ? std::string() : "; is " + Quoted(meant) + " meant?"));
