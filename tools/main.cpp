@@ -4,10 +4,12 @@
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <functional>
 #include <iostream>
 
 #include "Command.h"
 #include "LibraryModules.h"
+#include "ModuleCheckCommand.h"
 #include "ModuleSearch.h"
 #include "Utf8.h"
 
@@ -24,7 +26,9 @@ constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the 
 /// The options of all subcommands, and which of these was chosen.
 struct CommandLine {
   Request request;
+  senmark_tool::ModuleCheckRequest moduleCheck;
   Run run = nullptr;
+  std::function<int(std::ostream&)> runAlone;  ///< instead of `run`: without the library in this process
 };
 
 CLI::App* AddCommand(CLI::App& app, CommandLine& line, char const* name, char const* help, Run run) {
@@ -45,6 +49,24 @@ void AddRange(CLI::App& command, CommandLine& line) {
   command.add_option("ID", line.request.sampleSet, "id of a sample set, as \"tree\" shows it")->required();
   command.add_option("--from", line.request.from, std::string("first time: ") + kTimeHelp);
   command.add_option("--to", line.request.to, std::string("last time: ") + kTimeHelp);
+}
+
+/// What the writer of a converter module needs.
+void AddModuleCommands(CLI::App& app, CommandLine& line) {
+  CLI::App* const module = app.add_subcommand("module", "for writers of converter modules");
+  CLI::App* const check = module->add_subcommand("check", "tells what is wrong with a module");
+  senmark_tool::ModuleCheckRequest& request = line.moduleCheck;
+  check->add_option("DIR", request.folder, "the folder of the module, Name.tdx")->required();
+  check->add_option("FILE", request.files, "files that the module should read");
+  check->add_option("--keep", request.keepFolder, "keep damaged files that the module fails on in this folder");
+  check->add_option("--time-limit", request.milliseconds, "for each thing that is tried, in milliseconds")
+      ->check(CLI::PositiveNumber)
+      ->group("");
+  check->add_flag("--json", request.asJson, "machine-readable output");
+  check->callback([&line] {
+    line.runAlone = [&line](std::ostream& out) { return senmark_tool::RunModuleCheck(line.moduleCheck, out); };
+  });
+  module->require_subcommand(1);
 }
 
 void AddCommands(CLI::App& app, CommandLine& line) {
@@ -84,6 +106,7 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   AddCommand(app, line, "modules", "the converter modules that were found, and why one is not used", &RunModules)
       ->add_option("--why", line.request.file, "which converters are asked for this file, and what they say");
   AddFileCommand(app, line, "why", "what the library does with a file, and how its converter sees it", &RunWhy);
+  AddModuleCommands(app, line);
   app.require_subcommand(1);
 }
 
@@ -128,7 +151,7 @@ int RunCommand(CommandLine const& line) {
   std::string const& file = line.request.file;
   try {
     ThrowingOutput const throwing;
-    int const status = RunWithModules(line.request, line.run);
+    int const status = line.runAlone ? line.runAlone(std::cout) : RunWithModules(line.request, line.run);
     std::cout.flush();
     return status;
   } catch (std::ios_base::failure const&) {

@@ -27,6 +27,9 @@ void WriteFile(std::string const& path, std::string const& content) {
 
 char const* const kTestModule = SENMARK_TEST_MODULE;
 char const* const kBareModule = SENMARK_BARE_MODULE;
+char const* const kDyingModule = SENMARK_DYING_MODULE;
+char const* const kFaultyModule = SENMARK_FAULTY_MODULE;
+char const* const kLoudModule = SENMARK_LOUD_MODULE;
 char const* const kNeedyModule = SENMARK_NEEDY_MODULE;
 char const* const kExplainingModule = SENMARK_EXPLAINING_MODULE;
 

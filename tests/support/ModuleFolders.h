@@ -10,6 +10,9 @@ namespace senmark_test {
 /// Shared objects that the build made from the files of these names in `tests/support`.
 extern char const* const kTestModule;
 extern char const* const kBareModule;
+extern char const* const kDyingModule;
+extern char const* const kFaultyModule;
+extern char const* const kLoudModule;
 extern char const* const kNeedyModule;
 extern char const* const kExplainingModule;
 
