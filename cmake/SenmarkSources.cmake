@@ -116,6 +116,7 @@ set(SENMARK_SOURCES
     source/SK_OSMemory-POSIX.cpp
     source/SK_OutlinePath.cpp
     source/SK_OutlineReader.cpp
+    source/SK_PackedDataType.cpp
     source/SK_RapidJson.cpp
     source/SK_RecordReset.cpp
     source/SK_RelativeTimeReader.cpp
