@@ -44,6 +44,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
     plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
+    plugin/source/tdjsonWriter/SK_StaticRecords.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     plugin/source/tdjsonWriter/Serializer.cpp
@@ -91,6 +92,7 @@ set(SENMARK_SOURCES
     source/NativeConverters/SV/SVSupport.cpp
     source/NativeConverters/SV/SVUnitInput.cpp
     source/NativeConverters/SV/TSVConverter.cpp
+    source/SK_BytePieces.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp
     source/SK_ConverterManager.cpp

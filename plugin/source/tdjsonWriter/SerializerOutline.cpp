@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "SK_NumberAnalysis.h"
+#include "SK_NumberPropertyRules.h"
 #include "SK_WriterCast.h"
 #include "SK_WriterCode.h"
 #include "SK_WriterFailure.h"
@@ -95,7 +97,7 @@ void SerializerOutline::Enter(TdjsonGroupImpl const& group) {
   if (!mLevels.empty() && mLevels[PowerOfTwoIn(mLevels.size()) - 1].group == &group) {
     ThrowWriterError(kWriterNoMemory);
   }
-  mLevels.push_back({&group, 0});
+  mLevels.push_back({&group, 0, SK_StaticRecords::Reader(group.GetStaticRecords())});
 }
 
 void SerializerOutline::Leave() {
@@ -128,6 +130,10 @@ void SerializerOutline::VisitNextChild() {
       break;
     }
     case ns_sensor::kStaticChild: {
+      if (child.IsOfRecords()) {
+        VisitRecords(level, child.CountRecords());
+        break;
+      }
       TdjsonStaticDataImpl const& node = NotNull(level.group->GetStaticDataList()[child.index - 1], kStaticNodeMissing);
       OpenLevels();
       serialize_StaticDataNode(node);
@@ -139,6 +145,17 @@ void SerializerOutline::VisitNextChild() {
       break;
     default:
       ThrowWriterError(kUnknownChildKind);
+  }
+}
+
+void SerializerOutline::VisitRecords(Level& level, std::uint64_t count) {
+  OpenLevels();
+  for (std::uint64_t i = 0; i != count; ++i) {
+    if (i != 0) {
+      mText.Put(',');
+    }
+    serialize_StaticDataNode(level.records.Next());
+    EndNode();
   }
 }
 
@@ -175,26 +192,17 @@ void SerializerOutline::serialize_GroupNode(TdjsonGroupImpl const& group) {
 }
 
 void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& node) {
-  AppendHead(R"({"objectType":"dataStatic","matchName":")", node.GetMatchName(), node.GetDisplayName(),
-             R"(","dataType":{"type":")");
   ns_sensor::eDataValueType const type = node.GetType();
-  mText.Put(GetStaticType(type));
+  AppendStaticHead(node.GetMatchName(), node.GetDisplayName(), type);
   switch (type) {
     case ns_sensor::kNumberValue: {
       auto const* const number = CastOrThrow<TdjsonStaticDataNumImpl>(&node);
-      mText.Put(R"(",)");
-      serialize_NumberProp(number->GetNumberProperties());
-      mText.Put(R"(},"value":)");
-      AppendNumber(number->GetDataValue());
+      AppendStaticNumber(number->GetNumberProperties(), number->GetDataValue());
       break;
     }
     case ns_sensor::kStringValue: {
       auto const* const string = CastOrThrow<TdjsonStaticDataStringImpl>(&node);
-      mText.Put(R"(",)");
-      serialize_PaddedStringProp(string->GetStringProperties());
-      mText.Put(R"(},"value":")");
-      mText.Put(std::string_view(string->GetDataValue()));
-      mText.Put('"');
+      AppendStaticString(string->GetStringProperties(), string->GetDataValue());
       break;
     }
     case ns_sensor::kNumberArrayValue: {
@@ -213,12 +221,65 @@ void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& nod
       break;
     }
     case ns_sensor::kBooleanValue:
-      mText.Put(R"("},)");
-      JSON_BoolObj(mText, "value", CastOrThrow<TdjsonStaticDataBoolImpl>(&node)->GetDataValue());
+      AppendStaticBool(CastOrThrow<TdjsonStaticDataBoolImpl>(&node)->GetDataValue());
       break;
     default:
       ThrowWriterError(kUnknownNodeType);
   }
+}
+
+// Properties as a node gets them that is made with those of a default record.
+void SerializerOutline::serialize_StaticDataNode(SK_StaticRecords::Record const& record) {
+  AppendStaticHead(record.matchName, record.displayName, record.kind);
+  switch (record.kind) {
+    case ns_sensor::kNumberValue: {
+      ns_sensor::SK_NumberProperties properties;
+      ns_sensor::SK_NumberPattern& pattern = properties.pattern;
+      StorePatternOfValue(pattern, pattern.digitsInteger, pattern.digitsDecimal, 0, record.number,
+                          TextOf(record.number).View());
+      FillRangeOfValue(properties.range, record.number);
+      AppendStaticNumber(properties, record.number);
+      break;
+    }
+    case ns_sensor::kStringValue: {
+      unsigned long long length = 0;
+      unsigned long long digits = 0;
+      calcPaddedStringProperties(record.text, length, digits);
+      ns_sensor::SK_StringProperties properties;
+      properties.maxLen = length;
+      properties.maxDigitsInStrLength = digits;
+      AppendStaticString(properties, record.text);
+      break;
+    }
+    default:
+      AppendStaticBool(record.flag);
+  }
+}
+
+void SerializerOutline::AppendStaticHead(std::string_view matchName, std::string_view displayName,
+                                         ns_sensor::eDataValueType type) {
+  AppendHead(R"({"objectType":"dataStatic","matchName":")", matchName, displayName, R"(","dataType":{"type":")");
+  mText.Put(GetStaticType(type));
+}
+
+void SerializerOutline::AppendStaticNumber(ns_sensor::SK_NumberProperties const& properties, double value) {
+  mText.Put(R"(",)");
+  serialize_NumberProp(properties);
+  mText.Put(R"(},"value":)");
+  AppendNumber(value);
+}
+
+void SerializerOutline::AppendStaticString(ns_sensor::SK_StringProperties const& properties, std::string_view value) {
+  mText.Put(R"(",)");
+  serialize_PaddedStringProp(properties);
+  mText.Put(R"(},"value":")");
+  mText.Put(value);
+  mText.Put('"');
+}
+
+void SerializerOutline::AppendStaticBool(bool value) {
+  mText.Put(R"("},)");
+  JSON_BoolObj(mText, "value", value);
 }
 
 void SerializerOutline::serialize_DynamicDataNode(TdjsonDynamicDataImpl const& node) {

@@ -1,0 +1,51 @@
+/// Static nodes that nobody but their group holds, as bytes one behind the other: a table becomes millions of them,
+/// and none is an object.
+///
+/// Display names and texts are escaped as they come in, match names are not looked at, as in the classes of static
+/// nodes. Digits, signs, ranges and lengths are found out when a node is written. `std::bad_alloc` adds nothing.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "SK_BytePieces.h"
+#include "senmark/SK_BasicRecords.h"
+
+namespace SK_PLUGIN {
+
+class SK_StaticRecords {
+ public:
+  /// A node, of whose values one counts. Its texts live in the records.
+  struct Record {
+    ns_sensor::eDataValueType kind = ns_sensor::kInvalidValue;
+    bool flag = false;
+    double number = 0;
+    std::string_view matchName;
+    std::string_view displayName;
+    std::string_view text;
+  };
+
+  void AddNumber(std::string_view matchName, std::string_view displayName, double value);
+  void AddString(std::string_view matchName, std::string_view displayName, std::string_view value);
+  void AddBool(std::string_view matchName, std::string_view displayName, bool value);
+
+  /// Gives the nodes in the order in which they came, as often as wanted.
+  class Reader {
+   public:
+    explicit Reader(SK_StaticRecords const& records) : mRecords(&records) {}
+    /// There must be one more.
+    Record Next();
+
+   private:
+    SK_StaticRecords const* mRecords;
+    SK_NAMESPACE_INT::SK_BytePieces::Place mPlace;
+  };
+
+ private:
+  /// With its text escaped, but not its display name.
+  void Add(Record const& record);
+
+  SK_NAMESPACE_INT::SK_BytePieces mPieces;
+};
+
+}  // namespace SK_PLUGIN
