@@ -22,12 +22,14 @@ class SK_PackedDataType {
 
   /// The one that stands for a data type in an outline; null for a data type of values, and for anything else.
   static SK_PackedDataType const* Of(JValue const& value) {
-    // Numbers of a file are doubles always, so that no text can be taken for one of these.
+    if (!value.IsUint64() || (value.GetUint64() & kMark) == 0) {
+      return nullptr;
+    }
     // NOLINTNEXTLINE(performance-no-int-to-ptr): a value of rapidjson has no place for a pointer of others
-    return value.IsUint64() ? reinterpret_cast<SK_PackedDataType const*>(value.GetUint64()) : nullptr;
+    return reinterpret_cast<SK_PackedDataType const*>(value.GetUint64() & ~kMark);
   }
   /// Adds to the document what `Of` knows again.
-  void AddTo(JDocument& document) const { document.Uint64(reinterpret_cast<std::uintptr_t>(this)); }
+  void AddTo(JDocument& document) const { document.Uint64(reinterpret_cast<std::uintptr_t>(this) | kMark); }
 
   ns_sensor::eDataValueType GetKind() const { return mKind; }
   /// As the file names the kind.
@@ -38,6 +40,8 @@ class SK_PackedDataType {
  private:
   friend class SK_DataTypePacker;
 
+  /// In the integer that stands for an address. All numbers of a file are doubles, so that none is taken for one.
+  static constexpr std::uint64_t kMark = std::uint64_t{1} << 63U;
   static constexpr std::size_t kMostNumbers = 4;
 
   std::size_t GetSize() const { return sizeof(*this) + mNumberCount * sizeof(double); }

@@ -419,6 +419,63 @@ TEST_F(Group, AChildThatIsAddedTwiceIsThereTwice) {
   EXPECT_EQ(mGroup->GetNodeInfoList()[1].index, 2u);
 }
 
+TEST_F(Group, NodesWithoutAnObjectStandInTheOrderOfTheirArrival) {
+  mGroup->AddStaticNumber("n", "a \"number\"", 1.5);
+  mGroup->AddStaticString("s", "S", "a\n");
+  mGroup->AddGroup(MakeGroup("inner"));
+  mGroup->AddStaticData(Make<TdjsonStaticDataNumImpl>("N", "n2", 2.0));
+  mGroup->AddStaticBool("b", "B", true);
+  std::vector<NodeInfo> const& order = mGroup->GetNodeInfoList();
+  ASSERT_EQ(order.size(), 4u);
+  EXPECT_EQ(order[0].type, ns_sensor::kStaticChild);
+  EXPECT_TRUE(order[0].IsOfRecords());
+  EXPECT_EQ(order[0].CountRecords(), 2u);
+  EXPECT_EQ(order[1].type, ns_sensor::kGroupChild);
+  EXPECT_FALSE(order[1].IsOfRecords());
+  EXPECT_EQ(order[2].type, ns_sensor::kStaticChild);
+  EXPECT_FALSE(order[2].IsOfRecords());
+  EXPECT_EQ(order[2].index, 1u);
+  EXPECT_TRUE(order[3].IsOfRecords());
+  EXPECT_EQ(order[3].CountRecords(), 1u);
+  EXPECT_EQ(mGroup->GetStaticDataList().size(), 1u);
+  SK_StaticRecords::Reader reader(mGroup->GetStaticRecords());
+  EXPECT_EQ(reader.Next().displayName, R"(a \"number\")");
+  EXPECT_EQ(reader.Next().text, R"(a\n)");
+  EXPECT_EQ(reader.Next().matchName, "b");
+
+  mGroup->ResetGroup();
+  ExpectNoChildren();
+  mGroup->AddStaticBool("first", "F", false);
+  SK_StaticRecords::Reader again(mGroup->GetStaticRecords());
+  EXPECT_EQ(again.Next().matchName, "first");
+}
+
+TEST_F(Group, WithoutMemoryANodeWithoutAnObjectIsNotAddedByHalf) {
+  std::string const text(100, '"');
+  for (bool const isFirst : {true, false}) {
+    int failures = 0;
+    for (bool again = true; again;) {
+      mGroup->ResetGroup();
+      if (!isFirst) {
+        mGroup->AddStaticBool("b", "B", true);
+      }
+      FailingMemory const failing(static_cast<std::uint64_t>(failures) + 1);
+      try {
+        mGroup->AddStaticString(text, text, text);
+        again = false;
+      } catch (std::bad_alloc const&) {
+        ++failures;
+        ASSERT_EQ(mGroup->GetNodeInfoList().size(), isFirst ? 0u : 1u);
+        if (!isFirst) {
+          EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), 1u);
+        }
+      }
+    }
+    EXPECT_GE(failures, 3);
+    EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), isFirst ? 1u : 2u);
+  }
+}
+
 TEST_F(Group, TwoGroupsMayHaveOneChild) {
   auto outer = OwnNewObject(new CountedGroup(this));
   auto inner = OwnNewObject(new CountedGroup(this));

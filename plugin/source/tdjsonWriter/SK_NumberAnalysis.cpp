@@ -242,13 +242,13 @@ std::vector<std::string> splitString(std::string text, char separator) {
 
 std::string escapeHandling(std::string text) {
   std::string escaped;
-  if (EscapedText(text, escaped).data() == text.data()) {
+  if (EscapeInto(text, escaped).data() == text.data()) {
     return text;
   }
   return escaped;
 }
 
-std::string_view EscapedText(std::string_view text, std::string& escaped) {
+std::string_view EscapeInto(std::string_view text, std::string& escaped) {
   if (!MayNeedEscapes(text)) {
     return text;
   }

@@ -43,6 +43,6 @@ std::vector<std::string> splitString(std::string text, char separator);
 /// as a backslash and a character. Nothing else changes. Done once, when a text enters the writer.
 std::string escapeHandling(std::string text);
 /// The same without a copy where nothing changes: `text` itself, or else `escaped`, which takes the result.
-std::string_view EscapedText(std::string_view text, std::string& escaped);
+std::string_view EscapeInto(std::string_view text, std::string& escaped);
 
 }  // namespace SK_PLUGIN

@@ -62,7 +62,7 @@ void SK_StaticRecords::AddString(std::string_view matchName, std::string_view di
   record.kind = ns_sensor::kStringValue;
   record.matchName = matchName;
   record.displayName = displayName;
-  record.text = EscapedText(value, escaped);
+  record.text = EscapeInto(value, escaped);
   Add(record);
 }
 
@@ -77,7 +77,7 @@ void SK_StaticRecords::AddBool(std::string_view matchName, std::string_view disp
 
 void SK_StaticRecords::Add(Record const& record) {
   std::string escaped;
-  std::string_view const displayName = EscapedText(record.displayName, escaped);
+  std::string_view const displayName = EscapeInto(record.displayName, escaped);
   char* to =
       mPieces.Extend(1 + CountTextBytes(record.matchName) + CountTextBytes(displayName) + CountValueBytes(record));
   *to++ = static_cast<char>(record.kind);
