@@ -12,6 +12,21 @@ constexpr std::size_t kLargestPieceSize = 65536;
 
 }  // namespace
 
+std::size_t SK_BytePieces::GetSize() const {
+  std::size_t size = 0;
+  for (Piece const& piece : mPieces) {
+    size += piece.used;
+  }
+  return size;
+}
+
+char* SK_BytePieces::CopyTo(char* to) const {
+  for (Piece const& piece : mPieces) {
+    to = std::copy_n(piece.bytes.get(), piece.used, to);
+  }
+  return to;
+}
+
 char* SK_BytePieces::Extend(std::size_t count) {
   if (mPieces.empty() || mPieces.back().size - mPieces.back().used < count) {
     std::size_t const wanted = mPieces.empty() ? kFirstPieceSize : std::min(2 * mPieces.back().size, kLargestPieceSize);

@@ -28,6 +28,10 @@ class SK_BytePieces {
     }
     return mPieces[place.piece].bytes.get() + place.offset;
   }
+  /// Of all bytes that were put.
+  std::size_t GetSize() const;
+  /// Copies all bytes to where there is room for them, and gives their end there.
+  char* CopyTo(char* to) const;
   /// Frees a piece that is not read again.
   void FreePiece(std::size_t piece) { mPieces[piece].bytes.reset(); }
 

@@ -31,6 +31,14 @@ TEST(SK_BytePieces, GiveInOrderWhatWasPutAsOftenAsWanted) {
   for (std::string const& text : texts) {
     Put(pieces, text);
   }
+  std::string all;
+  for (std::string const& text : texts) {
+    all += text;
+  }
+  ASSERT_EQ(pieces.GetSize(), all.size());
+  std::string copy(all.size(), '\0');
+  EXPECT_EQ(pieces.CopyTo(copy.data()), copy.data() + copy.size());
+  EXPECT_TRUE(copy == all);
   for (int round = 0; round < 2; ++round) {
     SK_BytePieces::Place place;
     for (std::string const& text : texts) {

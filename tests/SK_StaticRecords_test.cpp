@@ -14,10 +14,9 @@
 namespace SK_PLUGIN {
 namespace {
 
-using ns_sensor::eDataValueType;
 using Record = SK_StaticRecords::Record;
 
-void ExpectNames(Record const& record, eDataValueType kind, std::string const& matchName,
+void ExpectNames(Record const& record, SK_StaticRecords::eKind kind, std::string const& matchName,
                  std::string const& displayName) {
   EXPECT_EQ(record.kind, kind);
   EXPECT_EQ(record.matchName, matchName);
@@ -36,19 +35,19 @@ TEST(SK_StaticRecords, KeepNodesOfAllKindsInTheirOrderForAnyReader) {
   for (int round = 0; round < 2; ++round) {
     SK_StaticRecords::Reader reader(records);
     Record record = reader.Next();
-    ExpectNames(record, ns_sensor::kNumberValue, "n1", "a number");
+    ExpectNames(record, SK_StaticRecords::kNumber, "n1", "a number");
     EXPECT_EQ(record.number, -2.5);
     record = reader.Next();
-    ExpectNames(record, ns_sensor::kStringValue, "s1", "a text");
+    ExpectNames(record, SK_StaticRecords::kString, "s1", "a text");
     EXPECT_EQ(record.text, "value");
     record = reader.Next();
-    ExpectNames(record, ns_sensor::kBooleanValue, "b1", "a flag");
+    ExpectNames(record, SK_StaticRecords::kBool, "b1", "a flag");
     EXPECT_TRUE(record.flag);
     record = reader.Next();
-    ExpectNames(record, ns_sensor::kBooleanValue, "b2", "");
+    ExpectNames(record, SK_StaticRecords::kBool, "b2", "");
     EXPECT_FALSE(record.flag);
     record = reader.Next();
-    ExpectNames(record, ns_sensor::kStringValue, "", "");
+    ExpectNames(record, SK_StaticRecords::kString, "", "");
     EXPECT_EQ(record.text, "");
     EXPECT_TRUE(std::isnan(reader.Next().number));
     EXPECT_TRUE(std::signbit(reader.Next().number));
@@ -62,10 +61,10 @@ TEST(SK_StaticRecords, EscapeDisplayNamesAndTextsAndNoMatchNames) {
   records.AddBool("m\"", "\b", true);
   SK_StaticRecords::Reader reader(records);
   Record const string = reader.Next();
-  ExpectNames(string, ns_sensor::kStringValue, "m\"\n", R"(d\"\n)");
+  ExpectNames(string, SK_StaticRecords::kString, "m\"\n", R"(d\"\n)");
   EXPECT_EQ(string.text, R"(v\\\t)");
-  ExpectNames(reader.Next(), ns_sensor::kNumberValue, "m\"", R"(a long name with a \"quotation\")");
-  ExpectNames(reader.Next(), ns_sensor::kBooleanValue, "m\"", R"(\b)");
+  ExpectNames(reader.Next(), SK_StaticRecords::kNumber, "m\"", R"(a long name with a \"quotation\")");
+  ExpectNames(reader.Next(), SK_StaticRecords::kBool, "m\"", R"(\b)");
 }
 
 TEST(SK_StaticRecords, TextsHaveAnyLengthAndAnyByte) {
@@ -87,6 +86,47 @@ TEST(SK_StaticRecords, TextsHaveAnyLengthAndAnyByte) {
     Record const record = reader.Next();
     ASSERT_TRUE(record.matchName == text && record.displayName == text && record.text == text) << text.size();
   }
+}
+
+TEST(SK_StaticRecords, GroupsAreCopiedWithWhatIsInThem) {
+  SK_StaticRecords inner;
+  inner.AddBool("b", "a flag", true);
+  for (int i = 0; i < 50; ++i) {
+    inner.AddNumber("n", "a number in a further piece", i);
+  }
+  SK_StaticRecords outer;
+  outer.AddBool("first", "first", true);
+  ASSERT_TRUE(outer.AddSmallGroup("g", "escaped \\n", inner));
+  SK_StaticRecords records;
+  ASSERT_TRUE(records.AddSmallGroup("h", "H", outer));
+  records.AddBool("last", "last", true);
+  inner.AddBool("too late", "", true);
+
+  SK_StaticRecords::Reader reader(records);
+  ExpectNames(reader.Next(), SK_StaticRecords::kGroup, "h", "H");
+  ExpectNames(reader.Next(), SK_StaticRecords::kBool, "first", "first");
+  ExpectNames(reader.Next(), SK_StaticRecords::kGroup, "g", "escaped \\n");
+  ExpectNames(reader.Next(), SK_StaticRecords::kBool, "b", "a flag");
+  for (int i = 0; i < 50; ++i) {
+    Record const record = reader.Next();
+    ExpectNames(record, SK_StaticRecords::kNumber, "n", "a number in a further piece");
+    EXPECT_EQ(record.number, i);
+  }
+  ExpectNames(reader.Next(), SK_StaticRecords::kEndOfGroup, "", "");
+  ExpectNames(reader.Next(), SK_StaticRecords::kEndOfGroup, "", "");
+  ExpectNames(reader.Next(), SK_StaticRecords::kBool, "last", "last");
+}
+
+TEST(SK_StaticRecords, LargeGroupsAreNotCopied) {
+  SK_StaticRecords children;
+  children.AddBool("b", "B", true);
+  SK_StaticRecords records;
+  // The group's kind, two lengths of two bytes and of one, the flag with its six bytes, and the end.
+  std::string const name(4096 - 1 - 2 - 1 - 6 - 1, 'n');
+  EXPECT_FALSE(records.AddSmallGroup(name + 'n', "", children));
+  EXPECT_TRUE(records.AddSmallGroup(name, "", children));
+  SK_StaticRecords::Reader reader(records);
+  EXPECT_EQ(reader.Next().matchName, name);
 }
 
 TEST(SK_StaticRecords, WithoutMemoryNothingIsAdded) {

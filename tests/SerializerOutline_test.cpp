@@ -8,6 +8,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "DynamicNodes.h"
@@ -178,6 +179,38 @@ TEST(SerializerOutlineRecords, StandBetweenObjectsWithTheirCommas) {
   std::string const innerText = kGroupHead + std::string(kFlagText) + "]}";
   EXPECT_EQ(OutlineOf(root), Around(number + ',' + text + ',' + kFlagText + ',' + innerText + ',' + kFlagText + ',' +
                                     number + ',' + innerText));
+}
+
+/// Trees of groups by chance, in both forms.
+TEST(SerializerOutlineRecords, GroupsThatAreGivenAwayHaveTheTextOfThoseThatAreHeld) {
+  std::mt19937 random(23);
+  for (int tree = 0; tree < 300; ++tree) {
+    auto const held = Group("root");
+    auto const given = Group("root");
+    held->AddStaticBool("f", "F", true);
+    given->AddStaticBool("f", "F", true);
+    std::vector<std::pair<std::shared_ptr<TdjsonGroupImpl>, std::shared_ptr<TdjsonGroupImpl>>> chain = {{held, given}};
+    for (std::size_t step = 0, steps = 1 + random() % 60; step != steps || chain.size() != 1;) {
+      auto const& [heldTop, givenTop] = chain.back();
+      std::size_t const choice = step == steps ? 2 : random() % 3;
+      step += step == steps ? 0 : 1;
+      if (choice == 0) {
+        std::string const text(random() % 8 == 0 ? 3000 : 3, '"');
+        heldTop->AddStaticString("s", "S", text);
+        givenTop->AddStaticString("s", "S", text);
+      } else if (choice == 1) {
+        std::string const name(1 + random() % 20, 'a');
+        chain.emplace_back(std::make_shared<TdjsonGroupImpl>(nullptr, "\"" + name, name),
+                           std::make_shared<TdjsonGroupImpl>(nullptr, "\"" + name, name));
+      } else if (chain.size() != 1) {
+        auto child = std::move(chain.back());
+        chain.pop_back();
+        chain.back().first->AddGroup(child.first);
+        chain.back().second->AddFinishedGroup(std::move(child.second));
+      }
+    }
+    ASSERT_EQ(OutlineOf(*given), OutlineOf(*held));
+  }
 }
 
 // The rule of commas goes by positions; a group that stays out has one.

@@ -476,6 +476,69 @@ TEST_F(Group, WithoutMemoryANodeWithoutAnObjectIsNotAddedByHalf) {
   }
 }
 
+TEST_F(Group, AFinishedGroupThatNobodyHoldsGoesIfItIsSmall) {
+  auto const small = [&] {
+    std::shared_ptr<TdjsonGroupImpl> group = OwnNewObject(new CountedGroup(this));
+    group->AddStaticBool("b", "B", true);
+    return group;
+  };
+  mGroup->AddFinishedGroup(small());
+  EXPECT_EQ(CountedGroup::gLiving, 0);
+  ASSERT_EQ(mGroup->GetNodeInfoList().size(), 1u);
+  EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), 1u);
+  SK_StaticRecords::Reader reader(mGroup->GetStaticRecords());
+  SK_StaticRecords::Record const record = reader.Next();
+  EXPECT_EQ(record.kind, SK_StaticRecords::kGroup);
+  EXPECT_EQ(record.matchName, "group");
+  EXPECT_EQ(record.displayName, "a group");
+
+  struct {
+    char const* name;
+    std::function<void(std::shared_ptr<TdjsonGroupImpl>&)> change;
+  } const others[] = {
+      {"large", [](auto& group) { group->AddStaticString("s", "S", std::string(5000, 's')); }},
+      {"empty", [](auto& group) { group->ResetGroup(); }},
+      {"with an object", [&](auto& group) { group->AddStaticData(Make<TdjsonStaticDataNumImpl>("N", "n", 1.0)); }},
+      {"with a group", [&](auto& group) { group->AddGroup(MakeGroup("inner")); }},
+  };
+  for (auto const& other : others) {
+    SCOPED_TRACE(other.name);
+    mGroup->ResetGroup();
+    auto group = small();
+    other.change(group);
+    TdjsonGroupImpl* const itself = group.get();
+    mGroup->AddFinishedGroup(std::move(group));
+    ASSERT_EQ(mGroup->GetNodeInfoList().size(), 1u);
+    EXPECT_FALSE(mGroup->GetNodeInfoList()[0].IsOfRecords());
+    EXPECT_EQ(mGroup->GetGroupList().at(0).get(), itself);
+  }
+  mGroup->ResetGroup();
+  auto const held = small();
+  mGroup->AddFinishedGroup(held);
+  EXPECT_EQ(mGroup->GetGroupList().at(0), held);
+  mGroup->ResetGroup();
+  ExpectWriterError([&] { mGroup->AddFinishedGroup(nullptr); }, 2003);
+}
+
+TEST_F(Group, WithoutMemoryAFinishedGroupIsNotAddedByHalf) {
+  int failures = 0;
+  for (bool again = true; again;) {
+    mGroup->ResetGroup();
+    auto inner = MakeGroup("inner");
+    inner->AddStaticString("s", "S", std::string(200, 's'));
+    FailingMemory const failing(static_cast<std::uint64_t>(failures) + 1);
+    try {
+      mGroup->AddFinishedGroup(std::move(inner));
+      again = false;
+    } catch (std::bad_alloc const&) {
+      ++failures;
+      ExpectNoChildren();
+    }
+  }
+  EXPECT_EQ(failures, 3) << "the place in the order, the piece and its place";
+  EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), 1u);
+}
+
 TEST_F(Group, TwoGroupsMayHaveOneChild) {
   auto outer = OwnNewObject(new CountedGroup(this));
   auto inner = OwnNewObject(new CountedGroup(this));

@@ -198,6 +198,11 @@ std::vector<Creation> Creations() {
        [](void* key, char const*) {
          Writer_Wrapper::CreateStaticDataString_Wrapper(key, kLongText, kLongText, kLongText, {});
        }},
+      {"AddGroup",
+       [](void* key, char const*) {
+         TdjsonGroupImpl group(key, "", "");
+         Writer_Wrapper::AddGroup_Wrapper(key, group, OwnNewObject(new TdjsonGroupImpl(key, kLongText, kLongText)));
+       }},
       {"AddStaticDataBool",
        [](void* key, char const*) {
          TdjsonGroupImpl group(key, "", "");
@@ -673,8 +678,10 @@ TEST_F(Wrapper, NodesThatNobodyHoldsGoToTheRealGroup) {
   ExpectWriterError([&] { Writer_Wrapper::AddStaticDataBool_Wrapper(this, group, "b", "B", true); }, 2016);
   ExpectWriterError([&] { Writer_Wrapper::AddStaticDataNum_Wrapper(this, group, "n", "N", 1); }, 2016);
   ExpectWriterError([&] { Writer_Wrapper::AddStaticDataString_Wrapper(this, group, "s", "S", "text"); }, 2016);
+  ExpectWriterError([&] { Writer_Wrapper::AddGroup_Wrapper(this, group, nullptr); }, 2016);
   TdjsonGroupImpl real(this, "", "");
   group.actual = &real;
+  ExpectWriterError([&] { Writer_Wrapper::AddGroup_Wrapper(this, group, nullptr); }, 2003);
   Writer_Wrapper::AddStaticDataBool_Wrapper(this, group, "b", "B", true);
   Writer_Wrapper::AddStaticDataNum_Wrapper(this, group, "n", "N", 1.5);
   Writer_Wrapper::AddStaticDataString_Wrapper(this, group, "s", "S", "text");

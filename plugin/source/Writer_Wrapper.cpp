@@ -1,6 +1,7 @@
 #include "Writer_Wrapper.h"
 
 #include <boost/variant.hpp>
+#include <utility>
 
 #include "SK_Error.h"
 #include "SK_WriterCast.h"
@@ -206,6 +207,11 @@ std::shared_ptr<ITdjsonStaticDataString_v1> Writer_Wrapper::CreateStaticDataStri
       OwnNewObject(new TdjsonStaticDataStringImpl(key, displayName, matchName, value));
   node->SetStringProperties(properties);
   return node;
+}
+
+void Writer_Wrapper::AddGroup_Wrapper(void* key, ITdjsonGroup_v1& parent, std::shared_ptr<ITdjsonGroup_v1> group) {
+  CheckKey(key);
+  ImplOf(parent).AddFinishedGroup(std::move(group));
 }
 
 void Writer_Wrapper::AddStaticDataBool_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,

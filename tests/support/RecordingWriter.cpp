@@ -167,6 +167,14 @@ std::shared_ptr<ITdjsonGroup_v1> Writer_Wrapper::CreateGroup_Wrapper(void* key, 
   return std::make_shared<GroupNode<ITdjsonGroup_v1>>(matchName);
 }
 
+void Writer_Wrapper::AddGroup_Wrapper(void* key, ITdjsonGroup_v1& parent, std::shared_ptr<ITdjsonGroup_v1> group) {
+  ExpectRoot(key);
+  EXPECT_EQ(group.use_count(), 1) << "the converter keeps what it has given away";
+  if (gKeepCalls) {
+    Record("add " + NameOf(*group) + " to " + NameOf(parent));
+  }
+}
+
 void Writer_Wrapper::AddStaticDataBool_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
                                                std::string_view displayName, bool value) {
   RecordNode(key, group, "bool", matchName, [&] { return Shown(displayName) + (value ? " true" : " false"); });

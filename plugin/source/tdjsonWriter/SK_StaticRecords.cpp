@@ -13,7 +13,8 @@ using SK_NAMESPACE_INT::CountLengthBytes;
 using SK_NAMESPACE_INT::PutLength;
 using SK_NAMESPACE_INT::TakeLength;
 
-// A record: its kind, match name, display name, and as its value the bytes of a double, a text, or one byte.
+// A record: its kind, match name, display name, and as its value the bytes of a double, a text, one byte, or nothing
+// for a group. Of the end of a group just the kind.
 
 std::size_t CountTextBytes(std::string_view text) {
   return CountLengthBytes(text.size()) + text.size();
@@ -36,20 +37,27 @@ std::string_view TakeText(char const*& from) {
 
 std::size_t CountValueBytes(SK_StaticRecords::Record const& record) {
   switch (record.kind) {
-    case ns_sensor::kNumberValue:
+    case SK_StaticRecords::kNumber:
       return sizeof record.number;
-    case ns_sensor::kStringValue:
+    case SK_StaticRecords::kString:
       return CountTextBytes(record.text);
     default:
       return 1;
   }
 }
 
+char* PutHead(char* to, SK_StaticRecords::eKind kind, std::string_view matchName, std::string_view displayName) {
+  *to++ = static_cast<char>(kind);
+  return PutText(PutText(to, matchName), displayName);
+}
+
+constexpr std::size_t kLargestSmallGroup = 4096;
+
 }  // namespace
 
 void SK_StaticRecords::AddNumber(std::string_view matchName, std::string_view displayName, double value) {
   Record record;
-  record.kind = ns_sensor::kNumberValue;
+  record.kind = kNumber;
   record.matchName = matchName;
   record.displayName = displayName;
   record.number = value;
@@ -59,7 +67,7 @@ void SK_StaticRecords::AddNumber(std::string_view matchName, std::string_view di
 void SK_StaticRecords::AddString(std::string_view matchName, std::string_view displayName, std::string_view value) {
   std::string escaped;
   Record record;
-  record.kind = ns_sensor::kStringValue;
+  record.kind = kString;
   record.matchName = matchName;
   record.displayName = displayName;
   record.text = EscapeInto(value, escaped);
@@ -68,7 +76,7 @@ void SK_StaticRecords::AddString(std::string_view matchName, std::string_view di
 
 void SK_StaticRecords::AddBool(std::string_view matchName, std::string_view displayName, bool value) {
   Record record;
-  record.kind = ns_sensor::kBooleanValue;
+  record.kind = kBool;
   record.matchName = matchName;
   record.displayName = displayName;
   record.flag = value;
@@ -80,14 +88,12 @@ void SK_StaticRecords::Add(Record const& record) {
   std::string_view const displayName = EscapeInto(record.displayName, escaped);
   char* to =
       mPieces.Extend(1 + CountTextBytes(record.matchName) + CountTextBytes(displayName) + CountValueBytes(record));
-  *to++ = static_cast<char>(record.kind);
-  to = PutText(to, record.matchName);
-  to = PutText(to, displayName);
+  to = PutHead(to, record.kind, record.matchName, displayName);
   switch (record.kind) {
-    case ns_sensor::kNumberValue:
+    case kNumber:
       std::memcpy(to, &record.number, sizeof record.number);
       break;
-    case ns_sensor::kStringValue:
+    case kString:
       PutText(to, record.text);
       break;
     default:
@@ -95,23 +101,39 @@ void SK_StaticRecords::Add(Record const& record) {
   }
 }
 
+bool SK_StaticRecords::AddSmallGroup(std::string_view matchName, std::string_view displayName,
+                                     SK_StaticRecords const& children) {
+  std::size_t const size = 1 + CountTextBytes(matchName) + CountTextBytes(displayName) + children.mPieces.GetSize() + 1;
+  if (size > kLargestSmallGroup) {
+    return false;
+  }
+  char* const to = mPieces.Extend(size);
+  *children.mPieces.CopyTo(PutHead(to, kGroup, matchName, displayName)) = static_cast<char>(kEndOfGroup);
+  return true;
+}
+
 SK_StaticRecords::Record SK_StaticRecords::Reader::Next() {
   char const* const begin = mRecords->mPieces.At(mPlace);
   char const* from = begin;
   Record record;
-  record.kind = static_cast<ns_sensor::eDataValueType>(*from++);
-  record.matchName = TakeText(from);
-  record.displayName = TakeText(from);
+  record.kind = static_cast<eKind>(*from++);
+  if (record.kind != kEndOfGroup) {
+    record.matchName = TakeText(from);
+    record.displayName = TakeText(from);
+  }
   switch (record.kind) {
-    case ns_sensor::kNumberValue:
+    case kNumber:
       std::memcpy(&record.number, from, sizeof record.number);
       from += sizeof record.number;
       break;
-    case ns_sensor::kStringValue:
+    case kString:
       record.text = TakeText(from);
       break;
-    default:
+    case kBool:
       record.flag = *from++ != 0;
+      break;
+    default:
+      break;
   }
   mPlace.offset += static_cast<std::size_t>(from - begin);
   return record;

@@ -1,7 +1,7 @@
-/// Static nodes that nobody but their group holds, as bytes one behind the other: a table becomes millions of them,
-/// and none is an object.
+/// Static nodes that nobody but their group holds, and small groups of such nodes, as bytes one behind the other: a
+/// table becomes millions of them, and none is an object.
 ///
-/// Display names and texts are escaped as they come in, match names are not looked at, as in the classes of static
+/// Display names and texts are escaped as they come in, match names are not looked at, as in the classes of the
 /// nodes. Digits, signs, ranges and lengths are found out when a node is written. `std::bad_alloc` adds nothing.
 #pragma once
 
@@ -9,15 +9,22 @@
 #include <string_view>
 
 #include "SK_BytePieces.h"
-#include "senmark/SK_BasicRecords.h"
 
 namespace SK_PLUGIN {
 
 class SK_StaticRecords {
  public:
-  /// A node, of whose values one counts. Its texts live in the records.
+  enum eKind : unsigned char {
+    kNumber,
+    kString,
+    kBool,
+    kGroup,       ///< begins: what follows is in it, up to its own end
+    kEndOfGroup,  ///< without names
+  };
+
+  /// One of its values counts, or none. Its texts live in the records.
   struct Record {
-    ns_sensor::eDataValueType kind = ns_sensor::kInvalidValue;
+    eKind kind = kEndOfGroup;
     bool flag = false;
     double number = 0;
     std::string_view matchName;
@@ -29,7 +36,11 @@ class SK_StaticRecords {
   void AddString(std::string_view matchName, std::string_view displayName, std::string_view value);
   void AddBool(std::string_view matchName, std::string_view displayName, bool value);
 
-  /// Gives the nodes in the order in which they came, as often as wanted.
+  /// Copies a group with all that is in it, if that takes so few bytes that groups in groups do not add up to much
+  /// copying. The display name is escaped already. Else false, with nothing done.
+  bool AddSmallGroup(std::string_view matchName, std::string_view displayName, SK_StaticRecords const& children);
+
+  /// Gives the records in the order in which they came, as often as wanted.
   class Reader {
    public:
     explicit Reader(SK_StaticRecords const& records) : mRecords(&records) {}

@@ -131,7 +131,7 @@ void SerializerOutline::VisitNextChild() {
     }
     case ns_sensor::kStaticChild: {
       if (child.IsOfRecords()) {
-        VisitRecords(level, child.CountRecords());
+        VisitRecords(level.records, child.CountRecords());
         break;
       }
       TdjsonStaticDataImpl const& node = NotNull(level.group->GetStaticDataList()[child.index - 1], kStaticNodeMissing);
@@ -148,14 +148,33 @@ void SerializerOutline::VisitNextChild() {
   }
 }
 
-void SerializerOutline::VisitRecords(Level& level, std::uint64_t count) {
+// All of them are written: a group is among records only if something is in it.
+void SerializerOutline::VisitRecords(SK_StaticRecords::Reader& records, std::uint64_t count) {
   OpenLevels();
-  for (std::uint64_t i = 0; i != count; ++i) {
-    if (i != 0) {
+  bool isFirst = true;
+  std::uint64_t openGroups = 0;
+  while (count != 0 || openGroups != 0) {
+    SK_StaticRecords::Record const record = records.Next();
+    if (record.kind == SK_StaticRecords::kEndOfGroup) {
+      mText.Put("]}");
+      --openGroups;
+      isFirst = false;
+      continue;
+    }
+    if (openGroups == 0) {
+      --count;
+    }
+    if (!isFirst) {
       mText.Put(',');
     }
-    serialize_StaticDataNode(level.records.Next());
-    EndNode();
+    isFirst = record.kind == SK_StaticRecords::kGroup;
+    if (isFirst) {
+      AppendGroupHead(record.matchName, record.displayName);
+      ++openGroups;
+    } else {
+      serialize_StaticDataNode(record);
+      EndNode();
+    }
   }
 }
 
@@ -187,8 +206,11 @@ void SerializerOutline::EndNode() {
 // Constant stretches of text are one literal each, here and below: nodes come by the million.
 
 void SerializerOutline::serialize_GroupNode(TdjsonGroupImpl const& group) {
-  AppendHead(R"({"objectType":"dataGroup","matchName":")", group.GetMatchName(), group.GetDisplayName(),
-             R"(","children":[)");
+  AppendGroupHead(group.GetMatchName(), group.GetDisplayName());
+}
+
+void SerializerOutline::AppendGroupHead(std::string_view matchName, std::string_view displayName) {
+  AppendHead(R"({"objectType":"dataGroup","matchName":")", matchName, displayName, R"(","children":[)");
 }
 
 void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& node) {
@@ -230,28 +252,30 @@ void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& nod
 
 // Properties as a node gets them that is made with those of a default record.
 void SerializerOutline::serialize_StaticDataNode(SK_StaticRecords::Record const& record) {
-  AppendStaticHead(record.matchName, record.displayName, record.kind);
   switch (record.kind) {
-    case ns_sensor::kNumberValue: {
+    case SK_StaticRecords::kNumber: {
       ns_sensor::SK_NumberProperties properties;
       ns_sensor::SK_NumberPattern& pattern = properties.pattern;
       StorePatternOfValue(pattern, pattern.digitsInteger, pattern.digitsDecimal, 0, record.number,
                           TextOf(record.number).View());
       FillRangeOfValue(properties.range, record.number);
+      AppendStaticHead(record.matchName, record.displayName, ns_sensor::kNumberValue);
       AppendStaticNumber(properties, record.number);
       break;
     }
-    case ns_sensor::kStringValue: {
+    case SK_StaticRecords::kString: {
       unsigned long long length = 0;
       unsigned long long digits = 0;
       calcPaddedStringProperties(record.text, length, digits);
       ns_sensor::SK_StringProperties properties;
       properties.maxLen = length;
       properties.maxDigitsInStrLength = digits;
+      AppendStaticHead(record.matchName, record.displayName, ns_sensor::kStringValue);
       AppendStaticString(properties, record.text);
       break;
     }
     default:
+      AppendStaticHead(record.matchName, record.displayName, ns_sensor::kBooleanValue);
       AppendStaticBool(record.flag);
   }
 }

@@ -49,11 +49,12 @@ class SerializerOutline {
   void Enter(TdjsonGroupImpl const& group);
   void Leave();
   void VisitNextChild();
-  void VisitRecords(Level& level, std::uint64_t count);
+  void VisitRecords(SK_StaticRecords::Reader& records, std::uint64_t count);
   void OpenLevels();
   void EndNode();
 
   void serialize_GroupNode(TdjsonGroupImpl const& group);
+  void AppendGroupHead(std::string_view matchName, std::string_view displayName);
   void serialize_StaticDataNode(TdjsonStaticDataImpl const& node);
   void serialize_StaticDataNode(SK_StaticRecords::Record const& record);
   void serialize_DynamicDataNode(TdjsonDynamicDataImpl const& node);

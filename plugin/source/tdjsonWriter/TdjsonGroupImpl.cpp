@@ -208,35 +208,63 @@ void TdjsonGroupImpl::addGroup(ITdjsonGroup_v1* child, void* result) {
 }
 
 void TdjsonGroupImpl::AddStaticNumber(std::string_view matchName, std::string_view displayName, double value) {
-  AddRecord([&] { mStaticRecords.AddNumber(matchName, displayName, value); });
+  AddRecord([&] {
+    mStaticRecords.AddNumber(matchName, displayName, value);
+    return true;
+  });
 }
 
 void TdjsonGroupImpl::AddStaticString(std::string_view matchName, std::string_view displayName,
                                       std::string_view value) {
-  AddRecord([&] { mStaticRecords.AddString(matchName, displayName, value); });
+  AddRecord([&] {
+    mStaticRecords.AddString(matchName, displayName, value);
+    return true;
+  });
 }
 
 void TdjsonGroupImpl::AddStaticBool(std::string_view matchName, std::string_view displayName, bool value) {
-  AddRecord([&] { mStaticRecords.AddBool(matchName, displayName, value); });
+  AddRecord([&] {
+    mStaticRecords.AddBool(matchName, displayName, value);
+    return true;
+  });
+}
+
+void TdjsonGroupImpl::AddFinishedGroup(std::shared_ptr<ITdjsonGroup_v1> child) {
+  if (child != nullptr && child.use_count() == 1) {
+    auto const& group = *CastOrThrow<TdjsonGroupImpl>(child->GetActualITdjsonGroup());
+    bool const isOfRecords = group.mNodeInfoList.size() == 1 && group.mNodeInfoList[0].IsOfRecords();
+    if (isOfRecords && AddRecord([&] {
+          return mStaticRecords.AddSmallGroup(group.mMatchName, group.mDisplayName, group.mStaticRecords);
+        })) {
+      return;
+    }
+  }
+  AddGroup(child);
 }
 
 // Both the order and the records grow or none does.
 template <typename Add>
-void TdjsonGroupImpl::AddRecord(Add const& add) {
+bool TdjsonGroupImpl::AddRecord(Add const& add) {
   bool const isRunning = !mNodeInfoList.empty() && mNodeInfoList.back().IsOfRecords();
   if (!isRunning) {
     ReserveFirst(mNodeInfoList);
     mNodeInfoList.push_back({ns_sensor::kStaticChild, NodeInfo::kRecords});
   }
+  bool isAdded = false;
   try {
-    add();
+    isAdded = add();
   } catch (...) {
     if (!isRunning) {
       mNodeInfoList.pop_back();
     }
     throw;
   }
-  ++mNodeInfoList.back().index;
+  if (isAdded) {
+    ++mNodeInfoList.back().index;
+  } else if (!isRunning) {
+    mNodeInfoList.pop_back();
+  }
+  return isAdded;
 }
 
 std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> const& TdjsonGroupImpl::GetDynamicDataList() const {

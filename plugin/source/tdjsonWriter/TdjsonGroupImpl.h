@@ -22,7 +22,8 @@ struct NodeInfo {
   ns_sensor::eGroupChildType type;
   std::uint64_t index;  ///< in the list of its kind, counted from 1; for records their count and `kRecords`
 
-  /// The entry stands for so many static nodes in a row, which are the next in the group's records.
+  /// The entry stands for so many nodes in a row, which are the next in the group's records: static nodes, and groups
+  /// of them.
   static constexpr std::uint64_t kRecords = std::uint64_t{1} << 63U;
 
   bool IsOfRecords() const { return (index & kRecords) != 0; }
@@ -52,6 +53,10 @@ class TdjsonGroupImpl : public virtual ITdjsonGroup_I, public virtual SharedObje
   void AddStaticString(std::string_view matchName, std::string_view displayName, std::string_view value);
   void AddStaticBool(std::string_view matchName, std::string_view displayName, bool value);
 
+  /// The same as `AddGroup` for a group that nobody changes any more. If nobody else holds it either, it may go, and
+  /// only what it says stays.
+  void AddFinishedGroup(std::shared_ptr<ITdjsonGroup_v1> child);
+
   virtual std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> const& GetDynamicDataList() const;
   virtual std::vector<std::shared_ptr<TdjsonStaticDataImpl>> const& GetStaticDataList() const;
   virtual std::vector<std::shared_ptr<TdjsonGroupImpl>> const& GetGroupList() const;
@@ -64,7 +69,7 @@ class TdjsonGroupImpl : public virtual ITdjsonGroup_I, public virtual SharedObje
 
  private:
   template <typename Add>
-  void AddRecord(Add const& add);
+  bool AddRecord(Add const& add);
 
   std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> mDynamicDataList;
   std::vector<std::shared_ptr<TdjsonStaticDataImpl>> mStaticDataList;

@@ -152,11 +152,11 @@ bool JsonConverter::WalkChain(std::vector<OpenGroup>& chain) {
       open.items->Increment();
       continue;
     }
-    OpenGroup const done = std::move(open);
+    OpenGroup done = std::move(open);
     chain.pop_back();
     if (done.parent != nullptr) {
       if (done.hasAdded) {
-        done.parent->AddGroup(done.group);
+        Writer_Wrapper::AddGroup_Wrapper(this, *done.parent, std::move(done.group));
       } else {
         mNames.Forget(done.longName);
       }
