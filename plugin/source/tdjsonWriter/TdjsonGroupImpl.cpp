@@ -229,7 +229,7 @@ void TdjsonGroupImpl::AddStaticBool(std::string_view matchName, std::string_view
   });
 }
 
-void TdjsonGroupImpl::AddFinishedGroup(std::shared_ptr<ITdjsonGroup_v1> child) {
+void TdjsonGroupImpl::AddFinishedGroup(std::shared_ptr<ITdjsonGroup_v1>&& child) {
   if (child != nullptr && child.use_count() == 1) {
     auto const& group = *CastOrThrow<TdjsonGroupImpl>(child->GetActualITdjsonGroup());
     bool const isOfRecords = group.mNodeInfoList.size() == 1 && group.mNodeInfoList[0].IsOfRecords();

@@ -55,7 +55,7 @@ class TdjsonGroupImpl : public virtual ITdjsonGroup_I, public virtual SharedObje
 
   /// The same as `AddGroup` for a group that nobody changes any more. If nobody else holds it either, it may go, and
   /// only what it says stays.
-  void AddFinishedGroup(std::shared_ptr<ITdjsonGroup_v1> child);
+  void AddFinishedGroup(std::shared_ptr<ITdjsonGroup_v1>&& child);
 
   virtual std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> const& GetDynamicDataList() const;
   virtual std::vector<std::shared_ptr<TdjsonStaticDataImpl>> const& GetStaticDataList() const;
