@@ -1,6 +1,7 @@
 #include "OpeningHost.h"
 
 #include <malloc.h>
+#include <sys/resource.h>
 
 #include <atomic>
 #include <cstdio>
@@ -50,6 +51,27 @@ double OpeningHost::SecondsToOpen(std::string const& path, char const* output) {
   double const seconds = watch.Seconds();
   Close(handler);
   return seconds;
+}
+
+namespace {
+
+double SecondsIn(timeval const& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+}
+
+}  // namespace
+
+Cost CostOf(std::function<void()> const& work) {
+  rusage before = {};
+  rusage after = {};
+  ::getrusage(RUSAGE_SELF, &before);
+  Stopwatch const watch;
+  work();
+  double const seconds = watch.Seconds();
+  ::getrusage(RUSAGE_SELF, &after);
+  return {seconds, SecondsIn(after.ru_utime) - SecondsIn(before.ru_utime),
+          SecondsIn(after.ru_stime) - SecondsIn(before.ru_stime),
+          static_cast<double>(after.ru_minflt - before.ru_minflt)};
 }
 
 std::string TempFolder() {

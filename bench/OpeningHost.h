@@ -40,6 +40,26 @@ class Stopwatch {
   Clock::time_point mStart = Clock::now();
 };
 
+/// What a stretch of work took: time on the clock, time that the process ran, in its own code and in the system's for
+/// it, and the pages of memory that it touched for the first time.
+struct Cost {
+  double seconds = 0;
+  double userSeconds = 0;
+  double systemSeconds = 0;
+  double pageFaults = 0;
+
+  Cost& operator+=(Cost const& other) {
+    seconds += other.seconds;
+    userSeconds += other.userSeconds;
+    systemSeconds += other.systemSeconds;
+    pageFaults += other.pageFaults;
+    return *this;
+  }
+  double CpuSeconds() const { return userSeconds + systemSeconds; }
+};
+
+Cost CostOf(std::function<void()> const& work);
+
 /// The folder for temporary files, with its separator.
 std::string TempFolder();
 

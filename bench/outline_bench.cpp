@@ -29,6 +29,17 @@ std::string StaticNumberNode(int number) {
          digits + ".25}";
 }
 
+/// As the library's writer leaves it, letter for letter.
+std::string WrittenNumberNode(int number) {
+  std::string const digits = std::to_string(number);
+  std::string const value = digits + ".25";
+  return R"({"objectType":"dataStatic","matchName":"speed)" + digits + R"(","displayName":"Speed )" + digits +
+         R"(","dataType":{"type":"number","numberStringProperties":{"pattern":{"isSigned":false,"digitsDecimal":2,)"
+         R"("digitsInteger":)" +
+         std::to_string(digits.size()) + R"(},"range":{"occurring":{"min":)" + value + R"(,"max":)" + value +
+         R"(},"legal":{"min":)" + value + R"(,"max":)" + value + R"(}}}},"value":)" + value + '}';
+}
+
 std::string DynamicNode(int number) {
   std::string const digits = std::to_string(number);
   return R"({"objectType":"dataDynamic","displayName":"Track )" + digits + R"(","matchName":"track)" + digits +
@@ -47,10 +58,10 @@ std::string Group(int number, std::string const& children) {
          R"(","children":[)" + children + "]}";
 }
 
-std::string StaticOutline(int nodes) {
+std::string StaticOutline(int nodes, std::string (*node)(int number)) {
   std::string text = "[";
   for (int i = 0; i < nodes; ++i) {
-    text += (i == 0 ? "" : ",") + StaticNumberNode(i);
+    text += (i == 0 ? "" : ",") + node(i);
   }
   return text + "]";
 }
@@ -100,8 +111,8 @@ std::string Pretty(std::string const& compact) {
 std::size_t ParseWithScanner(std::string const& text) {
   JAllocator allocator;
   JValue outline;
-  SK_TdjsonParserUtils::ParseJsonArray(text.data(), text.data() + text.size(), text.data(), "dataOutline", outline,
-                                       allocator, 0);
+  SK_TdjsonParserUtils::ParseOutline(text.data(), text.data() + text.size(), text.data(), "dataOutline", outline,
+                                     allocator);
   return allocator.Size();
 }
 
@@ -146,10 +157,11 @@ void Register(char const* name, std::string const& text, int nodes) {
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  std::string const statics = StaticOutline(20000);
+  std::string const statics = StaticOutline(20000, StaticNumberNode);
   std::string const mixed = MixedOutline(1000);
   Register("StaticNumbers/compact", statics, 20000);
   Register("StaticNumbers/pretty", Pretty(statics), 20000);
+  Register("StaticNumbers/as_written", StaticOutline(20000, WrittenNumberNode), 20000);
   Register("MixedGroups/compact", mixed, 10000);
   Register("MixedGroups/pretty", Pretty(mixed), 10000);
   benchmark::RunSpecifiedBenchmarks();

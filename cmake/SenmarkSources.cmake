@@ -43,6 +43,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
     plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
     plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
+    plugin/source/tdjsonWriter/SK_StaticRecords.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     plugin/source/tdjsonWriter/Serializer.cpp
@@ -90,6 +91,7 @@ set(SENMARK_SOURCES
     source/NativeConverters/SV/SVSupport.cpp
     source/NativeConverters/SV/SVUnitInput.cpp
     source/NativeConverters/SV/TSVConverter.cpp
+    source/SK_BytePieces.cpp
     source/SK_ClientTable.cpp
     source/SK_ConversionInfo.cpp
     source/SK_ConverterManager.cpp
@@ -115,6 +117,7 @@ set(SENMARK_SOURCES
     source/SK_OSMemory-POSIX.cpp
     source/SK_OutlinePath.cpp
     source/SK_OutlineReader.cpp
+    source/SK_PackedDataType.cpp
     source/SK_RapidJson.cpp
     source/SK_RecordReset.cpp
     source/SK_RelativeTimeReader.cpp

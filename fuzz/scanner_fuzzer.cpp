@@ -1,5 +1,6 @@
 /// Feeds one text to every operation of the scanner. An `SK_Exception` is an expected end; anything else, a read
-/// outside the text or a position outside it is a finding.
+/// outside the text or a position outside it is a finding. So is an outline with packed data types that ends elsewhere
+/// than one without.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -15,18 +16,26 @@ using SK_NAMESPACE_INT::JAllocator;
 using SK_NAMESPACE_INT::JValue;
 using SK_NAMESPACE_INT::SK_TdjsonParserUtils;
 
+/// Where it ended, and the message of an error.
+struct End {
+  std::string message;
+  long long offset;
+};
+
 /// parse  gives the position that it reached
 template <typename Parse>
-void Run(char const* begin, char const* end, Parse parse) {
+End Run(char const* begin, char const* end, Parse parse) {
   try {
     char const* const next = parse();
     if (next < begin || next > end) {
       __builtin_trap();
     }
+    return {std::string(), next - begin};
   } catch (ns_sensor::SK_Exception const& error) {
     if (error.GetErrorCode() != ns_sensor::kJsonSyntax || error.GetFileOffset() > end - begin) {
       __builtin_trap();
     }
+    return {error.GetLocalizedErrMsg(), error.GetFileOffset()};
   }
 }
 
@@ -46,7 +55,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   std::string string;
   double number = 0;
   char const* p = begin;
-  Run(begin, end, [&] { return SK_TdjsonParserUtils::ParseJsonArray(begin, end, begin, name, value, allocator, 0); });
+  End const plain = Run(
+      begin, end, [&] { return SK_TdjsonParserUtils::ParseJsonArray(begin, end, begin, name, value, allocator, 0); });
+  End const packed =
+      Run(begin, end, [&] { return SK_TdjsonParserUtils::ParseOutline(begin, end, begin, name, value, allocator); });
+  if (plain.message != packed.message || plain.offset != packed.offset) {
+    __builtin_trap();
+  }
   Run(begin, end, [&] { return SK_TdjsonParserUtils::ParseJsonObject(begin, end, begin, name, value, allocator, 0); });
   Run(begin, end,
       [&] { return SK_TdjsonParserUtils::ParseJsonString(begin, end, begin, string, false, name.c_str()); });

@@ -6,6 +6,7 @@
 
 #include "SK_IntegerOf.h"
 #include "SK_NumberText.h"
+#include "SK_PackedDataType.h"
 
 namespace SK_NAMESPACE_INT {
 
@@ -133,6 +134,15 @@ SK_NumberArrayProperties GetNumberArrayProperties(JValue const& properties) {
   return result;
 }
 
+void Unpack(SK_PackedDataType const& packed, SK_DataType& out) {
+  out.type = packed.GetKind();
+  if (out.type == ns_sensor::kNumberValue) {
+    out.properties.value = packed.GetNumberProperties();
+  } else if (out.type == ns_sensor::kStringValue) {
+    out.properties.value = packed.GetStringProperties();
+  }
+}
+
 }  // namespace
 
 JValue const* SK_OutlineReader::Find(JValue const& node, char const* key) {
@@ -221,6 +231,10 @@ eErrorCode SK_OutlineReader::GetDataType(JValue const& node, SK_DataType& out, b
   JValue const* const dataType = Find(node, "dataType");
   if (dataType == nullptr) {
     return kPropertyMissing;
+  }
+  if (SK_PackedDataType const* const packed = SK_PackedDataType::Of(*dataType)) {
+    Unpack(*packed, out);
+    return kNoError;
   }
   std::string type;
   GetStringValue(*dataType, "type", type);

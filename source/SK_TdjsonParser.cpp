@@ -140,8 +140,11 @@ char const* SK_TdjsonParser::ParseCreator(char const* p, char const* end) {
 }
 
 char const* SK_TdjsonParser::ParseDataOutline(char const* p, char const* end) {
-  char const* const behind = SK_TdjsonParserUtils::ParseJsonArray(p, end, mFileStartAddress, "dataOutline",
-                                                                  mDataOutline, mDataOutline.GetAllocator(), 0);
+  JAllocator& allocator = mDataOutline.GetAllocator();
+  char const* const behind =
+      GetTDJSONVersion() == kTdjsonVersion2
+          ? SK_TdjsonParserUtils::ParseOutline(p, end, mFileStartAddress, "dataOutline", mDataOutline, allocator)
+          : SK_TdjsonParserUtils::ParseJsonArray(p, end, mFileStartAddress, "dataOutline", mDataOutline, allocator, 0);
   CacheDynamicDataOutline(GetValidator().ValidateOutline(mDataOutline, p, behind));
   return behind;
 }

@@ -13,6 +13,7 @@
 #include "SK_JsonName.h"
 #include "SK_JsonNumber.h"
 #include "SK_JsonText.h"
+#include "SK_PackedDataType.h"
 
 namespace SK_NAMESPACE_INT {
 
@@ -108,14 +109,16 @@ void AddInlineText(JDocument& document, char const* text, SizeType length,
 /// its own until their number is known: so each container takes exactly the memory that its items need.
 class ContainerScanner {
  public:
-  ContainerScanner(char const* end, char const* base, JDocument& document)
-      : mEnd(end), mBase(base), mDocument(document) {}
+  /// packer  for the data types of static nodes; null leaves them values like all others.
+  ContainerScanner(char const* end, char const* base, JDocument& document, SK_DataTypePacker* packer = nullptr)
+      : mEnd(end), mBase(base), mDocument(document), mPacker(packer) {}
 
   /// Each gives the position behind the closing byte.
   char const* ScanObject(char const* p, SK_JsonName const& name, unsigned depth) {
     p = Open(p, '{', "JSON Object", name, depth);
     mDocument.StartObject();
     std::size_t count = 0;
+    bool isStaticNode = false;
     for (bool isClosed = false; !isClosed; ++count) {
       SK_JsonText key;
       if (!FindJsonText(p, mEnd, key)) {
@@ -123,7 +126,14 @@ class ContainerScanner {
       }
       AddKey(key);
       SK_JsonName const memberName(name, key);
-      p = ScanValue(SkipColon(key), memberName, depth);
+      p = SkipColon(key);
+      if (count == 0) {
+        // Where a key comes twice, the first one counts.
+        isStaticNode = mPacker != nullptr && IsKey(key, "objectType") && IsWordBeforeEnd(p, mEnd, R"("dataStatic")");
+      }
+      if (!isStaticNode || !PackDataType(key, p, depth)) {
+        p = ScanValue(p, memberName, depth);
+      }
       p = SkipSeparator(p, '}', memberName, isClosed);
     }
     mDocument.EndObject(CheckSize(count));
@@ -157,6 +167,23 @@ class ContainerScanner {
       ThrowJsonTypeError(p, mBase, name, type);
     }
     return p;
+  }
+
+  template <std::size_t kSize>
+  static bool IsKey(SK_JsonText const& key, char const (&literal)[kSize]) {
+    return key.GetSize() == kSize - 1 && std::memcmp(key.begin, literal, kSize - 1) == 0;
+  }
+
+  /// False, with nothing done, if the value at `p` is no data type or one for which there is no short form.
+  bool PackDataType(SK_JsonText const& key, char const*& p, unsigned depth) {
+    if (!IsKey(key, "dataType") || depth + SK_PackedDataType::kDepth > SK_TdjsonParserUtils::kMaxNestingDepth) {
+      return false;
+    }
+    SK_PackedDataType const* const packed = mPacker->Pack(p, mEnd);
+    if (packed != nullptr) {
+      packed->AddTo(mDocument);
+    }
+    return packed != nullptr;
   }
 
   char const* SkipColon(SK_JsonText const& key) const {
@@ -236,6 +263,7 @@ class ContainerScanner {
   char const* mEnd;
   char const* mBase;
   JDocument& mDocument;
+  SK_DataTypePacker* mPacker;
 };
 
 /// Moves what `scan` builds to `out`; after an error `out` is as before.
@@ -308,6 +336,14 @@ char const* SK_TdjsonParserUtils::ParseJsonArray(char const* p, char const* end,
                                                  unsigned short depth) {
   return Build(out, allocator, [&](JDocument& document) {
     return ContainerScanner(end, base, document).ScanArray(p, SK_JsonName(name), depth);
+  });
+}
+
+char const* SK_TdjsonParserUtils::ParseOutline(char const* p, char const* end, char const* base,
+                                               std::string const& name, JValue& out, JAllocator& allocator) {
+  SK_DataTypePacker packer(allocator);
+  return Build(out, allocator, [&](JDocument& document) {
+    return ContainerScanner(end, base, document, &packer).ScanArray(p, SK_JsonName(name), 0);
   });
 }
 

@@ -38,6 +38,9 @@ class SK_TdjsonParserUtils {
                                      JValue& out, JAllocator& allocator, unsigned short depth);
   static char const* ParseJsonArray(char const* p, char const* end, char const* base, std::string const& name,
                                     JValue& out, JAllocator& allocator, unsigned short depth);
+  /// An array of nodes of version 2. Data types of its static nodes may be `SK_PackedDataType`s.
+  static char const* ParseOutline(char const* p, char const* end, char const* base, std::string const& name,
+                                  JValue& out, JAllocator& allocator);
 
   /// d times 10 to the p, for p up to 308, by one multiplication or division. Below -308 the first divides twice and
   /// the second gives 0.

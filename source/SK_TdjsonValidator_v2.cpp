@@ -3,6 +3,7 @@
 #include <string>
 
 #include "SK_Error.h"
+#include "SK_PackedDataType.h"
 
 namespace SK_NAMESPACE_INT {
 
@@ -11,6 +12,12 @@ namespace {
 // The stray comma and full stop are part of the texts that hosts see.
 constexpr char kStaticTypes[] = R"(one of "number", "string" , "boolean" or "numberArray")";
 constexpr char kDynamicTypes[] = R"(one of "numberString", "paddedString" or "numberStringArray".)";
+
+/// Null for a data type that is not packed, and without one.
+SK_PackedDataType const* FindPackedDataType(JValue const& node) {
+  JValue const* const dataType = FindValue(node, "dataType");
+  return dataType == nullptr ? nullptr : SK_PackedDataType::Of(*dataType);
+}
 
 /// Everything else in the object is read by what this key says, so it has to come first.
 void CheckFirstPropertyIsTimeInfo(JValue const& info) {
@@ -54,6 +61,9 @@ void SK_TdjsonValidator_v2::ValidateDataDynamic(JValue const& node, SK_OutlinePa
 }
 
 void SK_TdjsonValidator_v2::ValidateDataType(JValue const& node, SK_OutlinePath const& path, bool isStatic) const {
+  if (FindPackedDataType(node) != nullptr) {
+    return;
+  }
   JValue const& dataType = RequireObject(node, "dataType", path);
   SK_OutlinePath const dataTypePath(path, "dataType");
   std::string_view const type = TextOf(RequireString(dataType, "type", dataTypePath));
@@ -93,7 +103,10 @@ void SK_TdjsonValidator_v2::CheckForValidDynamicDataType(std::string_view type, 
 void SK_TdjsonValidator_v2::ValidateDataValue(JValue const& node, SK_OutlinePath const& path) const {
   JValue const* const found = FindValue(node, "value");
   JValue const& value = found != nullptr ? *found : FindProperty(node, "value", path).value;
-  std::string_view const type = TextOf(RequireString(RequireObject(node, "dataType", path), "type", path));
+  SK_PackedDataType const* const packed = FindPackedDataType(node);
+  std::string_view const type = packed != nullptr
+                                    ? packed->GetType()
+                                    : TextOf(RequireString(RequireObject(node, "dataType", path), "type", path));
   if (type == "number") {
     CheckForNumberType(value, "value", path);
   } else if (type == "string") {

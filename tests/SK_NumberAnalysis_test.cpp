@@ -306,6 +306,11 @@ class EscapedText : public testing::TestWithParam<Escaped> {};
 
 TEST_P(EscapedText, IsWritten) {
   EXPECT_EQ(escapeHandling(GetParam().text), GetParam().escaped);
+  std::string const text = GetParam().text;
+  std::string copy = "what was there before";
+  std::string_view const view = EscapeInto(text, copy);
+  EXPECT_EQ(view, GetParam().escaped);
+  EXPECT_EQ(view.data(), view == text ? text.data() : copy.data());
 }
 
 // Texts are looked at eight bytes at a time.

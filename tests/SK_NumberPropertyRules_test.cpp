@@ -275,6 +275,43 @@ TEST(NumberPropertyRules, WhatOccursBecomesLegalInEachRange) {
   EXPECT_EQ(ranges[1].legal.max, 8);
 }
 
+TEST(NumberPropertyRules, APatternOfOneValueIsStoredAndWidened) {
+  SK_NumberPattern pattern;
+  StorePatternOfValue(pattern, kMark, kMark, 0, -12.25, "-12.25");
+  EXPECT_EQ(pattern.digitsInteger, 2u);
+  EXPECT_EQ(pattern.digitsDecimal, 2u);
+  EXPECT_TRUE(pattern.isSigned);
+  StorePatternOfValue(pattern, 1, 0, 1, 12.25, "12.25");
+  EXPECT_EQ(pattern.digitsInteger, 1u);
+  EXPECT_EQ(pattern.digitsDecimal, 0u);
+  EXPECT_TRUE(pattern.isSigned);
+  ExpectWriterError([&] { StorePatternOfValue(pattern, kMark, 5, 0, -1, "-1"); }, 2006);
+  EXPECT_EQ(pattern.digitsDecimal, 5u) << "stored before it is looked at";
+  EXPECT_FALSE(pattern.isSigned) << "the value is not looked at any more";
+}
+
+TEST(NumberPropertyRules, ARangeOfOneValueIsFilledWhereItIsAutomatic) {
+  SK_NumberRange range;
+  FillRangeOfValue(range, 3.5);
+  EXPECT_EQ(range.occurring.min, 3.5);
+  EXPECT_EQ(range.occurring.max, 3.5);
+  EXPECT_EQ(range.legal.min, 3.5);
+  EXPECT_EQ(range.legal.max, 3.5);
+  range = SK_NumberRange();
+  range.occurring.min = 1;
+  range.occurring.max = 2;
+  FillRangeOfValue(range, 3.5);
+  EXPECT_EQ(range.occurring.max, 2);
+  EXPECT_EQ(range.legal.min, 1);
+  EXPECT_EQ(range.legal.max, 2);
+  range = SK_NumberRange();
+  range.legal.min = 1;
+  ExpectWriterError([&] { FillRangeOfValue(range, 3.5); }, 2008);
+  EXPECT_EQ(range.occurring.min, 3.5) << "what occurs comes first";
+  range.occurring.max = std::numeric_limits<double>::lowest();
+  ExpectWriterError([&] { FillRangeOfValue(range, 3.5); }, 2007);
+}
+
 TEST(NumberPropertyRules, NamesAreNumberedFromZero) {
   std::vector<std::string> names;
   AppendNumberedNames(names, "pos", 0);

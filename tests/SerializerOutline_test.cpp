@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <limits>
 #include <memory>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "DynamicNodes.h"
@@ -86,6 +89,138 @@ char const kStreamText[] =
     R"({"objectType":"dataDynamic","matchName":"arm","displayName":"Arm","sampleSetID":"Sarm","interpolation":"linear",)"
     R"("hasExpectedFrequencyB":false,"sampleCount":4,"dataType":{"type":"paddedString","paddedStringProperties":)"
     R"({"maxDigitsInStrLength":0,"maxLen":0,"eventMarkerB":false}}})";
+
+// Nodes without an object.
+
+/// One node in both forms, made of what a native converter knows.
+struct StaticNode {
+  ns_sensor::eDataValueType kind;
+  double number;
+  std::string text;
+
+  void AddTo(ListedGroup& objects, TdjsonGroupImpl& records) const {
+    std::string const name = "m" + text;
+    switch (kind) {
+      case ns_sensor::kNumberValue: {
+        auto node = std::make_shared<TdjsonStaticDataNumImpl>(nullptr, text, name, number);
+        node->SetNumberPattern({});
+        node->SetNumberRange({});
+        objects.Add(node);
+        records.AddStaticNumber(name, text, number);
+        break;
+      }
+      case ns_sensor::kStringValue: {
+        auto node = std::make_shared<TdjsonStaticDataStringImpl>(nullptr, text, name, text + text);
+        node->SetStringProperties({});
+        objects.Add(node);
+        records.AddStaticString(name, text, text + text);
+        break;
+      }
+      default:
+        objects.Add(std::make_shared<TdjsonStaticDataBoolImpl>(nullptr, text, name, number != 0));
+        records.AddStaticBool(name, text, number != 0);
+    }
+  }
+};
+
+TEST(SerializerOutlineRecords, HaveTheTextOfObjects) {
+  std::vector<StaticNode> nodes;
+  for (double const number : {0.0, -0.0, 1.0, -1.0, 12.5, 9.95, 1e15, 1e16, 123456789012345678.0, 1e-5, -2.5e-10, 1e300,
+                              5e-324, std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest(),
+                              std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                              std::numeric_limits<double>::quiet_NaN()}) {
+    nodes.push_back({ns_sensor::kNumberValue, number, "n"});
+    nodes.push_back({ns_sensor::kBooleanValue, number, "b"});
+  }
+  for (std::string const& text : {std::string(), std::string("text"), std::string("\"\\\b\f\n\r\t"),
+                                  std::string("\0\x01\xFF", 3), std::string(5, 'x'), std::string(70000, '"')}) {
+    nodes.push_back({ns_sensor::kStringValue, 0, text});
+    nodes.push_back({ns_sensor::kNumberValue, 1, text});
+    nodes.push_back({ns_sensor::kBooleanValue, 1, text});
+  }
+  std::mt19937_64 random(17);
+  for (int i = 0; i < 20000; ++i) {
+    double number = 0;
+    std::uint64_t const bits = random();
+    std::memcpy(&number, &bits, sizeof number);
+    nodes.push_back({ns_sensor::kNumberValue, number, std::to_string(bits % 1000)});
+    nodes.push_back({ns_sensor::kNumberValue, static_cast<double>(bits % 4000000) / 1e4 - 200, "n"});
+  }
+  ListedGroup objects;
+  TdjsonGroupImpl records(nullptr, "G", "g");
+  for (StaticNode const& node : nodes) {
+    node.AddTo(objects, records);
+  }
+  ASSERT_EQ(records.GetNodeInfoList().size(), 1u);
+  std::vector<std::string> pieces;
+  EXPECT_TRUE(OutlineOf(records, &pieces) == OutlineOf(objects));
+  EXPECT_GT(pieces.size(), 3u) << "the text goes out in pieces here too";
+}
+
+TEST(SerializerOutlineRecords, StandBetweenObjectsWithTheirCommas) {
+  std::string const number =
+      R"({"objectType":"dataStatic","matchName":"n","displayName":"N","dataType":{"type":"number",)"
+      R"("numberStringProperties":{"pattern":{"isSigned":true,"digitsDecimal":1,"digitsInteger":2},)"
+      R"("range":{"occurring":{"min":-12.5,"max":-12.5},"legal":{"min":-12.5,"max":-12.5}}}},"value":-12.5})";
+  std::string const text =
+      R"({"objectType":"dataStatic","matchName":"s","displayName":"S","dataType":{"type":"string",)"
+      R"("paddedStringProperties":{"maxDigitsInStrLength":1,"maxLen":3,"eventMarkerB":false}},"value":"a\n"})";
+  auto const inner = Group();
+  inner->AddStaticBool("f", "F", true);
+  TdjsonGroupImpl root(nullptr, "G", "g");
+  root.AddStaticNumber("n", "N", -12.5);
+  root.AddStaticString("s", "S", "a\n");
+  root.AddStaticData(Flag());
+  root.AddGroup(inner);
+  root.AddStaticBool("f", "F", true);
+  root.AddGroup(Group());
+  root.AddStaticNumber("n", "N", -12.5);
+  root.AddGroup(inner);
+  std::string const innerText = kGroupHead + std::string(kFlagText) + "]}";
+  EXPECT_EQ(OutlineOf(root), Around(number + ',' + text + ',' + kFlagText + ',' + innerText + ',' + kFlagText + ',' +
+                                    number + ',' + innerText));
+}
+
+/// Trees of groups by chance, in both forms.
+TEST(SerializerOutlineRecords, GroupsThatAreGivenAwayHaveTheTextOfThoseThatAreHeld) {
+  std::mt19937 random(23);
+  for (int tree = 0; tree < 300; ++tree) {
+    auto const held = Group("root");
+    auto const given = Group("root");
+    held->AddStaticBool("f", "F", true);
+    given->AddStaticBool("f", "F", true);
+    std::vector<std::pair<std::shared_ptr<TdjsonGroupImpl>, std::shared_ptr<TdjsonGroupImpl>>> chain = {{held, given}};
+    for (std::size_t step = 0, steps = 1 + random() % 60; step != steps || chain.size() != 1;) {
+      auto const& [heldTop, givenTop] = chain.back();
+      std::size_t const choice = step == steps ? 2 : random() % 3;
+      step += step == steps ? 0 : 1;
+      if (choice == 0) {
+        std::string const text(random() % 8 == 0 ? 3000 : 3, '"');
+        heldTop->AddStaticString("s", "S", text);
+        givenTop->AddStaticString("s", "S", text);
+      } else if (choice == 1) {
+        std::string const name(1 + random() % 20, 'a');
+        chain.emplace_back(std::make_shared<TdjsonGroupImpl>(nullptr, "\"" + name, name),
+                           std::make_shared<TdjsonGroupImpl>(nullptr, "\"" + name, name));
+      } else if (chain.size() != 1) {
+        auto child = std::move(chain.back());
+        chain.pop_back();
+        chain.back().first->AddGroup(child.first);
+        chain.back().second->AddFinishedGroup(std::move(child.second));
+      }
+    }
+    ASSERT_EQ(OutlineOf(*given), OutlineOf(*held));
+  }
+}
+
+// The rule of commas goes by positions; a group that stays out has one.
+TEST(SerializerOutlineRecords, BehindAGroupThatStaysOutBeginWithAComma) {
+  TdjsonGroupImpl root(nullptr, "G", "g");
+  root.AddGroup(Group());
+  root.AddStaticBool("f", "F", true);
+  root.AddStaticBool("f", "F", true);
+  EXPECT_EQ(OutlineOf(root), Around(std::string(",") + kFlagText + ',' + kFlagText));
+}
 
 // Static nodes.
 

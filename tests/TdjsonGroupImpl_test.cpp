@@ -419,6 +419,126 @@ TEST_F(Group, AChildThatIsAddedTwiceIsThereTwice) {
   EXPECT_EQ(mGroup->GetNodeInfoList()[1].index, 2u);
 }
 
+TEST_F(Group, NodesWithoutAnObjectStandInTheOrderOfTheirArrival) {
+  mGroup->AddStaticNumber("n", "a \"number\"", 1.5);
+  mGroup->AddStaticString("s", "S", "a\n");
+  mGroup->AddGroup(MakeGroup("inner"));
+  mGroup->AddStaticData(Make<TdjsonStaticDataNumImpl>("N", "n2", 2.0));
+  mGroup->AddStaticBool("b", "B", true);
+  std::vector<NodeInfo> const& order = mGroup->GetNodeInfoList();
+  ASSERT_EQ(order.size(), 4u);
+  EXPECT_EQ(order[0].type, ns_sensor::kStaticChild);
+  EXPECT_TRUE(order[0].IsOfRecords());
+  EXPECT_EQ(order[0].CountRecords(), 2u);
+  EXPECT_EQ(order[1].type, ns_sensor::kGroupChild);
+  EXPECT_FALSE(order[1].IsOfRecords());
+  EXPECT_EQ(order[2].type, ns_sensor::kStaticChild);
+  EXPECT_FALSE(order[2].IsOfRecords());
+  EXPECT_EQ(order[2].index, 1u);
+  EXPECT_TRUE(order[3].IsOfRecords());
+  EXPECT_EQ(order[3].CountRecords(), 1u);
+  EXPECT_EQ(mGroup->GetStaticDataList().size(), 1u);
+  SK_StaticRecords::Reader reader(mGroup->GetStaticRecords());
+  EXPECT_EQ(reader.Next().displayName, R"(a \"number\")");
+  EXPECT_EQ(reader.Next().text, R"(a\n)");
+  EXPECT_EQ(reader.Next().matchName, "b");
+
+  mGroup->ResetGroup();
+  ExpectNoChildren();
+  mGroup->AddStaticBool("first", "F", false);
+  SK_StaticRecords::Reader again(mGroup->GetStaticRecords());
+  EXPECT_EQ(again.Next().matchName, "first");
+}
+
+TEST_F(Group, WithoutMemoryANodeWithoutAnObjectIsNotAddedByHalf) {
+  std::string const text(100, '"');
+  for (bool const isFirst : {true, false}) {
+    int failures = 0;
+    for (bool again = true; again;) {
+      mGroup->ResetGroup();
+      if (!isFirst) {
+        mGroup->AddStaticBool("b", "B", true);
+      }
+      FailingMemory const failing(static_cast<std::uint64_t>(failures) + 1);
+      try {
+        mGroup->AddStaticString(text, text, text);
+        again = false;
+      } catch (std::bad_alloc const&) {
+        ++failures;
+        ASSERT_EQ(mGroup->GetNodeInfoList().size(), isFirst ? 0u : 1u);
+        if (!isFirst) {
+          EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), 1u);
+        }
+      }
+    }
+    EXPECT_GE(failures, 3);
+    EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), isFirst ? 1u : 2u);
+  }
+}
+
+TEST_F(Group, AFinishedGroupThatNobodyHoldsGoesIfItIsSmall) {
+  auto const small = [&] {
+    std::shared_ptr<TdjsonGroupImpl> group = OwnNewObject(new CountedGroup(this));
+    group->AddStaticBool("b", "B", true);
+    return group;
+  };
+  mGroup->AddFinishedGroup(small());
+  EXPECT_EQ(CountedGroup::gLiving, 0);
+  ASSERT_EQ(mGroup->GetNodeInfoList().size(), 1u);
+  EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), 1u);
+  SK_StaticRecords::Reader reader(mGroup->GetStaticRecords());
+  SK_StaticRecords::Record const record = reader.Next();
+  EXPECT_EQ(record.kind, SK_StaticRecords::kGroup);
+  EXPECT_EQ(record.matchName, "group");
+  EXPECT_EQ(record.displayName, "a group");
+
+  struct {
+    char const* name;
+    std::function<void(std::shared_ptr<TdjsonGroupImpl>&)> change;
+  } const others[] = {
+      {"large", [](auto& group) { group->AddStaticString("s", "S", std::string(5000, 's')); }},
+      {"empty", [](auto& group) { group->ResetGroup(); }},
+      {"with an object", [&](auto& group) { group->AddStaticData(Make<TdjsonStaticDataNumImpl>("N", "n", 1.0)); }},
+      {"with a group", [&](auto& group) { group->AddGroup(MakeGroup("inner")); }},
+  };
+  for (auto const& other : others) {
+    SCOPED_TRACE(other.name);
+    mGroup->ResetGroup();
+    auto group = small();
+    other.change(group);
+    TdjsonGroupImpl* const itself = group.get();
+    mGroup->AddFinishedGroup(std::move(group));
+    ASSERT_EQ(mGroup->GetNodeInfoList().size(), 1u);
+    EXPECT_FALSE(mGroup->GetNodeInfoList()[0].IsOfRecords());
+    EXPECT_EQ(mGroup->GetGroupList().at(0).get(), itself);
+  }
+  mGroup->ResetGroup();
+  auto const held = small();
+  mGroup->AddFinishedGroup(held);
+  EXPECT_EQ(mGroup->GetGroupList().at(0), held);
+  mGroup->ResetGroup();
+  ExpectWriterError([&] { mGroup->AddFinishedGroup(nullptr); }, 2003);
+}
+
+TEST_F(Group, WithoutMemoryAFinishedGroupIsNotAddedByHalf) {
+  int failures = 0;
+  for (bool again = true; again;) {
+    mGroup->ResetGroup();
+    auto inner = MakeGroup("inner");
+    inner->AddStaticString("s", "S", std::string(200, 's'));
+    FailingMemory const failing(static_cast<std::uint64_t>(failures) + 1);
+    try {
+      mGroup->AddFinishedGroup(std::move(inner));
+      again = false;
+    } catch (std::bad_alloc const&) {
+      ++failures;
+      ExpectNoChildren();
+    }
+  }
+  EXPECT_EQ(failures, 3) << "the place in the order, the piece and its place";
+  EXPECT_EQ(mGroup->GetNodeInfoList()[0].CountRecords(), 1u);
+}
+
 TEST_F(Group, TwoGroupsMayHaveOneChild) {
   auto outer = OwnNewObject(new CountedGroup(this));
   auto inner = OwnNewObject(new CountedGroup(this));

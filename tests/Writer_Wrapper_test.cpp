@@ -198,6 +198,26 @@ std::vector<Creation> Creations() {
        [](void* key, char const*) {
          Writer_Wrapper::CreateStaticDataString_Wrapper(key, kLongText, kLongText, kLongText, {});
        }},
+      {"AddGroup",
+       [](void* key, char const*) {
+         TdjsonGroupImpl group(key, "", "");
+         Writer_Wrapper::AddGroup_Wrapper(key, group, OwnNewObject(new TdjsonGroupImpl(key, kLongText, kLongText)));
+       }},
+      {"AddStaticDataBool",
+       [](void* key, char const*) {
+         TdjsonGroupImpl group(key, "", "");
+         Writer_Wrapper::AddStaticDataBool_Wrapper(key, group, kLongText, kLongText, true);
+       }},
+      {"AddStaticDataNum",
+       [](void* key, char const*) {
+         TdjsonGroupImpl group(key, "", "");
+         Writer_Wrapper::AddStaticDataNum_Wrapper(key, group, kLongText, kLongText, 1);
+       }},
+      {"AddStaticDataString",
+       [](void* key, char const*) {
+         TdjsonGroupImpl group(key, "", "");
+         Writer_Wrapper::AddStaticDataString_Wrapper(key, group, kLongText, kLongText, kLongText);
+       }},
   };
 }
 
@@ -647,6 +667,29 @@ TEST_F(Wrapper, AStaticNumberGetsItsRecordsOrIsMeasured) {
   ExpectPattern(measured->GetNumberProperties().pattern, 2, 1, true);
   ExpectPair(measured->GetNumberProperties().range.occurring, -12.5, -12.5);
   ExpectPair(measured->GetNumberProperties().range.legal, -12.5, -12.5);
+}
+
+TEST_F(Wrapper, NodesThatNobodyHoldsGoToTheRealGroup) {
+  struct : TdjsonGroupImpl {
+    using TdjsonGroupImpl::TdjsonGroupImpl;
+    ITdjsonGroup_v1* GetActualITdjsonGroup() override { return actual; }
+    ITdjsonGroup_v1* actual = nullptr;
+  } group(this, "", "");
+  ExpectWriterError([&] { Writer_Wrapper::AddStaticDataBool_Wrapper(this, group, "b", "B", true); }, 2016);
+  ExpectWriterError([&] { Writer_Wrapper::AddStaticDataNum_Wrapper(this, group, "n", "N", 1); }, 2016);
+  ExpectWriterError([&] { Writer_Wrapper::AddStaticDataString_Wrapper(this, group, "s", "S", "text"); }, 2016);
+  ExpectWriterError([&] { Writer_Wrapper::AddGroup_Wrapper(this, group, nullptr); }, 2016);
+  TdjsonGroupImpl real(this, "", "");
+  group.actual = &real;
+  ExpectWriterError([&] { Writer_Wrapper::AddGroup_Wrapper(this, group, nullptr); }, 2003);
+  Writer_Wrapper::AddStaticDataBool_Wrapper(this, group, "b", "B", true);
+  Writer_Wrapper::AddStaticDataNum_Wrapper(this, group, "n", "N", 1.5);
+  Writer_Wrapper::AddStaticDataString_Wrapper(this, group, "s", "S", "text");
+  EXPECT_TRUE(group.GetNodeInfoList().empty());
+  SK_StaticRecords::Reader reader(real.GetStaticRecords());
+  EXPECT_TRUE(reader.Next().flag);
+  EXPECT_EQ(reader.Next().number, 1.5);
+  EXPECT_EQ(reader.Next().text, "text");
 }
 
 TEST_F(Wrapper, AStaticTextIsMeasured) {

@@ -1,8 +1,10 @@
 #include "Writer_Wrapper.h"
 
 #include <boost/variant.hpp>
+#include <utility>
 
 #include "SK_Error.h"
+#include "SK_WriterCast.h"
 #include "SK_WriterCode.h"
 #include "SK_WriterFailure.h"
 #include "TdjsonDynamicDataNumArrImpl.h"
@@ -40,6 +42,10 @@ void Check(bool holds, eErrorCode code) {
   if (!holds) {
     SK_NAMESPACE_INT::ThrowError({code, SK_Message::kWriterFailure, -1, -1});
   }
+}
+
+TdjsonGroupImpl& ImplOf(ITdjsonGroup_v1& group) {
+  return *CastOrThrow<TdjsonGroupImpl>(group.GetActualITdjsonGroup());
 }
 
 /// As many ranges as there are numbers; those that were not given are found out from the numbers.
@@ -201,6 +207,29 @@ std::shared_ptr<ITdjsonStaticDataString_v1> Writer_Wrapper::CreateStaticDataStri
       OwnNewObject(new TdjsonStaticDataStringImpl(key, displayName, matchName, value));
   node->SetStringProperties(properties);
   return node;
+}
+
+void Writer_Wrapper::AddGroup_Wrapper(void* key, ITdjsonGroup_v1& parent, std::shared_ptr<ITdjsonGroup_v1> group) {
+  CheckKey(key);
+  ImplOf(parent).AddFinishedGroup(std::move(group));
+}
+
+void Writer_Wrapper::AddStaticDataBool_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                               std::string_view displayName, bool value) {
+  CheckKey(key);
+  ImplOf(group).AddStaticBool(matchName, displayName, value);
+}
+
+void Writer_Wrapper::AddStaticDataNum_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                              std::string_view displayName, double value) {
+  CheckKey(key);
+  ImplOf(group).AddStaticNumber(matchName, displayName, value);
+}
+
+void Writer_Wrapper::AddStaticDataString_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                                 std::string_view displayName, std::string_view value) {
+  CheckKey(key);
+  ImplOf(group).AddStaticString(matchName, displayName, value);
 }
 
 void Writer_Wrapper::RemoveRoot_Wrapper(void* key) {

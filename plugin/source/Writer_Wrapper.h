@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "senmark/ITdjsonDynamicDataNumArr_v1.h"
@@ -54,6 +55,17 @@ class Writer_Wrapper {
   static std::shared_ptr<ITdjsonStaticDataString_v1> CreateStaticDataString_Wrapper(
       void* key, std::string const& matchName, std::string const& displayName, std::string const& value,
       ns_sensor::SK_StringProperties const& properties);
+  /// Adds a group that is finished, and takes it away from the caller. If nobody else holds it, the group itself may
+  /// go, and only what it says stays. Throws what `AddGroup` would.
+  static void AddGroup_Wrapper(void* key, ITdjsonGroup_v1& parent, std::shared_ptr<ITdjsonGroup_v1> group);
+  /// A node with properties that are taken from its value, made and added in one step, which takes a small part of the
+  /// memory of a node that can be held. Throw what the two steps would.
+  static void AddStaticDataBool_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                        std::string_view displayName, bool value);
+  static void AddStaticDataNum_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                       std::string_view displayName, double value);
+  static void AddStaticDataString_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                          std::string_view displayName, std::string_view value);
   /// Lets go of the root, if there is one.
   static void RemoveRoot_Wrapper(void* key);
 };

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <limits>
 #include <map>
+#include <string_view>
 
 #include "Writer_Wrapper.h"
 
@@ -29,7 +29,7 @@ void Record(std::string const& line) {
   }
 }
 
-std::string Shown(std::string const& text) {
+std::string Shown(std::string_view text) {
   std::string shown = "\"";
   for (char const c : text) {
     if (static_cast<unsigned char>(c) < ' ') {
@@ -54,9 +54,6 @@ void Unexpected() {
   ADD_FAILURE() << "unexpected call of the writer";
 }
 
-/// Names of the static nodes by their address: the interface has none.
-std::map<ITdjsonStaticData_v1 const*, std::string> gStaticNames;
-
 class Counted : public virtual ISharedObject {
  public:
   Counted() { ++gObjects; }
@@ -69,48 +66,12 @@ class Counted : public virtual ISharedObject {
 };
 
 template <typename Family>
-class StaticNode : public virtual Family, public Counted {
- public:
-  explicit StaticNode(std::string const& matchName) {
-    if (gKeepCalls) {
-      gStaticNames[this] = matchName;
-    }
-  }
-  ~StaticNode() override { gStaticNames.erase(this); }
-
-  ns_sensor::eDataValueType GetType() const override { return ns_sensor::kInvalidValue; }
-  ITdjsonStaticData_v1* GetActualITdjsonStaticData() override { return this; }
-};
-
-class NumberNode : public StaticNode<ITdjsonStaticDataNum_v1> {
- public:
-  using StaticNode::StaticNode;
-  void setNumberPattern(unsigned long long, unsigned long long, unsigned char, void*) override { Unexpected(); }
-  void setNumberRange(double, double, double, double, void*) override { Unexpected(); }
-};
-
-class StringNode : public StaticNode<ITdjsonStaticDataString_v1> {
- public:
-  using StaticNode::StaticNode;
-  void setStringProperties(unsigned long long, unsigned long long, unsigned char, void*) override { Unexpected(); }
-};
-
-class BoolNode : public StaticNode<ITdjsonStaticDataBool_v1> {
- public:
-  using StaticNode::StaticNode;
-};
-
-template <typename Family>
 class GroupNode : public virtual Family, public Counted {
  public:
   explicit GroupNode(std::string name) : mName(std::move(name)) {}
 
   void AddDynamicData(std::shared_ptr<ITdjsonDynamicData_v1> const&) override { Unexpected(); }
-  void AddStaticData(std::shared_ptr<ITdjsonStaticData_v1> const& child) override {
-    if (gKeepCalls) {
-      Record("add " + gStaticNames.at(child.get()) + " to " + mName);
-    }
-  }
+  void AddStaticData(std::shared_ptr<ITdjsonStaticData_v1> const&) override { Unexpected(); }
   void AddGroup(std::shared_ptr<ITdjsonGroup_v1> const& child) override {
     Record("add " + dynamic_cast<GroupNode<ITdjsonGroup_v1>&>(*child).mName + " to " + mName);
   }
@@ -146,6 +107,23 @@ std::map<void*, std::shared_ptr<RootNode>> gRoots;
 
 void ExpectRoot(void* key) {
   EXPECT_EQ(gRoots.count(key), 1u) << "the key of another run";
+}
+
+std::string const& NameOf(ITdjsonGroup_v1& group) {
+  if (auto const* const root = dynamic_cast<RootNode const*>(&group)) {
+    return root->mName;
+  }
+  return dynamic_cast<GroupNode<ITdjsonGroup_v1> const&>(group).mName;
+}
+
+template <typename Show>
+void RecordNode(void* key, ITdjsonGroup_v1& group, char const* kind, std::string_view matchName, Show const& show) {
+  ExpectRoot(key);
+  if (gKeepCalls) {
+    std::string const name(matchName);
+    Record(std::string(kind) + ' ' + name + ' ' + show());
+    Record("add " + name + " to " + NameOf(group));
+  }
 }
 
 }  // namespace
@@ -189,46 +167,49 @@ std::shared_ptr<ITdjsonGroup_v1> Writer_Wrapper::CreateGroup_Wrapper(void* key, 
   return std::make_shared<GroupNode<ITdjsonGroup_v1>>(matchName);
 }
 
-std::shared_ptr<ITdjsonStaticDataBool_v1> Writer_Wrapper::CreateStaticDataBool_Wrapper(void* key,
-                                                                                       std::string const& matchName,
-                                                                                       std::string const& displayName,
-                                                                                       bool const& value) {
+void Writer_Wrapper::AddGroup_Wrapper(void* key, ITdjsonGroup_v1& parent, std::shared_ptr<ITdjsonGroup_v1> group) {
   ExpectRoot(key);
+  EXPECT_EQ(group.use_count(), 1) << "the converter keeps what it has given away";
   if (gKeepCalls) {
-    Record("bool " + matchName + ' ' + Shown(displayName) + (value ? " true" : " false"));
+    Record("add " + NameOf(*group) + " to " + NameOf(parent));
   }
-  return std::make_shared<BoolNode>(matchName);
 }
 
-std::shared_ptr<ITdjsonStaticDataNum_v1> Writer_Wrapper::CreateStaticDataNum_Wrapper(
-    void* key, std::string const& matchName, std::string const& displayName, double const& value,
-    SK_NumberProperties const& properties) {
-  ExpectRoot(key);
-  constexpr std::uint64_t kNotSet = std::numeric_limits<std::uint64_t>::max();
-  EXPECT_EQ(properties.pattern.digitsInteger, kNotSet);
-  EXPECT_EQ(properties.pattern.digitsDecimal, kNotSet);
-  EXPECT_FALSE(properties.pattern.isSigned);
-  for (ns_sensor::SK_NumberMinMax const& pair : {properties.range.legal, properties.range.occurring}) {
-    EXPECT_EQ(pair.min, std::numeric_limits<double>::max());
-    EXPECT_EQ(pair.max, std::numeric_limits<double>::lowest());
-  }
-  if (gKeepCalls) {
-    Record("number " + matchName + ' ' + Shown(displayName) + ' ' + Shown(value));
-  }
-  return std::make_shared<NumberNode>(matchName);
+void Writer_Wrapper::AddStaticDataBool_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                               std::string_view displayName, bool value) {
+  RecordNode(key, group, "bool", matchName, [&] { return Shown(displayName) + (value ? " true" : " false"); });
 }
 
-std::shared_ptr<ITdjsonStaticDataString_v1> Writer_Wrapper::CreateStaticDataString_Wrapper(
-    void* key, std::string const& matchName, std::string const& displayName, std::string const& value,
-    SK_StringProperties const& properties) {
-  ExpectRoot(key);
-  EXPECT_EQ(properties.maxLen, 0u);
-  EXPECT_EQ(properties.maxDigitsInStrLength, 0u);
-  EXPECT_FALSE(properties.eventMarkerB);
-  if (gKeepCalls) {
-    Record("string " + matchName + ' ' + Shown(displayName) + ' ' + Shown(value));
-  }
-  return std::make_shared<StringNode>(matchName);
+void Writer_Wrapper::AddStaticDataNum_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                              std::string_view displayName, double value) {
+  RecordNode(key, group, "number", matchName, [&] { return Shown(displayName) + ' ' + Shown(value); });
+}
+
+void Writer_Wrapper::AddStaticDataString_Wrapper(void* key, ITdjsonGroup_v1& group, std::string_view matchName,
+                                                 std::string_view displayName, std::string_view value) {
+  RecordNode(key, group, "string", matchName, [&] { return Shown(displayName) + ' ' + Shown(value); });
+}
+
+std::shared_ptr<ITdjsonStaticDataBool_v1> Writer_Wrapper::CreateStaticDataBool_Wrapper(void*, std::string const&,
+                                                                                       std::string const&,
+                                                                                       bool const&) {
+  Unexpected();
+  return nullptr;
+}
+
+std::shared_ptr<ITdjsonStaticDataNum_v1> Writer_Wrapper::CreateStaticDataNum_Wrapper(void*, std::string const&,
+                                                                                     std::string const&, double const&,
+                                                                                     SK_NumberProperties const&) {
+  Unexpected();
+  return nullptr;
+}
+
+std::shared_ptr<ITdjsonStaticDataString_v1> Writer_Wrapper::CreateStaticDataString_Wrapper(void*, std::string const&,
+                                                                                           std::string const&,
+                                                                                           std::string const&,
+                                                                                           SK_StringProperties const&) {
+  Unexpected();
+  return nullptr;
 }
 
 std::shared_ptr<ITdjsonStaticDataNumArr_v1> Writer_Wrapper::CreateStaticDataNumArr_Wrapper(

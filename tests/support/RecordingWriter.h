@@ -11,7 +11,7 @@ namespace senmark_test {
 ///
 ///     root "out.tdjson"                  without a time base
 ///     creator "com.example"
-///     number matchName1 "name" 1.5       with properties that are taken from the value
+///     number matchName1 "name" 1.5       with properties that are taken from the value, made and added in one step
 ///     string matchName2 "name" "text"    the same
 ///     bool matchName3 "name" true
 ///     group matchName4 "name"

@@ -186,7 +186,7 @@ void calcOccurringRangeForSet(double const& value, double& min, double& max) {
   }
 }
 
-void calcPaddedStringProperties(std::string const& value, unsigned long long& maxLength,
+void calcPaddedStringProperties(std::string_view value, unsigned long long& maxLength,
                                 unsigned long long& maxDigitsInLength) {
   unsigned long long const length = value.size();
   maxLength = std::max(maxLength, length);
@@ -241,6 +241,14 @@ std::vector<std::string> splitString(std::string text, char separator) {
 }
 
 std::string escapeHandling(std::string text) {
+  std::string escaped;
+  if (EscapeInto(text, escaped).data() == text.data()) {
+    return text;
+  }
+  return escaped;
+}
+
+std::string_view EscapeInto(std::string_view text, std::string& escaped) {
   if (!MayNeedEscapes(text)) {
     return text;
   }
@@ -249,7 +257,7 @@ std::string escapeHandling(std::string text) {
   if (count == 0) {
     return text;
   }
-  std::string escaped;
+  escaped.clear();
   escaped.reserve(text.size() + count);
   for (char const character : text) {
     char const escape = EscapeOf(character);

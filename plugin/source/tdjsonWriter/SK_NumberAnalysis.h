@@ -25,7 +25,7 @@ void calcSign(double const& value, unsigned char& isSigned);
 /// Widens the range to hold `value`; a NaN changes nothing.
 void calcOccurringRangeForSet(double const& value, double& min, double& max);
 /// Raises the length in bytes, and the digits that it takes to write that length.
-void calcPaddedStringProperties(std::string const& value, unsigned long long& maxLength,
+void calcPaddedStringProperties(std::string_view value, unsigned long long& maxLength,
                                 unsigned long long& maxDigitsInLength);
 
 /// Appends hh:mm:ss:ff to an empty text. A frame number with more digits than `frameDigits` leaves it empty.
@@ -42,5 +42,7 @@ std::vector<std::string> splitString(std::string text, char separator);
 /// The text with backspace, tab, line feed, form feed, carriage return, double quote and backslash each written
 /// as a backslash and a character. Nothing else changes. Done once, when a text enters the writer.
 std::string escapeHandling(std::string text);
+/// The same without a copy where nothing changes: `text` itself, or else `escaped`, which takes the result.
+std::string_view EscapeInto(std::string_view text, std::string& escaped);
 
 }  // namespace SK_PLUGIN

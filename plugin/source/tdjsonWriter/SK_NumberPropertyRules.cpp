@@ -77,6 +77,12 @@ void WidenNumberPattern(SK_NumberPattern& pattern, bool automatic, double const&
   }
 }
 
+void StorePatternOfValue(SK_NumberPattern& pattern, unsigned long long digitsInteger, unsigned long long digitsDecimal,
+                         unsigned char isSigned, double const& value, std::string_view text) {
+  bool const automatic = StoreNumberPattern(pattern, digitsInteger, digitsDecimal, isSigned);
+  WidenNumberPattern(pattern, automatic, value, text);
+}
+
 SK_NumberRange MakeNumberRange(double legalMin, double legalMax, double occurringMin, double occurringMax) {
   SK_NumberRange range;
   range.occurring.min = occurringMin;
@@ -92,6 +98,15 @@ bool IsOccurringAutomatic(SK_NumberMinMax const& occurring) {
 
 bool IsLegalAutomatic(SK_NumberMinMax const& legal) {
   return IsAutomatic(legal, kMixedLegalRange);
+}
+
+void FillRangeOfValue(SK_NumberRange& range, double const& value) {
+  if (IsOccurringAutomatic(range.occurring)) {
+    calcOccurringRangeForSet(value, range.occurring.min, range.occurring.max);
+  }
+  if (IsLegalAutomatic(range.legal)) {
+    range.legal = range.occurring;
+  }
 }
 
 void AppendNumberRange(std::vector<SK_NumberRange>& ranges, SK_NumberRange const& range, bool& occurringAutomatic,

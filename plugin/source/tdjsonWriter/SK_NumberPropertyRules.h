@@ -24,12 +24,19 @@ void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, do
 void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, double const& value,
                         std::string_view text);
 
+/// Stores the pattern of a static number, `text` being that of its value.
+void StorePatternOfValue(ns_sensor::SK_NumberPattern& pattern, unsigned long long digitsInteger,
+                         unsigned long long digitsDecimal, unsigned char isSigned, double const& value,
+                         std::string_view text);
+
 /// The four bounds as the border forms pass them.
 ns_sensor::SK_NumberRange MakeNumberRange(double legalMin, double legalMax, double occurringMin, double occurringMax);
 /// Whether both bounds are marks. 2007 for one mark.
 bool IsOccurringAutomatic(ns_sensor::SK_NumberMinMax const& occurring);
 /// The same for a legal range. 2008.
 bool IsLegalAutomatic(ns_sensor::SK_NumberMinMax const& legal);
+/// Takes what is automatic in the range of a static number from its value.
+void FillRangeOfValue(ns_sensor::SK_NumberRange& range, double const& value);
 /// One element more. All ranges of an array are automatic or none is: the first one decides, and raises the
 /// flag, which is never lowered. 2007 before 2008 for a mark on one side or a range of the other kind.
 void AppendNumberRange(std::vector<ns_sensor::SK_NumberRange>& ranges, ns_sensor::SK_NumberRange const& range,

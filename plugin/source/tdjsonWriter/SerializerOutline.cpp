@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "SK_NumberAnalysis.h"
+#include "SK_NumberPropertyRules.h"
 #include "SK_WriterCast.h"
 #include "SK_WriterCode.h"
 #include "SK_WriterFailure.h"
@@ -95,7 +97,7 @@ void SerializerOutline::Enter(TdjsonGroupImpl const& group) {
   if (!mLevels.empty() && mLevels[PowerOfTwoIn(mLevels.size()) - 1].group == &group) {
     ThrowWriterError(kWriterNoMemory);
   }
-  mLevels.push_back({&group, 0});
+  mLevels.push_back({&group, 0, SK_StaticRecords::Reader(group.GetStaticRecords())});
 }
 
 void SerializerOutline::Leave() {
@@ -128,6 +130,10 @@ void SerializerOutline::VisitNextChild() {
       break;
     }
     case ns_sensor::kStaticChild: {
+      if (child.IsOfRecords()) {
+        VisitRecords(level.records, child.CountRecords());
+        break;
+      }
       TdjsonStaticDataImpl const& node = NotNull(level.group->GetStaticDataList()[child.index - 1], kStaticNodeMissing);
       OpenLevels();
       serialize_StaticDataNode(node);
@@ -139,6 +145,36 @@ void SerializerOutline::VisitNextChild() {
       break;
     default:
       ThrowWriterError(kUnknownChildKind);
+  }
+}
+
+// All of them are written: a group is among records only if something is in it.
+void SerializerOutline::VisitRecords(SK_StaticRecords::Reader& records, std::uint64_t count) {
+  OpenLevels();
+  bool isFirst = true;
+  std::uint64_t openGroups = 0;
+  while (count != 0 || openGroups != 0) {
+    SK_StaticRecords::Record const record = records.Next();
+    if (record.kind == SK_StaticRecords::kEndOfGroup) {
+      mText.Put("]}");
+      --openGroups;
+      isFirst = false;
+      continue;
+    }
+    if (openGroups == 0) {
+      --count;
+    }
+    if (!isFirst) {
+      mText.Put(',');
+    }
+    isFirst = record.kind == SK_StaticRecords::kGroup;
+    if (isFirst) {
+      AppendGroupHead(record.matchName, record.displayName);
+      ++openGroups;
+    } else {
+      serialize_StaticDataNode(record);
+      EndNode();
+    }
   }
 }
 
@@ -170,31 +206,25 @@ void SerializerOutline::EndNode() {
 // Constant stretches of text are one literal each, here and below: nodes come by the million.
 
 void SerializerOutline::serialize_GroupNode(TdjsonGroupImpl const& group) {
-  AppendHead(R"({"objectType":"dataGroup","matchName":")", group.GetMatchName(), group.GetDisplayName(),
-             R"(","children":[)");
+  AppendGroupHead(group.GetMatchName(), group.GetDisplayName());
+}
+
+void SerializerOutline::AppendGroupHead(std::string_view matchName, std::string_view displayName) {
+  AppendHead(R"({"objectType":"dataGroup","matchName":")", matchName, displayName, R"(","children":[)");
 }
 
 void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& node) {
-  AppendHead(R"({"objectType":"dataStatic","matchName":")", node.GetMatchName(), node.GetDisplayName(),
-             R"(","dataType":{"type":")");
   ns_sensor::eDataValueType const type = node.GetType();
-  mText.Put(GetStaticType(type));
+  AppendStaticHead(node.GetMatchName(), node.GetDisplayName(), type);
   switch (type) {
     case ns_sensor::kNumberValue: {
       auto const* const number = CastOrThrow<TdjsonStaticDataNumImpl>(&node);
-      mText.Put(R"(",)");
-      serialize_NumberProp(number->GetNumberProperties());
-      mText.Put(R"(},"value":)");
-      AppendNumber(number->GetDataValue());
+      AppendStaticNumber(number->GetNumberProperties(), number->GetDataValue());
       break;
     }
     case ns_sensor::kStringValue: {
       auto const* const string = CastOrThrow<TdjsonStaticDataStringImpl>(&node);
-      mText.Put(R"(",)");
-      serialize_PaddedStringProp(string->GetStringProperties());
-      mText.Put(R"(},"value":")");
-      mText.Put(std::string_view(string->GetDataValue()));
-      mText.Put('"');
+      AppendStaticString(string->GetStringProperties(), string->GetDataValue());
       break;
     }
     case ns_sensor::kNumberArrayValue: {
@@ -213,12 +243,67 @@ void SerializerOutline::serialize_StaticDataNode(TdjsonStaticDataImpl const& nod
       break;
     }
     case ns_sensor::kBooleanValue:
-      mText.Put(R"("},)");
-      JSON_BoolObj(mText, "value", CastOrThrow<TdjsonStaticDataBoolImpl>(&node)->GetDataValue());
+      AppendStaticBool(CastOrThrow<TdjsonStaticDataBoolImpl>(&node)->GetDataValue());
       break;
     default:
       ThrowWriterError(kUnknownNodeType);
   }
+}
+
+// Properties as a node gets them that is made with those of a default record.
+void SerializerOutline::serialize_StaticDataNode(SK_StaticRecords::Record const& record) {
+  switch (record.kind) {
+    case SK_StaticRecords::kNumber: {
+      ns_sensor::SK_NumberProperties properties;
+      ns_sensor::SK_NumberPattern& pattern = properties.pattern;
+      StorePatternOfValue(pattern, pattern.digitsInteger, pattern.digitsDecimal, 0, record.number,
+                          TextOf(record.number).View());
+      FillRangeOfValue(properties.range, record.number);
+      AppendStaticHead(record.matchName, record.displayName, ns_sensor::kNumberValue);
+      AppendStaticNumber(properties, record.number);
+      break;
+    }
+    case SK_StaticRecords::kString: {
+      unsigned long long length = 0;
+      unsigned long long digits = 0;
+      calcPaddedStringProperties(record.text, length, digits);
+      ns_sensor::SK_StringProperties properties;
+      properties.maxLen = length;
+      properties.maxDigitsInStrLength = digits;
+      AppendStaticHead(record.matchName, record.displayName, ns_sensor::kStringValue);
+      AppendStaticString(properties, record.text);
+      break;
+    }
+    default:
+      AppendStaticHead(record.matchName, record.displayName, ns_sensor::kBooleanValue);
+      AppendStaticBool(record.flag);
+  }
+}
+
+void SerializerOutline::AppendStaticHead(std::string_view matchName, std::string_view displayName,
+                                         ns_sensor::eDataValueType type) {
+  AppendHead(R"({"objectType":"dataStatic","matchName":")", matchName, displayName, R"(","dataType":{"type":")");
+  mText.Put(GetStaticType(type));
+}
+
+void SerializerOutline::AppendStaticNumber(ns_sensor::SK_NumberProperties const& properties, double value) {
+  mText.Put(R"(",)");
+  serialize_NumberProp(properties);
+  mText.Put(R"(},"value":)");
+  AppendNumber(value);
+}
+
+void SerializerOutline::AppendStaticString(ns_sensor::SK_StringProperties const& properties, std::string_view value) {
+  mText.Put(R"(",)");
+  serialize_PaddedStringProp(properties);
+  mText.Put(R"(},"value":")");
+  mText.Put(value);
+  mText.Put('"');
+}
+
+void SerializerOutline::AppendStaticBool(bool value) {
+  mText.Put(R"("},)");
+  JSON_BoolObj(mText, "value", value);
 }
 
 void SerializerOutline::serialize_DynamicDataNode(TdjsonDynamicDataImpl const& node) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "SK_StaticRecords.h"
 #include "SK_WriterNumberText.h"
 #include "SerializerBuffer.h"
 #include "senmark/SK_Records.h"
@@ -42,17 +43,26 @@ class SerializerOutline {
   struct Level {
     TdjsonGroupImpl const* group;
     std::size_t nextChild;  ///< position among its children
+    SK_StaticRecords::Reader records;
   };
 
   void Enter(TdjsonGroupImpl const& group);
   void Leave();
   void VisitNextChild();
+  void VisitRecords(SK_StaticRecords::Reader& records, std::uint64_t count);
   void OpenLevels();
   void EndNode();
 
   void serialize_GroupNode(TdjsonGroupImpl const& group);
+  void AppendGroupHead(std::string_view matchName, std::string_view displayName);
   void serialize_StaticDataNode(TdjsonStaticDataImpl const& node);
+  void serialize_StaticDataNode(SK_StaticRecords::Record const& record);
   void serialize_DynamicDataNode(TdjsonDynamicDataImpl const& node);
+  void AppendStaticHead(std::string_view matchName, std::string_view displayName, ns_sensor::eDataValueType type);
+  // What stands behind the type of a static node.
+  void AppendStaticNumber(ns_sensor::SK_NumberProperties const& properties, double value);
+  void AppendStaticString(ns_sensor::SK_StringProperties const& properties, std::string_view value);
+  void AppendStaticBool(bool value);
   void serialize_NumberProp(ns_sensor::SK_NumberProperties const& properties);
   void serialize_PaddedStringProp(ns_sensor::SK_StringProperties const& properties);
   void serialize_NumberArrayProp(ns_sensor::SK_NumberArrayProperties const& properties);

@@ -97,18 +97,21 @@ void WithStaticImpl(ITdjsonStaticData_v1* child, Use&& use) {
 /// Most groups have a few children, and lists that begin with one place would grow three times for four of them.
 constexpr std::size_t kFirstPlaces = 4;
 
+template <typename Place>
+void ReserveFirst(std::vector<Place>& list) {
+  if (list.empty()) {
+    list.reserve(kFirstPlaces);
+  }
+}
+
 /// Both lists grow or none does.
 template <typename Child>
 void AddChild(std::vector<std::shared_ptr<Child>>& children, std::shared_ptr<Child> child, std::vector<NodeInfo>& order,
               ns_sensor::eGroupChildType type) {
-  if (order.empty()) {
-    order.reserve(kFirstPlaces);
-  }
+  ReserveFirst(order);
   order.push_back({type, children.size() + 1});
   try {
-    if (children.empty()) {
-      children.reserve(kFirstPlaces);
-    }
+    ReserveFirst(children);
     children.push_back(std::move(child));
   } catch (...) {
     order.pop_back();
@@ -204,6 +207,66 @@ void TdjsonGroupImpl::addGroup(ITdjsonGroup_v1* child, void* result) {
   });
 }
 
+void TdjsonGroupImpl::AddStaticNumber(std::string_view matchName, std::string_view displayName, double value) {
+  AddRecord([&] {
+    mStaticRecords.AddNumber(matchName, displayName, value);
+    return true;
+  });
+}
+
+void TdjsonGroupImpl::AddStaticString(std::string_view matchName, std::string_view displayName,
+                                      std::string_view value) {
+  AddRecord([&] {
+    mStaticRecords.AddString(matchName, displayName, value);
+    return true;
+  });
+}
+
+void TdjsonGroupImpl::AddStaticBool(std::string_view matchName, std::string_view displayName, bool value) {
+  AddRecord([&] {
+    mStaticRecords.AddBool(matchName, displayName, value);
+    return true;
+  });
+}
+
+void TdjsonGroupImpl::AddFinishedGroup(std::shared_ptr<ITdjsonGroup_v1>&& child) {
+  if (child != nullptr && child.use_count() == 1) {
+    auto const& group = *CastOrThrow<TdjsonGroupImpl>(child->GetActualITdjsonGroup());
+    bool const isOfRecords = group.mNodeInfoList.size() == 1 && group.mNodeInfoList[0].IsOfRecords();
+    if (isOfRecords && AddRecord([&] {
+          return mStaticRecords.AddSmallGroup(group.mMatchName, group.mDisplayName, group.mStaticRecords);
+        })) {
+      return;
+    }
+  }
+  AddGroup(child);
+}
+
+// Both the order and the records grow or none does.
+template <typename Add>
+bool TdjsonGroupImpl::AddRecord(Add const& add) {
+  bool const isRunning = !mNodeInfoList.empty() && mNodeInfoList.back().IsOfRecords();
+  if (!isRunning) {
+    ReserveFirst(mNodeInfoList);
+    mNodeInfoList.push_back({ns_sensor::kStaticChild, NodeInfo::kRecords});
+  }
+  bool isAdded = false;
+  try {
+    isAdded = add();
+  } catch (...) {
+    if (!isRunning) {
+      mNodeInfoList.pop_back();
+    }
+    throw;
+  }
+  if (isAdded) {
+    ++mNodeInfoList.back().index;
+  } else if (!isRunning) {
+    mNodeInfoList.pop_back();
+  }
+  return isAdded;
+}
+
 std::vector<std::shared_ptr<TdjsonDynamicDataImpl>> const& TdjsonGroupImpl::GetDynamicDataList() const {
   return mDynamicDataList;
 }
@@ -234,6 +297,7 @@ void TdjsonGroupImpl::ResetGroup() {
   auto const dynamicData = std::move(mDynamicDataList);
   auto const staticData = std::move(mStaticDataList);
   auto const groups = std::move(mGroupList);
+  auto const records = std::move(mStaticRecords);
 }
 
 }  // namespace SK_PLUGIN

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "SK_NumberAnalysis.h"
 #include "SK_NumberPropertyRules.h"
 #include "SK_WriterFailure.h"
+#include "SK_WriterNumberText.h"
 
 namespace SK_PLUGIN {
 
@@ -19,23 +19,16 @@ TdjsonStaticDataNumImpl::TdjsonStaticDataNumImpl(void* key, std::string displayN
 void TdjsonStaticDataNumImpl::setNumberPattern(unsigned long long digitsInteger, unsigned long long digitsDecimal,
                                                unsigned char isSigned, void* result) {
   RunAtWriterBorder(result, [&] {
-    SK_NumberPattern& pattern = mNumberProperties.pattern;
-    bool const automatic = StoreNumberPattern(pattern, digitsInteger, digitsDecimal, isSigned);
-    WidenNumberPattern(pattern, automatic, mDataValue);
+    StorePatternOfValue(mNumberProperties.pattern, digitsInteger, digitsDecimal, isSigned, mDataValue,
+                        SK_WriterNumberText(mDataValue).View());
   });
 }
 
 void TdjsonStaticDataNumImpl::setNumberRange(double legalMin, double legalMax, double occurringMin, double occurringMax,
                                              void* result) {
   RunAtWriterBorder(result, [&] {
-    SK_NumberRange& range = mNumberProperties.range;
-    range = MakeNumberRange(legalMin, legalMax, occurringMin, occurringMax);
-    if (IsOccurringAutomatic(range.occurring)) {
-      calcOccurringRangeForSet(mDataValue, range.occurring.min, range.occurring.max);
-    }
-    if (IsLegalAutomatic(range.legal)) {
-      range.legal = range.occurring;
-    }
+    mNumberProperties.range = MakeNumberRange(legalMin, legalMax, occurringMin, occurringMax);
+    FillRangeOfValue(mNumberProperties.range, mDataValue);
   });
 }
 

@@ -86,8 +86,7 @@ bool JsonConverter::AddDoubleData(Group const& group, std::shared_ptr<JsonIterat
   double value;
   item->GetPropertyDoubleValue(value);
   std::string const matchName = GetNewMatchName();
-  group->AddStaticData(Writer_Wrapper::CreateStaticDataNum_Wrapper(
-      this, matchName, mNames.Counted(item->GetPropertyKey()), value, SK_NumberProperties()));
+  Writer_Wrapper::AddStaticDataNum_Wrapper(this, *group, matchName, mNames.Counted(item->GetPropertyKey()), value);
   return true;
 }
 
@@ -95,8 +94,7 @@ bool JsonConverter::AddStringData(Group const& group, std::shared_ptr<JsonIterat
   std::string value;
   item->GetPropertyStringValue(value);
   std::string const matchName = GetNewMatchName();
-  group->AddStaticData(Writer_Wrapper::CreateStaticDataString_Wrapper(
-      this, matchName, mNames.Counted(item->GetPropertyKey()), value, SK_StringProperties()));
+  Writer_Wrapper::AddStaticDataString_Wrapper(this, *group, matchName, mNames.Counted(item->GetPropertyKey()), value);
   return true;
 }
 
@@ -104,8 +102,7 @@ bool JsonConverter::AddBooleanData(Group const& group, std::shared_ptr<JsonItera
   bool value;
   item->GetPropertyBoolValue(value);
   std::string const matchName = GetNewMatchName();
-  group->AddStaticData(
-      Writer_Wrapper::CreateStaticDataBool_Wrapper(this, matchName, mNames.Counted(item->GetPropertyKey()), value));
+  Writer_Wrapper::AddStaticDataBool_Wrapper(this, *group, matchName, mNames.Counted(item->GetPropertyKey()), value);
   return true;
 }
 
@@ -155,11 +152,11 @@ bool JsonConverter::WalkChain(std::vector<OpenGroup>& chain) {
       open.items->Increment();
       continue;
     }
-    OpenGroup const done = std::move(open);
+    OpenGroup done = std::move(open);
     chain.pop_back();
     if (done.parent != nullptr) {
       if (done.hasAdded) {
-        done.parent->AddGroup(done.group);
+        Writer_Wrapper::AddGroup_Wrapper(this, *done.parent, std::move(done.group));
       } else {
         mNames.Forget(done.longName);
       }

@@ -2,10 +2,9 @@
 /// text, and what has been taken out is freed piece by piece.
 #pragma once
 
-#include <cstddef>
-#include <memory>
 #include <string_view>
-#include <vector>
+
+#include "SK_BytePieces.h"
 
 namespace ns_sensor {
 
@@ -17,19 +16,8 @@ class SVCells {
   std::string_view Take();
 
  private:
-  /// Cells one behind the other, each a length and its bytes.
-  struct Piece {
-    std::unique_ptr<char[]> bytes;
-    std::size_t size = 0;
-    std::size_t used = 0;
-  };
-
-  /// A place for that many bytes in one piece.
-  char* Extend(std::size_t count);
-
-  std::vector<Piece> mPieces;
-  std::size_t mPieceTaken = 0;  ///< the piece from which the next cell comes, unless that piece is at its end
-  std::size_t mTaken = 0;       ///< its bytes that were taken
+  SK_NAMESPACE_INT::SK_BytePieces mPieces;        ///< cells one behind the other, each a length and its bytes
+  SK_NAMESPACE_INT::SK_BytePieces::Place mTaken;  ///< behind the last cell that was taken
 };
 
 }  // namespace ns_sensor

@@ -129,17 +129,15 @@ void SVSupport::AddSVDataUsingGroups(void* key, std::shared_ptr<SK_PLUGIN::ITdjs
 void SVSupport::AddCells(void* key, Column& column, std::uint64_t& counter, SK_PLUGIN::ITdjsonGroup_v1& group) const {
   CellNames names(column.header);
   std::string matchName;
-  std::string text;
   for (std::uint64_t row = 0; row != mRowCount; ++row) {
     std::string_view const cell = column.cells.Take();
     std::string const& displayName = names.Make(row);
     GenerateUniqueMatchname(matchName, counter);
     if (column.isNumeric) {
       double const value = cell.empty() ? 0 : SK_NumberText::WholeToDouble(cell);
-      group.AddStaticData(Writer_Wrapper::CreateStaticDataNum_Wrapper(key, matchName, displayName, value, {}));
+      Writer_Wrapper::AddStaticDataNum_Wrapper(key, group, matchName, displayName, value);
     } else {
-      text = cell;
-      group.AddStaticData(Writer_Wrapper::CreateStaticDataString_Wrapper(key, matchName, displayName, text, {}));
+      Writer_Wrapper::AddStaticDataString_Wrapper(key, group, matchName, displayName, cell);
     }
   }
 }
