@@ -18,8 +18,9 @@ struct NumberFormat {
 
 /// The closest to 0 that a number other than 0 can be, and the end of the numbers.
 ///
-/// A file holds 16 significant digits at most, and an exponent for what is closer to 0 than 0.0001 or not below
-/// 1e16; no text with an exponent can be read back.
+/// The writer gives a number 16 significant digits at most, and an exponent if it is closer to 0 than 0.0001 or not
+/// below 1e16; no text with an exponent can be read back. The 16 digits may show what a double is in truth: 9.7 stands
+/// in the file as 9.699999999999999. Read back it is the same double.
 inline constexpr double kSmallestNumber = 1e-4;
 inline constexpr double kNumberLimit = 1e16;
 
