@@ -19,6 +19,7 @@ senmark_suite(JsonConverterCalls support/FailingCalls.cpp support/RecordingWrite
 senmark_suite(JsonIterators)
 senmark_suite(JsonParser support/FailingCalls.cpp)
 senmark_suite(KitLines support/FailingCalls.cpp support/FailingMemory.cpp)
+senmark_suite(KitModule support/FailingCalls.cpp support/FailingMemory.cpp)
 senmark_suite(KitNames)
 senmark_suite(KitNumber)
 senmark_suite(KitOutput support/FailingCalls.cpp)

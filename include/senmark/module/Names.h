@@ -92,9 +92,17 @@ inline std::size_t CharacterSize(std::string_view text) {
 inline void AppendUtf8(std::string_view text, std::string& clean) {
   clean.reserve(clean.size() + text.size());
   while (!text.empty()) {
-    std::size_t const size = CharacterSize(text);
-    clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
-    text.remove_prefix(size == 0 ? 1 : size);
+    std::size_t plain = 0;
+    while (plain != text.size() && text[plain] >= ' ' && static_cast<unsigned char>(text[plain]) < 0x80) {
+      ++plain;
+    }
+    clean.append(text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (!text.empty()) {
+      std::size_t const size = CharacterSize(text);
+      clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
+      text.remove_prefix(size == 0 ? 1 : size);
+    }
   }
 }
 
