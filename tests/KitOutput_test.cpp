@@ -606,7 +606,7 @@ TEST_F(KitOutput, TextsThatReadersRefuse) {
   EXPECT_EQ(ReadError(), 0);
   senmark::File const file = Open();
   EXPECT_EQ(file.info().creator, kit::Utf8(every));
-  EXPECT_EQ(std::get<std::string>(file.samples("T").all().collect().at(0).value), kit::Utf8(every));
+  EXPECT_EQ(std::get<std::string>(file.samples("T").all().collect().at(0).value), kit::SampleText(every));
   bool isThere = false;
   file.walk([&](senmark::Node const& node, int) {
     if (node.fixed && node.fixed->type == senmark::eValueType::kString) {
@@ -614,6 +614,47 @@ TEST_F(KitOutput, TextsThatReadersRefuse) {
     }
   });
   EXPECT_TRUE(isThere);
+}
+
+TEST_F(KitOutput, TextsOfSamplesMayHoldWhatStandsBetweenThem) {
+  // Two quotes with a blank between them are enough.
+  WriteRaw(1, [](Raw& raw) {
+    void* object = nullptr;
+    raw.writer.Static_CreateDynamicDataString(raw.key, &object, 1, &raw.result);
+    auto node = raw.Hold<SK_PLUGIN::ITdjsonDynamicDataString_v1>(object);
+    node->setDynamicDataInfo("T", "t", "t", 0, 1, 0, "", &raw.result);
+    node->setStringProperties(0, 0, 0, &raw.result);
+    EXPECT_TRUE(node->addSampleUTC(2024, 5, 1, 0, 0, 0, 'Z', 0, 0, 0, "\"a b\"", &raw.result));
+    node->commit(&raw.result);
+    raw.root.addDynamicData(node.get(), &raw.result);
+    EXPECT_EQ(raw.result.mErrorCode, 0);
+  });
+  EXPECT_NE(ReadError(), 0);
+  constexpr char kCharacters[] = "\"[]{}\\,:' \t\nab0\xFF";
+  std::mt19937 random(17);
+  for (int file = 0; file != 200; ++file) {
+    std::vector<std::string> texts(5);
+    for (std::string& text : texts) {
+      text.resize(random() % 8 + 1);
+      for (char& character : text) {
+        character = kCharacters[random() % (sizeof kCharacters - 1)];
+      }
+    }
+    Write([&](Output& output) {
+      output.setTimeBase(TimeBase::frames(25));
+      auto& stream = output.top().textStream("T");
+      for (std::size_t i = 0; i != texts.size(); ++i) {
+        stream.add(Frame{static_cast<std::int64_t>(i)}, texts[i]);
+      }
+      output.top().textStream("U").add(Frame{7}, "behind");
+    });
+    std::vector<senmark::Sample> const samples = Open().samples("T").all().collect();
+    ASSERT_EQ(samples.size(), texts.size());
+    for (std::size_t i = 0; i != texts.size(); ++i) {
+      ASSERT_EQ(std::get<std::string>(samples[i].value), kit::SampleText(texts[i]));
+    }
+    ASSERT_EQ(Samples("U"), "7/25=behind ");
+  }
 }
 
 TEST_F(KitOutput, TextsHaveALongestLength) {

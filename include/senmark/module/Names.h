@@ -11,6 +11,11 @@ namespace senmark::kit {
 /// character but tab, line feed, carriage return, backspace and form feed.
 inline std::string Utf8(std::string_view text);
 
+/// The same for a text of a sample. A reader finds the end of the samples by their square brackets, and their white
+/// space by their quotes, also by those within texts: quotes are replaced by their full-width forms, and so are the
+/// brackets of a text in which they do not come in pairs.
+inline std::string SampleText(std::string_view text);
+
 /// Makes match names, valid and unique in one file: ASCII letters and digits, no digit first.
 class MatchNames {
  public:
@@ -106,11 +111,53 @@ inline void AppendUtf8(std::string_view text, std::string& clean) {
   }
 }
 
+/// Whether each square bracket has its partner.
+inline bool BracketsNest(std::string_view text) {
+  std::size_t depth = 0;
+  for (char const character : text) {
+    if (character == '[') {
+      ++depth;
+    } else if (character == ']' && depth-- == 0) {
+      return false;
+    }
+  }
+  return depth == 0;
+}
+
+/// Appends what `SampleText` gives.
+inline void AppendSampleText(std::string_view text, std::string& clean) {
+  std::size_t const start = clean.size();
+  AppendUtf8(text, clean);
+  if (clean.find_first_of("\"[]", start) == std::string::npos) {
+    return;
+  }
+  std::string const counted = clean.substr(start);
+  bool const keepsBrackets = BracketsNest(counted);
+  clean.resize(start);
+  for (char const character : counted) {
+    if (character == '"') {
+      clean += "\uFF02";
+    } else if (character == '[' && !keepsBrackets) {
+      clean += "\uFF3B";
+    } else if (character == ']' && !keepsBrackets) {
+      clean += "\uFF3D";
+    } else {
+      clean += character;
+    }
+  }
+}
+
 }  // namespace detail
 
 inline std::string Utf8(std::string_view text) {
   std::string clean;
   detail::AppendUtf8(text, clean);
+  return clean;
+}
+
+inline std::string SampleText(std::string_view text) {
+  std::string clean;
+  detail::AppendSampleText(text, clean);
   return clean;
 }
 

@@ -319,9 +319,9 @@ class ArrayStream : public Stream {
 /// A stream of texts.
 class TextStream : public Stream {
  public:
-  /// text  UTF-8; what cannot be written becomes U+FFFD, see `Utf8`. Otherwise as `NumberStream::add`; an empty text is
+  /// text  UTF-8; it is kept as `SampleText` gives it. Otherwise as `NumberStream::add`; an empty text is
   ///       what NaN is there. Errors: also `Failure` with code 1507 for more than 65,535 bytes as the file holds them,
-  ///       where quotes, backslashes and ends of lines take two each.
+  ///       where backslashes and ends of lines take two each.
   template <typename Time>
   void add(Time const& time, std::string_view text) {
     if (text.empty() && Format().keepsGaps) {
@@ -330,7 +330,7 @@ class TextStream : public Stream {
     Require(!text.empty(), "an empty text");
     // Kept from text to text, so that its memory is.
     mClean.clear();
-    detail::AppendUtf8(text, mClean);
+    detail::AppendSampleText(text, mClean);
     Require(EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
     Add(KeyOf(time), mClean);
   }
