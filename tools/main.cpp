@@ -11,6 +11,7 @@
 #include "LibraryModules.h"
 #include "ModuleCheckCommand.h"
 #include "ModuleSearch.h"
+#include "NewModuleCommand.h"
 #include "Utf8.h"
 
 namespace {
@@ -27,6 +28,7 @@ constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the 
 struct CommandLine {
   Request request;
   senmark_tool::ModuleCheckRequest moduleCheck;
+  senmark_tool::NewModuleRequest newModule;
   Run run = nullptr;
   std::function<int(std::ostream&)> runAlone;  ///< instead of `run`: without the library in this process
 };
@@ -69,6 +71,18 @@ void AddModuleCommands(CLI::App& app, CommandLine& line) {
   module->require_subcommand(1);
 }
 
+void AddNewModule(CLI::App& app, CommandLine& line) {
+  CLI::App* const command = app.add_subcommand("new-module", "a folder with a converter module to begin with");
+  senmark_tool::NewModuleRequest& request = line.newModule;
+  command->add_option("NAME", request.name, "of the module: letters, digits, - and _")->required();
+  command->add_option("DIR", request.folder, "the folder to make")->required();
+  command->add_option("--extension", request.extension, "of the files that it is for; the name without this");
+  command->add_flag("--json", request.asJson, "machine-readable output");
+  command->callback([&line] {
+    line.runAlone = [&line](std::ostream& out) { return senmark_tool::RunNewModule(line.newModule, out); };
+  });
+}
+
 void AddCommands(CLI::App& app, CommandLine& line) {
   using namespace senmark_tool;
   CLI::Option* const modules = app.add_option("--modules", line.request.moduleFolders,
@@ -107,6 +121,7 @@ void AddCommands(CLI::App& app, CommandLine& line) {
       ->add_option("--why", line.request.file, "which converters are asked for this file, and what they say");
   AddFileCommand(app, line, "why", "what the library does with a file, and how its converter sees it", &RunWhy);
   AddModuleCommands(app, line);
+  AddNewModule(app, line);
   app.require_subcommand(1);
 }
 
