@@ -8,9 +8,9 @@
 namespace senmark_motion {
 namespace {
 
-/// Groups in one another, at most: readers stop at a depth of 100, and each group takes two levels. What hangs deeper
-/// stays in the last group that fits, and says who its parent is.
-constexpr std::size_t kDeepestGroup = 40;
+/// Groups in one another, at most, with room for one of streams in the innermost. What hangs deeper stays in the last
+/// group that fits, and says who its parent is.
+constexpr std::size_t kDeepestGroup = kit::Group::kDeepest - 1;
 
 /// Streams that may hand their samples on at once. The writer keeps some of each in memory, so that those of more are
 /// collected by the kit, which has one share of memory for all.
