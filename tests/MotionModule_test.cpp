@@ -364,7 +364,7 @@ TEST_F(MotionModule, ErrorsHaveTheirPlace) {
   for (Bad const& bad : {
            Bad{head + times + "1 2 3\n4 5\n", kit::Failure::kMalformedInput, frames + 6, 11},
            Bad{head + times + "1 2 3\n4 x 6\n", kit::Failure::kMalformedInput, frames + 8, 11},
-           Bad{head + times + "1 2 3\n4 5 1e16\n", kit::Failure::kRefused, frames + 6, 11},
+           Bad{head + times + "1 2 3\n4 5 1e16\n", kit::Failure::kRefused, frames + 10, 11},
            Bad{head + "Frames: 2\nFrame Time: 0\n1 2 3\n4 5 6\n", kit::Failure::kMalformedInput, head.size() + 22, 9},
            Bad{head + "Frames: 1\nFrame Time: 0\n1 2 3\n4 5 6\n", kit::Failure::kMalformedInput, head.size() + 22, 9},
            Bad{head + "Frames: 2\nFrame Time: 1e300\n1 2 3\n4 5 6\n", kit::Failure::kRefused, head.size() + 34, 11},

@@ -50,7 +50,7 @@ TEST_F(MotionWorld, QuarterTurnsFollowTheRightHand) {
     Add(kNone, {0, 0, 0}, {turn.channel});
     Add(0, {1, 2, 3}, {});
     WorldPositions world(mSkeleton, Options());
-    world.compute({90});
+    world.compute(std::vector<double>{90}.data());
     Expect(world, 0, 0, 0, 0);
     Expect(world, 1, turn.x, turn.y, turn.z);
   }
@@ -61,7 +61,7 @@ TEST_F(MotionWorld, LastChannelTurnsFirst) {
   Add(kNone, {0, 0, 0}, {"Zrotation", "Xrotation"});
   Add(0, {0, 1, 0}, {});
   WorldPositions zx(mSkeleton, Options());
-  zx.compute({90, 90});
+  zx.compute(std::vector<double>{90, 90}.data());
   Expect(zx, 1, 0, 0, 1);
 
   // The other order: y to -x, which the turn around x leaves.
@@ -69,7 +69,7 @@ TEST_F(MotionWorld, LastChannelTurnsFirst) {
   Add(kNone, {0, 0, 0}, {"Xrotation", "Zrotation"});
   Add(0, {0, 1, 0}, {});
   WorldPositions xz(mSkeleton, Options());
-  xz.compute({90, 90});
+  xz.compute(std::vector<double>{90, 90}.data());
   Expect(xz, 1, -1, 0, 0);
 }
 
@@ -79,7 +79,7 @@ TEST_F(MotionWorld, TurnsAddUpAlongTheChain) {
   Add(1, {1, 0, 0}, {"Zrotation"});
   Add(2, {1, 0, 0}, {});
   WorldPositions world(mSkeleton, Options());
-  world.compute({90, 90, 45});
+  world.compute(std::vector<double>{90, 90, 45}.data());
   Expect(world, 0, 10, 0, 0);
   Expect(world, 1, 10, 1, 0);
   Expect(world, 2, 9, 1, 0);
@@ -91,7 +91,7 @@ TEST_F(MotionWorld, PositionsOfRootsStandInPlaceOfTheOffset) {
   Add(kNone, {7, 8, 9}, {"Zrotation", "Xposition", "Zposition"});
   Add(0, {1, 0, 0}, {});
   WorldPositions world(mSkeleton, Options());
-  world.compute({90, 1, 2});
+  world.compute(std::vector<double>{90, 1, 2}.data());
   Expect(world, 0, 1, 8, 2);
   Expect(world, 1, 1, 9, 2);
   EXPECT_FALSE(world.hasJointPositions());
@@ -102,7 +102,7 @@ TEST_F(MotionWorld, PositionsOfRootsAreAddedOnDemand) {
   Options options;
   options.rootPositions = ePositions::kAdd;
   WorldPositions world(mSkeleton, options);
-  world.compute({1, 2});
+  world.compute(std::vector<double>{1, 2}.data());
   Expect(world, 0, 8, 8, 11);
 }
 
@@ -112,18 +112,18 @@ TEST_F(MotionWorld, FirstFrameTellsWhatPositionsOfJointsAre) {
 
   WorldPositions places(mSkeleton, Options());
   EXPECT_TRUE(places.hasJointPositions());
-  places.compute({0, 0.5, 10.5, 0});
+  places.compute(std::vector<double>{0, 0.5, 10.5, 0}.data());
   EXPECT_EQ(places.jointPositions(), ePositions::kReplace);
   Expect(places, 1, 0.5, 10.5, 0);
   // The same for later frames, whatever they hold.
-  places.compute({0, 0, 0, 0});
+  places.compute(std::vector<double>{0, 0, 0, 0}.data());
   Expect(places, 1, 0, 0, 0);
 
   WorldPositions ways(mSkeleton, Options());
-  ways.compute({0, 0.5, 0.5, 0});
+  ways.compute(std::vector<double>{0, 0.5, 0.5, 0}.data());
   EXPECT_EQ(ways.jointPositions(), ePositions::kAdd);
   Expect(ways, 1, 0.5, 10.5, 0);
-  ways.compute({0, 0, 10, 0});
+  ways.compute(std::vector<double>{0, 0, 10, 0}.data());
   Expect(ways, 1, 0, 20, 0);
 }
 
@@ -133,11 +133,11 @@ TEST_F(MotionWorld, OptionsDecideAboutJoints) {
   Options options;
   options.jointPositions = ePositions::kAdd;
   WorldPositions adding(mSkeleton, options);
-  adding.compute({0, 10});
+  adding.compute(std::vector<double>{0, 10}.data());
   Expect(adding, 1, 0, 20, 0);
   options.jointPositions = ePositions::kReplace;
   WorldPositions replacing(mSkeleton, options);
-  replacing.compute({0, 0});
+  replacing.compute(std::vector<double>{0, 0}.data());
   Expect(replacing, 1, 0, 0, 0);
 }
 
@@ -147,7 +147,7 @@ TEST_F(MotionWorld, NotANumberStaysWithWhatHangsFromIt) {
   Add(1, {0, 1, 0}, {});
   Add(0, {0, 2, 0}, {});
   WorldPositions world(mSkeleton, Options());
-  world.compute({0, std::numeric_limits<double>::quiet_NaN()});
+  world.compute(std::vector<double>{0, std::numeric_limits<double>::quiet_NaN()}.data());
   Expect(world, 1, 0, 1, 0);
   EXPECT_TRUE(std::isnan(world.of(2)[1]));
   Expect(world, 3, 0, 2, 0);

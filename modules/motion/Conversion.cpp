@@ -52,30 +52,52 @@ std::string RateText(kit::TimeBase const& base) {
   return "time codes at " + std::to_string(base.value()) + scale + " frames per second";
 }
 
-/// Gives the number of frames.
-std::uint64_t AddFrames(kit::Input const& input, Source& source, MotionHeader const& header, kit::TimeBase const& base,
-                        std::size_t channels, MotionTree& tree) {
+/// The times of frames, in the arguments of the kit; none for a frame that the time base has no time for.
+struct FrameTimes {
+  std::int64_t limit;
+
+  explicit FrameTimes(kit::TimeBase const& base, MotionHeader const& /*header*/) : limit(base.nominalRate() * 86400) {}
+  std::optional<kit::Frame> at(std::uint64_t frame) const {
+    auto const number = static_cast<std::int64_t>(frame);
+    return number < limit ? std::optional<kit::Frame>({number}) : std::nullopt;
+  }
+};
+struct MomentTimes {
+  double seconds;
+
+  explicit MomentTimes(kit::TimeBase const& /*base*/, MotionHeader const& header) : seconds(header.frameTime.seconds) {}
+  std::optional<kit::Instant> at(std::uint64_t frame) const {
+    return kit::InstantOfSeconds(static_cast<double>(frame) * seconds);
+  }
+};
+
+/// Reads frames and adds them in blocks. Gives their number.
+template <typename Time, typename Times>
+std::uint64_t AddFrames(Source& source, MotionHeader const& header, Times const& timesOf, std::size_t channels,
+                        MotionTree& tree) {
+  // Numbers of a block, so that it stays in the processor's caches.
+  constexpr std::size_t kBlock = 16384;
+  std::size_t const framesOfBlock = std::max<std::size_t>(kBlock / std::max<std::size_t>(channels, 1), 1);
   FrameReader frames(source, channels);
+  std::vector<Time> times;
+  std::vector<double> values;
   std::uint64_t count = 0;
-  for (; frames.next(); ++count) {
+  for (; frames.next(values); ++count) {
     if (count != 0 && !(header.frameTime.seconds > 0)) {
       throw NoFrameTime(source, header);
     }
-    try {
-      if (base.isGmt()) {
-        std::optional<kit::Instant> const time =
-            kit::InstantOfSeconds(static_cast<double>(count) * header.frameTime.seconds);
-        if (!time) {
-          throw kit::Refused("a time behind the year 9999");
-        }
-        tree.add(*time, frames.values());
-      } else {
-        tree.add(kit::Frame{static_cast<std::int64_t>(count)}, frames.values());
-      }
-    } catch (kit::Failure const& failure) {
-      throw failure.at(frames.offset(), LineAt(input, frames.offset()));
+    std::optional<Time> const time = timesOf.at(count);
+    if (!time) {
+      throw source.failure("no time is left for a frame", frames.offset(), kit::Failure::kRefused);
+    }
+    times.push_back(*time);
+    if (times.size() == framesOfBlock) {
+      tree.add(times, values);
+      times.clear();
+      values.clear();
     }
   }
+  tree.add(times, values);
   return count;
 }
 
@@ -120,7 +142,9 @@ void Convert(kit::Input const& input, kit::Output& output) {
     world.emplace(skeleton, options);
   }
   MotionTree tree(skeleton, output, world ? &*world : nullptr);
-  std::uint64_t const count = AddFrames(input, source, header, base, channels, tree);
+  std::uint64_t const count = base.isGmt()
+                                  ? AddFrames<kit::Instant>(source, header, MomentTimes(base, header), channels, tree)
+                                  : AddFrames<kit::Frame>(source, header, FrameTimes(base, header), channels, tree);
   if (world && world->hasJointPositions() && count != 0) {
     bool const adds = world->jointPositions() == ePositions::kAdd;
     top.text("joint positions", adds ? "added to the offset" : "in place of the offset");

@@ -1,23 +1,31 @@
 #include "FrameReader.h"
 
+#include <cmath>
+#include <optional>
+
 #include "MotionNumber.h"
+#include "senmark/module/Number.h"
 
 namespace senmark_motion {
 
-bool FrameReader::next() {
+bool FrameReader::next(std::vector<double>& values) {
   mCount = 0;
   mIsBroken = false;
   do {
     if (!FindNumber()) {
       if (mCount != 0) {
         throw mSource.failure(
-            "the last frame has " + std::to_string(mCount) + " of " + std::to_string(mValues.size()) + " numbers",
+            "the last frame has " + std::to_string(mCount) + " of " + std::to_string(mChannels) + " numbers",
             mFrameOffset);
       }
       return false;
     }
-    ReadNumber();
-  } while (mCount != mValues.size());
+    if (mCount == 0) {
+      BeginFrame();
+    }
+    values.push_back(ReadNumber());
+    ++mCount;
+  } while (mCount != mChannels);
   mHasFrameOnLine = true;
   mMustEndLine = mIsBroken;
   return true;
@@ -54,10 +62,10 @@ bool FrameReader::HasBytes() {
 }
 
 void FrameReader::EndLine() {
-  if (mCount != 0 && mCount != mValues.size()) {
+  if (mCount != 0 && mCount != mChannels) {
     if (mHasFrameOnLine) {
       throw mSource.failure("a line has more numbers than its frames: the last one has " + std::to_string(mCount) +
-                                " of " + std::to_string(mValues.size()),
+                                " of " + std::to_string(mChannels),
                             mFrameOffset);
     }
     mIsBroken = true;
@@ -67,36 +75,38 @@ void FrameReader::EndLine() {
   mIsInComment = false;
 }
 
-void FrameReader::ReadNumber() {
-  if (mCount == 0) {
-    if (mMustEndLine) {
-      throw mSource.failure(
-          "the frame that begins here has not " + std::to_string(mValues.size()) + " numbers: it ends within a line",
-          mFrameOffset);
-    }
-    if (mValues.empty()) {
-      throw FailureHere("a number, and the joints have no channels");
-    }
-    mFrameOffset = mSource.offset() + (mNext - mStart);
+void FrameReader::BeginFrame() {
+  if (mMustEndLine) {
+    throw mSource.failure(
+        "the frame that begins here has not " + std::to_string(mChannels) + " numbers: it ends within a line",
+        mFrameOffset);
   }
-  double& value = mValues[mCount];
-  if (!ReadPlainNumber(mNext, value)) {
-    char const* end = mNext;
-    while (end != mEnd && !IsSpace(*end)) {
-      ++end;
-    }
-    std::optional<double> const number = ParseNumber(std::string_view(mNext, static_cast<std::size_t>(end - mNext)));
-    if (!number) {
-      throw FailureHere("a number is expected");
-    }
-    value = *number;
-    mNext = end;
+  if (mChannels == 0) {
+    throw mSource.failure("a number, and the joints have no channels", Here());
   }
-  ++mCount;
+  mFrameOffset = Here();
 }
 
-kit::Failure FrameReader::FailureHere(char const* message) const {
-  return mSource.failure(message, mSource.offset() + (mNext - mStart));
+double FrameReader::ReadNumber() {
+  double value = 0;
+  char const* const start = mNext;
+  if (!ReadPlainNumber(mNext, value)) {
+    while (mNext != mEnd && !IsSpace(*mNext)) {
+      ++mNext;
+    }
+    std::string_view const word(start, static_cast<std::size_t>(mNext - start));
+    std::optional<double> const number = ParseNumber(word);
+    mNext = start;
+    if (!number) {
+      throw mSource.failure("a number is expected", Here());
+    }
+    value = *number;
+    if (std::isfinite(value) && std::fabs(value) >= kit::kNumberLimit) {
+      throw mSource.failure("a number of 1e16 or more", Here(), kit::Failure::kRefused);
+    }
+    mNext = start + word.size();
+  }
+  return value;
 }
 
 }  // namespace senmark_motion

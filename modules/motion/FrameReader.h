@@ -15,26 +15,26 @@ namespace senmark_motion {
 class FrameReader {
  public:
   /// channels: numbers of a frame; without any there must be no number in the file.
-  FrameReader(Source& source, std::size_t channels) : mSource(source), mValues(channels) {}
+  FrameReader(Source& source, std::size_t channels) : mSource(source), mChannels(channels) {}
 
-  /// False behind the last frame. Errors: `Failure` with a place for what is no number, and for numbers that are not
-  /// whole frames.
-  bool next();
+  /// Appends the numbers of a frame to `values`; NaN and infinity are among them if the file has them. False behind the
+  /// last frame. Errors: `Failure` with a place for what is no number, for one of 1e16 or more, which no data file can
+  /// hold, and for numbers that are not whole frames.
+  bool next(std::vector<double>& values);
 
-  /// Of the frame that `next` read last; NaN and infinity are among them if the file has them.
-  std::vector<double> const& values() const { return mValues; }
-  /// Bytes of the file before it.
+  /// Bytes of the file before the frame that `next` read last.
   std::int64_t offset() const { return mFrameOffset; }
 
  private:
   bool FindNumber();
   bool HasBytes();
   void EndLine();
-  void ReadNumber();
-  kit::Failure FailureHere(char const* message) const;
+  double ReadNumber();
+  void BeginFrame();
+  std::int64_t Here() const { return mSource.offset() + (mNext - mStart); }
 
   Source& mSource;
-  std::vector<double> mValues;
+  std::size_t mChannels;
   std::size_t mCount = 0;  ///< numbers of the frame that were read
   std::int64_t mFrameOffset = 0;
   char const* mNext = nullptr;  ///< in what the source gave

@@ -28,7 +28,8 @@ std::size_t CountStreams(Skeleton const& skeleton, bool hasWorld) {
 
 }  // namespace
 
-MotionTree::MotionTree(Skeleton const& skeleton, kit::Output& output, WorldPositions* world) : mWorld(world) {
+MotionTree::MotionTree(Skeleton const& skeleton, kit::Output& output, WorldPositions* world)
+    : mChannels(skeleton.channelCount), mWorld(world) {
   mFormat.decimals = kDecimals;
   mFormat.keepsGaps = true;
   bool const isDirect = CountStreams(skeleton, world != nullptr) <= kMostDirectStreams;
@@ -93,26 +94,46 @@ void MotionTree::MakePart(kit::Group& group, Joint const& joint, eChannelKind ki
 }
 
 template <typename Time>
-void MotionTree::AddAt(Time const& time, std::vector<double> const& values) {
+void MotionTree::AddAt(std::vector<Time> const& times, std::vector<double> const& values) {
   for (Part& part : mParts) {
-    for (std::size_t i = 0; i != part.channels.size(); ++i) {
-      part.values[i] = values[part.channels[i]];
-    }
-    part.streams.add(time, part.values);
+    AddPart(part, times, values);
   }
   for (Other const& other : mOthers) {
-    other.stream->add(time, values[other.channel]);
+    for (std::size_t frame = 0; frame != times.size(); ++frame) {
+      other.stream->add(times[frame], values[frame * mChannels + other.channel]);
+    }
   }
   if (mWorld != nullptr) {
-    mWorld->compute(values);
+    AddWorld(times, values);
+  }
+}
+
+template <typename Time>
+void MotionTree::AddPart(Part& part, std::vector<Time> const& times, std::vector<double> const& values) {
+  double const* frame = values.data();
+  for (Time const& time : times) {
+    for (std::size_t i = 0; i != part.channels.size(); ++i) {
+      part.values[i] = frame[part.channels[i]];
+    }
+    part.streams.add(time, part.values);
+    frame += mChannels;
+  }
+}
+
+template <typename Time>
+void MotionTree::AddWorld(std::vector<Time> const& times, std::vector<double> const& values) {
+  double const* frame = values.data();
+  for (Time const& time : times) {
+    mWorld->compute(frame);
     for (std::size_t joint = 0; joint != mWorldStreams.size(); ++joint) {
       std::array<double, 3> const& position = mWorld->of(joint);
       mWorldStreams[joint]->add(time, position.data(), position.size());
     }
+    frame += mChannels;
   }
 }
 
-template void MotionTree::AddAt(kit::Frame const& time, std::vector<double> const& values);
-template void MotionTree::AddAt(kit::Instant const& time, std::vector<double> const& values);
+template void MotionTree::AddAt(std::vector<kit::Frame> const& times, std::vector<double> const& values);
+template void MotionTree::AddAt(std::vector<kit::Instant> const& times, std::vector<double> const& values);
 
 }  // namespace senmark_motion

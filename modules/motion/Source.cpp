@@ -75,8 +75,8 @@ std::string_view Source::tokens() {
   }
 }
 
-kit::Failure Source::failure(std::string const& message, std::int64_t offset) const {
-  return kit::Failure(message, offset, LineAt(mInput, offset));
+kit::Failure Source::failure(std::string const& message, std::int64_t offset, std::int32_t code) const {
+  return kit::Failure(message, offset, LineAt(mInput, offset), code);
 }
 
 /// False at the end of the file. What is left moves to the front, and a piece comes behind it.

@@ -51,7 +51,8 @@ class Source {
   std::int64_t lineOffset() const { return mLineOffset; }
 
   /// A failure at a place of the file, with its line.
-  kit::Failure failure(std::string const& message, std::int64_t offset) const;
+  kit::Failure failure(std::string const& message, std::int64_t offset,
+                       std::int32_t code = kit::Failure::kMalformedInput) const;
 
  private:
   bool Refill();

@@ -46,7 +46,7 @@ WorldPositions::WorldPositions(Skeleton const& skeleton, Options const& options)
   }
 }
 
-void WorldPositions::compute(std::vector<double> const& frame) {
+void WorldPositions::compute(double const* frame) {
   if (mJointPositions == ePositions::kByFile) {
     DecideJointPositions(frame);
   }
@@ -72,7 +72,7 @@ void WorldPositions::compute(std::vector<double> const& frame) {
 
 /// Exporters differ in what they write for joints other than roots: places beside the parent, near the offsets, or ways
 /// from the offset, near 0. The joints of the first frame together tell which.
-void WorldPositions::DecideJointPositions(std::vector<double> const& frame) {
+void WorldPositions::DecideJointPositions(double const* frame) {
   double fromOffset = 0;
   double fromZero = 0;
   for (Joint const& joint : mSkeleton.joints) {
@@ -88,7 +88,7 @@ void WorldPositions::DecideJointPositions(std::vector<double> const& frame) {
   mJointPositions = fromOffset <= fromZero ? ePositions::kReplace : ePositions::kAdd;
 }
 
-WorldPositions::Vector WorldPositions::TranslationOf(Joint const& joint, std::vector<double> const& frame) const {
+WorldPositions::Vector WorldPositions::TranslationOf(Joint const& joint, double const* frame) const {
   Vector translation = joint.offset;
   bool const adds = (IsRoot(joint) ? mRootPositions : mJointPositions) == ePositions::kAdd;
   for (std::size_t c = 0; c != joint.channels.size(); ++c) {

@@ -27,7 +27,7 @@ class WorldPositions {
   WorldPositions(Skeleton const& skeleton, Options const& options);
 
   /// frame: as many numbers as there are channels. NaN and infinity make NaN of what depends on them.
-  void compute(std::vector<double> const& frame);
+  void compute(double const* frame);
 
   /// Of a joint in the last frame: x, y, z in the unit of the offsets.
   std::array<double, 3> const& of(std::size_t joint) const { return mPoses[joint].position; }
@@ -46,8 +46,8 @@ class WorldPositions {
     Vector position;
   };
 
-  void DecideJointPositions(std::vector<double> const& frame);
-  Vector TranslationOf(Joint const& joint, std::vector<double> const& frame) const;
+  void DecideJointPositions(double const* frame);
+  Vector TranslationOf(Joint const& joint, double const* frame) const;
 
   Skeleton const& mSkeleton;
   ePositions mRootPositions;
