@@ -2,7 +2,8 @@
 
     motion_values.py SENMARK MODULES PATH...
 
-SENMARK is the program, MODULES the folder of modules, each PATH a .bvh file or a folder that holds some. Every file is
+SENMARK is the program, MODULES the folder of modules, each PATH a .bvh file or a folder that holds some; the
+folder bvh in that of the environment variable SENMARK_REAL_DATA comes last, if there is one. Every file is
 converted twice, as it is and with world positions asked for by a file beside it. Compared are: all groups and their
 nesting, offsets, lists of channels, rotation orders, frame time and count, every number of every frame to half a
 millionth (or the fifty millionths that a number nearer to 0 than 0.0001 may lose), the time of every frame, and the
@@ -275,7 +276,8 @@ def compare_file(program, modules, path):
 def main():
     program, modules = sys.argv[1:3]
     paths = []
-    for path in sys.argv[3:]:
+    real = [os.path.join(os.environ["SENMARK_REAL_DATA"], "bvh")] if "SENMARK_REAL_DATA" in os.environ else []
+    for path in sys.argv[3:] + real:
         if os.path.isdir(path):
             paths += sorted(os.path.join(path, name) for name in os.listdir(path) if name.endswith(".bvh"))
         elif os.path.exists(path):
