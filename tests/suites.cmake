@@ -19,6 +19,7 @@ senmark_suite(JsonConverterCalls support/FailingCalls.cpp support/RecordingWrite
 senmark_suite(JsonIterators)
 senmark_suite(JsonParser support/FailingCalls.cpp)
 senmark_suite(Layout)
+senmark_host_suite(ModuleNames)
 senmark_host_suite(Modules)
 senmark_host_suite(NoMemory support/FailingMemory.cpp)
 senmark_host_suite(ReaderErrors)

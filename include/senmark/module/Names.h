@@ -10,6 +10,11 @@ namespace senmark::kit {
 /// Text that is UTF-8 and can be written: whatever is not UTF-8, and every NUL, becomes U+FFFD.
 inline std::string Utf8(std::string_view text);
 
+/// The same for a text of a sample. A reader finds the end of the samples by their square brackets, and their white
+/// space by their quotes, also by those within texts: quotes are replaced by their full-width forms, and so are the
+/// brackets of a text in which they do not come in pairs.
+inline std::string SampleText(std::string_view text);
+
 /// Makes match names, valid and unique in one file: ASCII letters and digits, no digit first.
 class MatchNames {
  public:
@@ -84,6 +89,19 @@ inline std::size_t CharacterSize(std::string_view text) {
   return 0;
 }
 
+/// Whether each square bracket has its partner.
+inline bool BracketsNest(std::string_view text) {
+  std::size_t depth = 0;
+  for (char const character : text) {
+    if (character == '[') {
+      ++depth;
+    } else if (character == ']' && depth-- == 0) {
+      return false;
+    }
+  }
+  return depth == 0;
+}
+
 }  // namespace detail
 
 inline std::string Utf8(std::string_view text) {
@@ -95,6 +113,25 @@ inline std::string Utf8(std::string_view text) {
     text.remove_prefix(size == 0 ? 1 : size);
   }
   return clean;
+}
+
+inline std::string SampleText(std::string_view text) {
+  std::string const clean = Utf8(text);
+  bool const keepsBrackets = detail::BracketsNest(clean);
+  std::string safe;
+  safe.reserve(clean.size());
+  for (char const character : clean) {
+    if (character == '"') {
+      safe += "\uFF02";
+    } else if (character == '[' && !keepsBrackets) {
+      safe += "\uFF3B";
+    } else if (character == ']' && !keepsBrackets) {
+      safe += "\uFF3D";
+    } else {
+      safe += character;
+    }
+  }
+  return safe;
 }
 
 }  // namespace senmark::kit

@@ -332,14 +332,15 @@ class ArrayStream : public Stream {
 /// A stream of texts.
 class TextStream : public Stream {
  public:
-  /// text  UTF-8; what is not becomes U+FFFD. Otherwise as `NumberStream::add`; an empty text is what NaN is there.
+  /// text  UTF-8; it is kept as `SampleText` gives it. Otherwise as `NumberStream::add`; an empty text is what NaN is
+  ///       there.
   template <typename Time>
   void add(Time const& time, std::string_view text) {
     if (text.empty() && Format().keepsGaps) {
       return;
     }
     Require(!text.empty(), "an empty text");
-    std::string const clean = Utf8(text);
+    std::string const clean = SampleText(text);
     Require(EscapedSize(clean) <= kLongest, "a text of more than 65535 bytes");
     Add(KeyOf(time), clean);
   }
