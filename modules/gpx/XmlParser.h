@@ -1,0 +1,95 @@
+/// XML in pieces, in bounded memory, without entities.
+#pragma once
+
+#include <expat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "XmlMemory.h"
+#include "senmark/Module.h"
+
+namespace senmark_gpx {
+
+namespace kit = senmark::kit;
+
+/// The name of an element. Both are valid during the call that gives them.
+struct XmlName {
+  std::string_view space;  ///< of the namespace; empty: none
+  std::string_view local;
+};
+
+/// The attributes of one element, valid during the call that gives them.
+class XmlAttributes {
+ public:
+  /// pairs: names and values in turn, then null.
+  explicit XmlAttributes(char const* const* pairs) : mPairs(pairs) {}
+
+  /// The value of an attribute that is in no namespace.
+  std::optional<std::string_view> find(std::string_view name) const;
+
+ private:
+  char const* const* mPairs;
+};
+
+/// Takes what a parser meets. What it throws ends the parsing; a `kit::Failure` without a place gets that of the tag.
+class XmlHandler {
+ public:
+  virtual ~XmlHandler() = default;
+
+  virtual void start(XmlName const& name, XmlAttributes const& attributes) = 0;
+  virtual void end(XmlName const& name) = 0;
+  /// UTF-8; the text of one element may come in several pieces.
+  virtual void text(std::string_view text) = 0;
+};
+
+class XmlParser {
+ public:
+  /// Elements within each other.
+  static constexpr unsigned kDeepest = 100;
+  /// Bytes that wait for the end of their tag, comment or declaration.
+  static constexpr std::int64_t kLongestTag = std::int64_t{1} << 20;
+
+  /// handler: must live as long as the parser.
+  explicit XmlParser(XmlHandler& handler);
+  ~XmlParser();
+  XmlParser(XmlParser const&) = delete;
+  XmlParser& operator=(XmlParser const&) = delete;
+
+  /// The next bytes of the document; isLast with the last of them, which may be none.
+  ///
+  /// Errors: `kit::Failure` with its byte and line for what is not well-formed, for elements that are too deep, tags
+  /// that are too long and names that take too much memory, and for a declaration of an entity.
+  void feed(std::string_view bytes, bool isLast);
+
+ private:
+  static void XMLCALL Start(void* parser, char const* name, char const** attributes);
+  static void XMLCALL End(void* parser, char const* name);
+  static void XMLCALL Text(void* parser, char const* text, int size);
+  static void XMLCALL EntityDeclaration(void* parser, char const* name, int isParameter, char const* value, int size,
+                                        char const* base, char const* system, char const* publicId,
+                                        char const* notation);
+
+  template <typename Work>
+  void Run(Work&& work) noexcept;
+  kit::Failure FailureHere(std::string const& message) const;
+
+  XmlHandler& mHandler;
+  XmlMemory mMemory;
+  XML_Parser mExpat;
+  unsigned mDepth = 0;
+  std::int64_t mFed = 0;
+  std::exception_ptr mFailure;  ///< of the handler: no exception may pass through the parser
+};
+
+/// Parses the whole file. Errors: as `XmlParser::feed`, and those of `kit::Bytes`.
+void ParseXml(kit::Input const& input, XmlHandler& handler);
+
+/// The local name of the root element, if it begins within these first bytes of a document.
+std::optional<std::string> FindRoot(std::string_view head);
+
+}  // namespace senmark_gpx
