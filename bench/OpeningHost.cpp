@@ -27,11 +27,11 @@ std::uint64_t AnonymousMemory() {
 
 }  // namespace
 
-OpeningHost::OpeningHost() {
+OpeningHost::OpeningHost(char const* modules) {
   static ns_sensor::SK_ClientProcs procs = {};
   procs.error = CountError;
   void* api = nullptr;
-  CreateSenmark_1(&mManager, nullptr, nullptr, nullptr, &mErrors, &procs, &api);
+  CreateSenmark_1(&mManager, modules, nullptr, nullptr, &mErrors, &procs, &api);
 }
 
 OpeningHost::~OpeningHost() {
@@ -49,6 +49,15 @@ double OpeningHost::SecondsToOpen(std::string const& path, char const* output) {
   ns_sensor::ISensorFileHandler* const handler = Open(path, output);
   double const seconds = watch.Seconds();
   Close(handler);
+  return seconds;
+}
+
+double OpeningHost::SecondsToStream(std::string const& path) {
+  Stopwatch const watch;
+  ns_sensor::ITdjsonStream* stream = nullptr;
+  mManager->createTdjsonStream(&stream, path.c_str(), 0, &mErrors);
+  double const seconds = watch.Seconds();
+  mManager->destroyTdjsonStream(&stream, &mErrors);
   return seconds;
 }
 

@@ -13,7 +13,8 @@
 /// A host that only opens and closes, and prints the errors that it gets.
 class OpeningHost {
  public:
-  OpeningHost();
+  /// modules: their folder, null for none.
+  explicit OpeningHost(char const* modules = nullptr);
   ~OpeningHost();
   OpeningHost(OpeningHost const&) = delete;
   OpeningHost& operator=(OpeningHost const&) = delete;
@@ -23,6 +24,8 @@ class OpeningHost {
   void Close(ns_sensor::ISensorFileHandler* handler) { mManager->closeFile(&handler, &mErrors); }
   /// Seconds from the call to its return; closing does not count.
   double SecondsToOpen(std::string const& path, char const* output = nullptr);
+  /// Seconds that a conversion into a stream takes, which is not read.
+  double SecondsToStream(std::string const& path);
   bool HasFailed() const { return mErrors != 0; }
 
  private:

@@ -39,21 +39,21 @@ void GpxSurvey::property(std::string const& /*title*/, std::string_view /*text*/
 void GpxSurvey::bounds(Bounds const& /*bounds*/) {}
 
 void GpxSurvey::beginTrack() {
-  AddPart();
+  mParts.add();
   ++tracks;
 }
 
 void GpxSurvey::endTrack() {}
 
 void GpxSurvey::beginSegment() {
-  AddPart();
+  mParts.add();
   segments.emplace_back();
 }
 
 void GpxSurvey::endSegment() {}
 
 void GpxSurvey::beginRoute() {
-  AddPart();
+  mParts.add();
   ++routes;
 }
 
@@ -76,12 +76,6 @@ void GpxSurvey::point(ePoint kind, Point const& point) {
   digits = std::max(digits, DigitsOf(point.time->nanoseconds));
   first = first && *first < *point.time ? first : point.time;
   last = last && *point.time < *last ? last : point.time;
-}
-
-void GpxSurvey::AddPart() const {
-  if (tracks + segments.size() + routes >= kMostParts) {
-    throw kit::Failure("more than " + std::to_string(kMostParts) + " tracks, segments and routes");
-  }
 }
 
 GpxSurvey MakeSurvey(kit::Input const& input) {

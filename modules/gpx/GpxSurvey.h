@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "GpxLimits.h"
 #include "GpxReader.h"
 
 namespace senmark_gpx {
@@ -24,9 +25,6 @@ struct PointsSurvey {
 
 class GpxSurvey : public GpxSink {
  public:
-  /// Tracks, segments and routes of a file.
-  static constexpr std::size_t kMostParts = 10000;
-
   std::string version;
   std::string creator;
   std::vector<PointsSurvey> segments;  ///< of all tracks, in the order of the file
@@ -55,7 +53,7 @@ class GpxSurvey : public GpxSink {
   void point(ePoint kind, Point const& point) override;
 
  private:
-  void AddPart() const;
+  Limit mParts{kMostParts, "tracks, segments and routes"};
 };
 
 /// Reads the file. Errors: `kit::Failure` for what is not well-formed, a time or elevation that is none, and too many

@@ -8,7 +8,7 @@
 namespace senmark_gpx {
 
 GpxWriter::GpxWriter(kit::Output& output, GpxSurvey const& survey, GpxFields const& fields)
-    : mOutput(output), mSurvey(survey), mFields(fields), mDigits(survey.exactDigits()), mStaticPoints(fields) {
+    : mOutput(output), mSurvey(survey), mFields(fields), mDigits(survey.exactDigits()), mStaticPoints(fields, mValues) {
   if (survey.first) {
     output.setTimeBase(kit::TimeBase::gmt(std::max(1U, mDigits)));
   }
@@ -23,6 +23,7 @@ void GpxWriter::document(std::string_view version, std::string_view creator) {
 }
 
 void GpxWriter::property(std::string const& title, std::string_view text) {
+  mValues.add();
   if (!mPart) {
     mMetadata->text(title, text);
   } else if (mPart->group != nullptr) {

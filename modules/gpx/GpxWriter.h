@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "GpxLimits.h"
 #include "GpxReader.h"
 #include "GpxSurvey.h"
 #include "StaticPoints.h"
@@ -51,7 +52,8 @@ class GpxWriter : public GpxSink {
   GpxSurvey const& mSurvey;
   GpxFields const& mFields;
   unsigned mDigits;
-  StreamCount mStreams;
+  Limit mStreams{kMostStreams, "streams"};
+  Limit mValues{kMostValues, "values that do not change"};
   StaticPoints mStaticPoints;
   kit::Group* mMetadata = nullptr;
   kit::Group* mWaypoints = nullptr;

@@ -26,12 +26,12 @@ void StaticPoints::add(kit::Group& group, Point const& point, std::uint64_t numb
     AddPosition(group, name, point);
     return;
   }
-  CountNode();
+  mValues.add();
   AddContent(group.group(name), point);
 }
 
 void StaticPoints::addWaypoint(kit::Group& group, Point const& point, std::uint64_t number) {
-  CountNode();
+  mValues.add();
   std::string const name = NameOf(point, mFields);
   AddContent(group.group(name.empty() ? "Waypoint " + std::to_string(number) : name), point);
 }
@@ -39,15 +39,15 @@ void StaticPoints::addWaypoint(kit::Group& group, Point const& point, std::uint6
 void StaticPoints::AddContent(kit::Group& group, Point const& point) {
   AddPosition(group, "Position", point);
   if (!point.timeText.empty()) {
-    CountNode();
+    mValues.add();
     group.text("Time", point.timeText);
   }
   for (auto const& [field, text] : point.texts) {
-    CountNode();
+    mValues.add();
     group.text(mFields[field].name, text);
   }
   for (auto const& [field, number] : point.numbers) {
-    CountNode();
+    mValues.add();
     kit::NumberFormat format;
     format.unit = mFields[field].unit;
     format.decimals = kDecimals;
@@ -56,7 +56,7 @@ void StaticPoints::AddContent(kit::Group& group, Point const& point) {
 }
 
 void StaticPoints::AddPosition(kit::Group& group, std::string const& name, Point const& point) {
-  CountNode();
+  mValues.add();
   std::vector<double> numbers = {point.latitude, point.longitude};
   if (point.elevation) {
     numbers.push_back(*point.elevation);
@@ -64,12 +64,6 @@ void StaticPoints::AddPosition(kit::Group& group, std::string const& name, Point
   kit::NumberFormat format;
   format.decimals = kDecimals;
   group.numbers(name, numbers, format, PositionNames(point.elevation.has_value()), true);
-}
-
-void StaticPoints::CountNode() {
-  if (++mNodes > kMostNodes) {
-    throw kit::Failure("points without time need more than " + std::to_string(kMostNodes) + " nodes");
-  }
 }
 
 }  // namespace senmark_gpx

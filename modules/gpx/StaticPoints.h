@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 
+#include "GpxLimits.h"
 #include "GpxReader.h"
 #include "senmark/module/Output.h"
 
@@ -15,17 +16,13 @@ inline constexpr unsigned kDecimals = 7;
 /// The names of the numbers of a position, without the elevation if there is none.
 std::vector<std::string> PositionNames(bool hasElevation);
 
-/// Counts the nodes of one file, each of which takes memory.
 class StaticPoints {
  public:
-  /// Nodes of all points of a file.
-  static constexpr std::size_t kMostNodes = 200000;
-
-  /// fields: must live as long as this.
-  explicit StaticPoints(GpxFields const& fields) : mFields(fields) {}
+  /// Both must live as long as this.
+  StaticPoints(GpxFields const& fields, Limit& values) : mFields(fields), mValues(values) {}
 
   /// A position, or a group with it and what else the point has. number: of the point, from 1. Errors: `kit::Failure`
-  /// for too many nodes.
+  /// for too many values.
   void add(kit::Group& group, Point const& point, std::uint64_t number);
   /// A group in any case, with the name of the waypoint.
   void addWaypoint(kit::Group& group, Point const& point, std::uint64_t number);
@@ -33,10 +30,9 @@ class StaticPoints {
  private:
   void AddContent(kit::Group& group, Point const& point);
   void AddPosition(kit::Group& group, std::string const& name, Point const& point);
-  void CountNode();
 
   GpxFields const& mFields;
-  std::size_t mNodes = 0;
+  Limit& mValues;
 };
 
 /// The name of a point, empty if it has none.

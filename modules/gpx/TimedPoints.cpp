@@ -12,17 +12,11 @@ kit::Instant ToSeconds(kit::Instant const& time) {
 
 }  // namespace
 
-void StreamCount::add() {
-  if (++mCount > kMost) {
-    throw kit::Failure("more than " + std::to_string(kMost) + " streams");
-  }
-}
-
 TimedPoints::TimedPoints(kit::Group& group, GpxFields const& fields, PointsSurvey const& survey, unsigned digits,
-                         eNames names, StreamCount& streams)
+                         eNames names, Limit& streams)
     : mGroup(&group),
       mFields(&fields),
-      mCount(&streams),
+      mStreams(&streams),
       mOrder(survey.isOrdered ? kit::eOrder::kAsGiven : kit::eOrder::kSorted),
       mHasElevations(survey.hasElevations()),
       mWholeSeconds(digits == 0),
@@ -57,7 +51,7 @@ void TimedPoints::AddPosition(kit::Instant const& time, Point const& point) {
     throw kit::Failure("the file changes while it is read");
   }
   if (mPositions == nullptr) {
-    mCount->add();
+    mStreams->add();
     kit::StreamFormat format = Format();
     format.isPoint = true;
     mPositions = &mGroup->arrayStream("Position", PositionNames(mHasElevations), format);
@@ -66,7 +60,7 @@ void TimedPoints::AddPosition(kit::Instant const& time, Point const& point) {
   mPositions->add(time, numbers, mHasElevations ? 3 : 2);
   if (!mHasElevations && point.elevation) {
     if (mElevations == nullptr) {
-      mCount->add();
+      mStreams->add();
       kit::StreamFormat format = Format();
       format.unit = "m";
       mElevations = &mGroup->numberStream("Elevation", format);
@@ -80,7 +74,7 @@ kit::TextStream& TimedPoints::TextsOf(std::size_t field) {
     mTexts.resize(field + 1);
   }
   if (mTexts[field] == nullptr) {
-    mCount->add();
+    mStreams->add();
     kit::StreamFormat format = Format();
     format.holds = (*mFields)[field].holds;
     format.marksEvents = (*mFields)[field].marksEvents;
@@ -94,7 +88,7 @@ kit::NumberStream& TimedPoints::NumbersOf(std::size_t field) {
     mNumbers.resize(field + 1);
   }
   if (mNumbers[field] == nullptr) {
-    mCount->add();
+    mStreams->add();
     kit::StreamFormat format = Format();
     format.unit = (*mFields)[field].unit;
     format.holds = (*mFields)[field].holds;

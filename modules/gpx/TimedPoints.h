@@ -5,23 +5,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "GpxLimits.h"
 #include "GpxReader.h"
 #include "GpxSurvey.h"
 #include "senmark/module/Output.h"
 
 namespace senmark_gpx {
-
-/// Counts the streams of one file, each of which takes memory until the file is finished.
-class StreamCount {
- public:
-  static constexpr std::size_t kMost = 20000;
-
-  /// Errors: `kit::Failure` for too many.
-  void add();
-
- private:
-  std::size_t mCount = 0;
-};
 
 /// The streams of one segment, or of all waypoints. Each is made with its first sample.
 class TimedPoints {
@@ -33,7 +22,7 @@ class TimedPoints {
 
   /// All must live as long as this. survey: of these points, as a whole.
   TimedPoints(kit::Group& group, GpxFields const& fields, PointsSurvey const& survey, unsigned digits, eNames names,
-              StreamCount& streams);
+              Limit& streams);
 
   /// point: with a time. number: of the point, from 1.
   void add(Point const& point, std::uint64_t number);
@@ -46,7 +35,7 @@ class TimedPoints {
 
   kit::Group* mGroup;
   GpxFields const* mFields;
-  StreamCount* mCount;
+  Limit* mStreams;
   kit::eOrder mOrder;
   bool mHasElevations;
   bool mWholeSeconds;

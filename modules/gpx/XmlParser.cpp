@@ -1,6 +1,5 @@
 #include "XmlParser.h"
 
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -29,6 +28,7 @@ class RootFinder : public XmlHandler {
   }
   void end(XmlName const& /*name*/) override {}
   void text(std::string_view /*text*/) override {}
+  void doctype(std::string_view name) override { root.emplace(name.substr(name.rfind(':') + 1)); }
 
   std::optional<std::string> root;
 };
@@ -54,6 +54,7 @@ XmlParser::XmlParser(XmlHandler& handler) : mHandler(handler) {
   XML_SetUserData(mExpat, this);
   XML_SetElementHandler(mExpat, Start, End);
   XML_SetCharacterDataHandler(mExpat, Text);
+  XML_SetStartDoctypeDeclHandler(mExpat, Doctype);
   XML_SetEntityDeclHandler(mExpat, EntityDeclaration);
 }
 
@@ -133,12 +134,17 @@ void XmlParser::Text(void* parser, char const* text, int size) {
   self.Run([&] { self.mHandler.text(std::string_view(text, static_cast<std::size_t>(size))); });
 }
 
+void XmlParser::Doctype(void* parser, char const* root, char const* /*system*/, char const* /*publicId*/,
+                        int /*hasInternalSubset*/) {
+  auto& self = *static_cast<XmlParser*>(parser);
+  self.Run([&] { self.mHandler.doctype(root); });
+}
+
 void XmlParser::EntityDeclaration(void* parser, char const* name, int /*isParameter*/, char const* /*value*/,
                                   int /*size*/, char const* /*base*/, char const* /*system*/, char const* /*publicId*/,
                                   char const* /*notation*/) {
   // What an entity stands for may be any amount of text, or a file elsewhere.
-  static_cast<XmlParser*>(parser)->Run(
-      [&] { throw kit::Failure(std::string("an entity is declared: ") + std::string(name, std::strlen(name))); });
+  static_cast<XmlParser*>(parser)->Run([&] { throw kit::Failure(std::string("an entity is declared: ") + name); });
 }
 
 void ParseXml(kit::Input const& input, XmlHandler& handler) {

@@ -45,6 +45,8 @@ class XmlHandler {
   virtual void end(XmlName const& name) = 0;
   /// UTF-8; the text of one element may come in several pieces.
   virtual void text(std::string_view text) = 0;
+  /// The document says which root element it has.
+  virtual void doctype(std::string_view /*root*/) {}
 };
 
 class XmlParser {
@@ -70,6 +72,8 @@ class XmlParser {
   static void XMLCALL Start(void* parser, char const* name, char const** attributes);
   static void XMLCALL End(void* parser, char const* name);
   static void XMLCALL Text(void* parser, char const* text, int size);
+  static void XMLCALL Doctype(void* parser, char const* root, char const* system, char const* publicId,
+                              int hasInternalSubset);
   static void XMLCALL EntityDeclaration(void* parser, char const* name, int isParameter, char const* value, int size,
                                         char const* base, char const* system, char const* publicId,
                                         char const* notation);
@@ -89,7 +93,7 @@ class XmlParser {
 /// Parses the whole file. Errors: as `XmlParser::feed`, and those of `kit::Bytes`.
 void ParseXml(kit::Input const& input, XmlHandler& handler);
 
-/// The local name of the root element, if it begins within these first bytes of a document.
+/// The local name of the root element, if it begins or is declared within these first bytes of a document.
 std::optional<std::string> FindRoot(std::string_view head);
 
 }  // namespace senmark_gpx
