@@ -74,13 +74,26 @@ class Converter {
 namespace detail {
 
 /// Appends a line to the file that a module's writer has named in the environment, if any.
-inline void Log(std::string const& line) {
+/// Nothing is said if that fails. Takes no memory of C++.
+inline void Log(char const* what, char const* text, std::int32_t code = 0, std::int64_t offset = -1,
+                std::int64_t line = -1) {
   char const* const path = std::getenv("SENMARK_MODULE_LOG");
   std::FILE* const log = path == nullptr || *path == '\0' ? nullptr : std::fopen(path, "ae");
-  if (log != nullptr) {
-    std::fprintf(log, "%s\n", line.c_str());
-    std::fclose(log);
+  if (log == nullptr) {
+    return;
   }
+  std::fputs(what, log);
+  if (code != 0) {
+    std::fprintf(log, " %d", static_cast<int>(code));
+  }
+  if (offset != -1) {
+    std::fprintf(log, " at byte %lld", static_cast<long long>(offset));
+  }
+  if (line != -1) {
+    std::fprintf(log, "%s line %lld", offset != -1 ? "," : " in", static_cast<long long>(line));
+  }
+  std::fprintf(log, ": %s\n", text);
+  std::fclose(log);
 }
 
 inline void Report(SK_PLUGIN::SK_PluginResult* result, std::int32_t code, std::int64_t offset, std::int64_t line) {
@@ -89,35 +102,34 @@ inline void Report(SK_PLUGIN::SK_PluginResult* result, std::int32_t code, std::i
   result->mFileLineNo = line;
 }
 
-/// Runs `work`; what it throws goes into the result. Nothing passes.
+/// Runs `work`; what it throws goes into the result and the log. Nothing passes.
 template <typename Work>
 void RunAtBorder(SK_PLUGIN::SK_PluginResult* result, Work&& work) noexcept {
+  auto const report = [&](std::int32_t code, char const* text) {
+    Report(result, code, -1, -1);
+    Log("error", text, code);
+  };
   try {
-    try {
-      work();
-    } catch (Failure const& failure) {
-      Report(result, failure.code(), failure.offset(), failure.line());
-      Log("error " + std::to_string(failure.code()) + " at byte " + std::to_string(failure.offset()) + ", line " +
-          std::to_string(failure.line()) + ": " + failure.what());
-    } catch (std::bad_alloc const&) {
-      Report(result, 1000 + ns_sensor::kNoMemory, -1, -1);
-    } catch (std::exception const& error) {
-      Report(result, 1000 + ns_sensor::kUnknownAtBorder, -1, -1);
-      Log(std::string("exception: ") + error.what());
-    }
+    work();
+  } catch (Failure const& failure) {
+    Report(result, failure.code(), failure.offset(), failure.line());
+    Log("error", failure.what(), failure.code(), failure.offset(), failure.line());
+  } catch (std::bad_alloc const&) {
+    report(1000 + ns_sensor::kNoMemory, "no memory");
+  } catch (std::exception const& error) {
+    report(1000 + ns_sensor::kUnknownAtBorder, error.what());
   } catch (...) {
-    // Also a message for which there is no memory; the code may stand already.
-    if (result->mErrorCode == ns_sensor::kNoError) {
-      Report(result, 1000 + ns_sensor::kUnknownAtBorder, -1, -1);
-    }
+    report(1000 + ns_sensor::kUnknownAtBorder, "something that is no std::exception was thrown");
   }
 }
 
-/// As the library finds it: what follows the last point of the file's name, in lower case.
+/// As the library finds it: what follows the last point of the file's name, in lower case; nothing for a path without
+/// a folder.
 inline std::string ExtensionOf(std::string const& path) {
-  std::string name = path.substr(path.find_last_of("/\\") + 1);
-  std::size_t const point = name.rfind('.');
-  std::string extension = point == std::string::npos ? std::string() : name.substr(point + 1);
+  std::size_t const separator = path.find_last_of("/\\");
+  std::size_t const point = path.rfind('.');
+  bool const hasExtension = separator != std::string::npos && point != std::string::npos && point > separator;
+  std::string extension = hasExtension ? path.substr(point + 1) : std::string();
   for (char& character : extension) {
     character = character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
   }
@@ -165,7 +177,7 @@ class Entry {
       try {
         *accepted = Kind().accepts(Input(input, ExtensionOf(input), uid));
       } catch (Failure const& failure) {
-        Log(std::string("not accepted: ") + failure.what());
+        Log("not accepted", failure.what(), failure.code(), failure.offset(), failure.line());
       }
     });
   }

@@ -45,7 +45,7 @@ class Bytes {
  public:
   /// Errors: `Failure` with code 6 for a file that cannot be opened.
   explicit Bytes(Input const& input, std::size_t pieceSize = kPieceSize)
-      : mDescriptor(::open(input.path().c_str(), O_RDONLY | O_CLOEXEC)), mBuffer(pieceSize) {
+      : mBuffer(pieceSize), mDescriptor(::open(input.path().c_str(), O_RDONLY | O_CLOEXEC)) {
     if (mDescriptor < 0) {
       throw Failure("cannot open " + input.path() + ": " + std::strerror(errno), -1, -1, ns_sensor::kCannotOpenFile);
     }
@@ -77,8 +77,8 @@ class Bytes {
  private:
   static constexpr std::size_t kPieceSize = std::size_t{256} << 10;
 
-  int mDescriptor;
   std::vector<char> mBuffer;
+  int mDescriptor;  ///< behind the buffer: opened last, for what fails here closes nothing
   std::size_t mPieceSize = 0;
   std::int64_t mOffset = 0;
 };
@@ -99,8 +99,7 @@ class Lines {
     for (;;) {
       char const* const start = mPiece.data() + mPosition;
       std::size_t const left = mPiece.size() - mPosition;
-      char const* const end = FindEnd(start, left);
-      std::size_t const length = static_cast<std::size_t>(end - start);
+      std::size_t const length = LengthOfLine(start, left);
       if (mCarried.size() + length > mLongest) {
         throw Failure("a line is longer than " + std::to_string(mLongest) + " bytes", mLineOffset, mNumber);
       }
@@ -108,7 +107,7 @@ class Lines {
         Finish(std::string_view(start, length), line);
         return true;
       }
-      mCarried.append(start, length);
+      mCarried.append(mPiece.substr(mPosition));
       if (!Refill()) {
         line = mCarried;
         SkipMark(line);
@@ -128,19 +127,26 @@ class Lines {
   }
 
  private:
-  static char const* FindEnd(char const* start, std::size_t size) {
-    if (size == 0) {
-      return start;
+  /// Bytes up to the next end of a line, or up to the end of the piece.
+  std::size_t LengthOfLine(char const* start, std::size_t left) {
+    if (left == 0) {
+      return 0;
     }
-    auto const* const feed = static_cast<char const*>(std::memchr(start, '\n', size));
-    std::size_t const before = feed == nullptr ? size : static_cast<std::size_t>(feed - start);
+    // Looked up once for many lines that end with CR alone.
+    if (!mHasFeed || mNextFeed < mPosition) {
+      auto const* const feed = static_cast<char const*>(std::memchr(start, '\n', left));
+      mNextFeed = feed == nullptr ? mPiece.size() : mPosition + static_cast<std::size_t>(feed - start);
+      mHasFeed = true;
+    }
+    std::size_t const before = mNextFeed - mPosition;
     auto const* const carriage = before == 0 ? nullptr : static_cast<char const*>(std::memchr(start, '\r', before));
-    return carriage != nullptr ? carriage : start + before;
+    return carriage != nullptr ? static_cast<std::size_t>(carriage - start) : before;
   }
 
   bool Refill() {
     mPiece = mBytes.next();
     mPosition = 0;
+    mHasFeed = false;
     return !mPiece.empty();
   }
 
@@ -175,6 +181,8 @@ class Lines {
   std::size_t mLongest;
   std::string_view mPiece;
   std::size_t mPosition = 0;  ///< in the piece
+  std::size_t mNextFeed = 0;  ///< in the piece: of the next line feed, or its end
+  bool mHasFeed = false;      ///< whether it has been looked up in this piece
   std::string mCarried;       ///< what pieces before held of the line
   std::int64_t mLineOffset = 0;
   std::int64_t mNumber = 0;

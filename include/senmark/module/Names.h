@@ -7,7 +7,8 @@
 
 namespace senmark::kit {
 
-/// Text that is UTF-8 and can be written: whatever is not UTF-8, and every NUL, becomes U+FFFD.
+/// Text that a file can hold: U+FFFD stands for each byte that is not of a valid UTF-8 character, and for each control
+/// character but tab, line feed, carriage return, backspace and form feed.
 inline std::string Utf8(std::string_view text);
 
 /// The same for a text of a sample. A reader finds the end of the samples by their square brackets, and their white
@@ -37,7 +38,8 @@ class MatchNames {
     }
     // References to elements stay valid when the table grows.
     std::size_t& count = mCounts[name];
-    if (count++ == 0) {
+    if (count == 0) {
+      count = 1;
       return name;
     }
     for (;;) {
@@ -66,7 +68,7 @@ inline std::string WithUnit(std::string_view name, std::string_view unit) {
 
 namespace detail {
 
-/// Bytes of the UTF-8 character at the start of `text`, 0 if there is no valid one.
+/// Bytes of the UTF-8 character at the start of `text` that can be written; 0 if there is none.
 inline std::size_t CharacterSize(std::string_view text) {
   auto const byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
   auto const follows = [&](std::size_t i, unsigned low = 0x80, unsigned high = 0xBF) {
@@ -74,7 +76,9 @@ inline std::size_t CharacterSize(std::string_view text) {
   };
   unsigned const first = byte(0);
   if (first < 0x80) {
-    return first == 0 ? 0 : 1;
+    // The control characters that the writer escapes.
+    bool const isWritten = first >= 0x20 || (first >= '\b' && first <= '\r' && first != '\v');
+    return isWritten ? 1 : 0;
   }
   if (first >= 0xC2 && first <= 0xDF) {
     return follows(1) ? 2 : 0;
@@ -102,16 +106,21 @@ inline bool BracketsNest(std::string_view text) {
   return depth == 0;
 }
 
+/// Appends what `Utf8` gives.
+inline void AppendUtf8(std::string_view text, std::string& clean) {
+  clean.reserve(clean.size() + text.size());
+  while (!text.empty()) {
+    std::size_t const size = CharacterSize(text);
+    clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
+    text.remove_prefix(size == 0 ? 1 : size);
+  }
+}
+
 }  // namespace detail
 
 inline std::string Utf8(std::string_view text) {
   std::string clean;
-  clean.reserve(text.size());
-  while (!text.empty()) {
-    std::size_t const size = detail::CharacterSize(text);
-    clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
-    text.remove_prefix(size == 0 ? 1 : size);
-  }
+  detail::AppendUtf8(text, clean);
   return clean;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 #include <string>
 
 #include "senmark/module/Failure.h"
@@ -17,28 +18,33 @@ struct NumberFormat {
 
 /// The closest to 0 that a number other than 0 can be, and the end of the numbers.
 ///
-/// A file holds 16 significant digits at most, and an exponent for what is closer to 0 than 0.0001 or not below
-/// 1e16; no text with an exponent can be read back.
+/// The writer gives a number 16 significant digits at most, and an exponent if it is closer to 0 than 0.0001 or not
+/// below 1e16; no text with an exponent can be read back. The 16 digits may show what a double is in truth: 9.7 stands
+/// in the file as 9.699999999999999. Read back it is the same double.
 inline constexpr double kSmallestNumber = 1e-4;
 inline constexpr double kNumberLimit = 1e16;
 
 /// `value` rounded to `decimals` digits behind the point, halves away from 0; never a negative zero.
 ///
 /// Closer to 0 than 0.0001 it is 0 or 0.0001 with the sign of `value`, whichever is nearer, however many decimals are
-/// kept. So the difference is half a unit of the last decimal at most, and 0.00005 for those.
+/// kept. So the difference is half a unit of the last decimal at most, or 0.00005 for those. A file has 16 significant
+/// digits: with more before the point and behind it together, half a unit of the 16th.
 /// Errors: `Failure` with code 1507 for NaN, infinity, and 1e16 or more either way.
 inline double Rounded(double value, unsigned decimals) {
   double const magnitude = std::fabs(value);
   if (!(magnitude < kNumberLimit)) {
     throw Refused(std::isfinite(value) ? "a number of 1e16 or more" : "NaN or infinity");
   }
+  constexpr unsigned kMostDecimals = 15;
   static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  double const power = kPowers[decimals < 15 ? decimals : 15];
+  double const power = kPowers[decimals < kMostDecimals ? decimals : kMostDecimals];
+  double const scaled = magnitude * power;
   double rounded = magnitude;
   // From 2 to the 52nd on a double has no fraction that rounding could touch.
-  if (magnitude * power < 4503599627370496.0) {
-    rounded = std::floor(magnitude * power + 0.5) / power;
+  if (scaled < 4503599627370496.0) {
+    auto const whole = static_cast<double>(static_cast<std::int64_t>(scaled));
+    rounded = (scaled - whole < 0.5 ? whole : whole + 1) / power;
   }
   if (rounded < kSmallestNumber) {
     rounded = decimals < 4 || magnitude < kSmallestNumber / 2 ? 0 : kSmallestNumber;

@@ -30,6 +30,10 @@ class Group {
   Group(Group const&) = delete;
   Group& operator=(Group const&) = delete;
 
+  /// Groups inside each other that a reader takes, with any stream or value in the innermost.
+  static constexpr unsigned kDeepest = 45;
+
+  /// Errors: `Failure` with code 1507 for a group that is deeper than `kDeepest`.
   Group& group(std::string_view name);
 
   /// A value that does not change. Errors: `Failure` with code 1507 for a number that cannot be read back (see
@@ -38,7 +42,7 @@ class Group {
   /// One to three numbers; more become a group with a number each. elementNames: as many as values, or none.
   void numbers(std::string_view name, std::vector<double> const& values, NumberFormat const& format = {},
                std::vector<std::string> const& elementNames = {}, bool isPoint = false);
-  /// text: UTF-8; what is not becomes U+FFFD. An empty one is left out.
+  /// text: UTF-8; what cannot be written becomes U+FFFD, see `Utf8`. An empty one is left out.
   void text(std::string_view name, std::string_view text);
   void flag(std::string_view name, bool value);
 
@@ -59,8 +63,8 @@ class Group {
                    Held<SK_PLUGIN::ITdjsonStaticDataString_v1>, Held<SK_PLUGIN::ITdjsonStaticDataBool_v1>>;
   using Child = std::variant<StaticNode, Stream*, std::unique_ptr<Group>>;
 
-  Group(Output& output, std::string displayName, std::string matchName)
-      : mOutput(output), mDisplayName(std::move(displayName)), mMatchName(std::move(matchName)) {}
+  Group(Output& output, unsigned depth, std::string displayName, std::string matchName)
+      : mOutput(output), mDepth(depth), mDisplayName(std::move(displayName)), mMatchName(std::move(matchName)) {}
 
   bool HasContent() const;
   void AddChildrenTo(SK_PLUGIN::ITdjsonGroup_v1& node) const;
@@ -68,6 +72,7 @@ class Group {
   Kind& MakeStream(std::string_view name, StreamFormat const& format, Arguments const&... arguments);
 
   Output& mOutput;
+  unsigned mDepth;  ///< groups around it, the top left out
   std::string mDisplayName;
   std::string mMatchName;
   std::vector<Child> mChildren;
@@ -76,15 +81,19 @@ class Group {
 /// The file as a whole. It is written while samples come and finished by the kit when the converter returns.
 class Output {
  public:
-  /// api   as the library gave it to the module.
-  /// path  of the file, which is emptied.
-  Output(SK_PLUGIN::HostAPI const& api, std::string const& path)
-      : mRoom{&api, this, {}, {}, 0}, mRegistration{&api, this}, mPath(path) {
+  /// Bytes of samples that wait in memory to be put in order, those of all streams together.
+  static constexpr std::size_t kSortMemory = std::size_t{12} << 20;
+
+  /// api         as the library gave it to the module.
+  /// path        of the file, which is emptied.
+  /// sortMemory  what to take for `kSortMemory`; what is beyond it goes to a temporary file.
+  Output(SK_PLUGIN::HostAPI const& api, std::string const& path, std::size_t sortMemory = kSortMemory)
+      : mRoom{&api, this, detail::SortRoom(sortMemory), {}}, mRegistration{&api, this}, mPath(path) {
     unsigned char existed = 0;
     mRoot = detail::Make<SK_PLUGIN::ITdjsonRoot_v1>("begin a file", [&](void** root, void* result) {
       api.mTdjsonWriterAPI->Static_CreateRoot(mRoom.key, mPath.c_str(), nullptr, root, &existed, 1, result);
     });
-    mTop.reset(new Group(*this, std::string(), std::string()));
+    mTop.reset(new Group(*this, 0, std::string(), std::string()));
   }
   Output(Output const&) = delete;
   Output& operator=(Output const&) = delete;
@@ -221,8 +230,11 @@ class ArrayGroup {
 
 inline Group& Group::group(std::string_view name) {
   std::string displayName = Utf8(name);
+  if (mDepth == kDeepest) {
+    throw Refused(displayName + ": a group within " + std::to_string(mDepth) + " others");
+  }
   std::string matchName = mOutput.mNames.make(displayName);
-  std::unique_ptr<Group> child(new Group(mOutput, std::move(displayName), std::move(matchName)));
+  std::unique_ptr<Group> child(new Group(mOutput, mDepth + 1, std::move(displayName), std::move(matchName)));
   Group& made = *child;
   mChildren.emplace_back(std::move(child));
   return made;

@@ -1,6 +1,7 @@
 /// Room on the disk for what is too much for memory.
 #pragma once
 
+#include <fcntl.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -27,22 +28,23 @@ class SpillFile {
   SpillFile(SpillFile const&) = delete;
   SpillFile& operator=(SpillFile const&) = delete;
 
-  /// Gives the offset at which `bytes` begin. Errors: `Failure` with code 1034 for a full disk, 1055 for others.
-  std::uint64_t append(std::string_view bytes) {
+  /// Bytes that were written.
+  std::uint64_t size() const { return mSize; }
+
+  /// Errors: `Failure` with code 1034 for a full disk, 1055 for others, 1015 if there can be no file.
+  void append(std::string_view bytes) {
     if (mDescriptor < 0) {
       Create();
     }
-    std::uint64_t const start = mSize;
     while (!bytes.empty()) {
       ssize_t const count = ::pwrite(mDescriptor, bytes.data(), bytes.size(), static_cast<off_t>(mSize));
       if (count > 0) {
         bytes.remove_prefix(static_cast<std::size_t>(count));
         mSize += static_cast<std::uint64_t>(count);
       } else if (count == 0 || errno != EINTR) {
-        throw WriteFailure(errno);
+        throw WriteFailure(count == 0 ? ENOSPC : errno);
       }
     }
-    return start;
   }
 
   /// Reads exactly `size` bytes that were written. Errors: `Failure` with code 1011.
@@ -69,10 +71,20 @@ class SpillFile {
                    kOfWriter + (isFull ? ns_sensor::kNoMemory : ns_sensor::kWriteFailed));
   }
 
+  /// Where the library has its temporary files too.
+  static std::string Folder() {
+    for (char const* const name : {"TEMP", "TMP", "TMPDIR"}) {
+      char const* const folder = std::getenv(name);
+      if (folder != nullptr && *folder != '\0') {
+        return std::string(folder) + '/';
+      }
+    }
+    return "/tmp/";
+  }
+
   void Create() {
-    char const* const folder = std::getenv("TMPDIR");
-    std::string path = (folder == nullptr || *folder == '\0' ? std::string("/tmp") : folder) + "/senmark_XXXXXX";
-    mDescriptor = ::mkstemp(path.data());
+    std::string path = Folder() + "senmark_XXXXXX";
+    mDescriptor = ::mkostemp(path.data(), O_CLOEXEC);
     if (mDescriptor < 0) {
       throw Failure(std::string("a temporary file cannot be made: ") + std::strerror(errno), -1, -1,
                     kOfWriter + ns_sensor::kCannotMakeTempFile);

@@ -41,15 +41,8 @@ namespace detail {
 struct StreamRoom {
   SK_PLUGIN::HostAPI const* api;
   void* key;  ///< of the conversion
+  SortRoom sort;
   std::optional<TimeBase> timeBase;
-  SpillFile spill;
-  std::size_t sortedStreams = 0;
-
-  /// Bytes that each sorted stream may keep in memory.
-  std::size_t share() const {
-    constexpr std::size_t kAll = std::size_t{24} << 20;
-    return std::max<std::size_t>(kAll / std::max<std::size_t>(sortedStreams, 1), std::size_t{16} << 10);
-  }
 };
 
 /// The time of a sample in the arguments of the writer.
@@ -100,37 +93,33 @@ class Stream {
 
  protected:
   Stream(detail::StreamRoom& room, StreamFormat format, std::string const& displayName)
-      : mRoom(room), mFormat(std::move(format)), mName(displayName), mSorter(room.spill) {
-    if (mFormat.order == eOrder::kSorted) {
-      ++room.sortedStreams;
-    }
-  }
+      : mFormat(std::move(format)), mName(displayName), mBase(*room.timeBase), mSorter(room.sort) {}
 
   StreamFormat const& Format() const { return mFormat; }
   std::string const& Name() const { return mName; }
 
   /// The key of a time of the file's kind, in the file's resolution.
   detail::SampleKey KeyOf(Frame frame) const {
-    Require(!mRoom.timeBase->isGmt(), "a frame in a file with moments in GMT");
+    Require(!mBase.isGmt(), "a frame in a file with moments in GMT");
     return {frame.number, 0};
   }
   detail::SampleKey KeyOf(Instant const& instant) const {
-    Require(mRoom.timeBase->isGmt(), "a moment in GMT in a file with time codes");
-    std::int64_t unit = 1;
-    for (unsigned digit = mRoom.timeBase->digits(); digit < 9; ++digit) {
-      unit *= 10;
-    }
+    Require(mBase.isGmt(), "a moment in GMT in a file with time codes");
+    std::int64_t const unit = mBase.fractionUnit();
     std::int64_t const fraction = (instant.nanoseconds + unit / 2) / unit;
-    std::int64_t const second = 1000000000 / unit;
-    detail::SampleKey const key{instant.seconds + fraction / second, static_cast<std::int32_t>(fraction % second)};
-    Require(key.major >= detail::kFirstSecond && key.major <= detail::kLastSecond, "a year that has not four digits");
+    std::int64_t const perSecond = 1000000000 / unit;
+    detail::SampleKey const key = fraction < perSecond
+                                      ? detail::SampleKey{instant.seconds, static_cast<std::int32_t>(fraction)}
+                                      : detail::SampleKey{instant.seconds + 1, 0};
+    Require(key.major >= detail::kFirstWrittenSecond && key.major <= detail::kLastSecond,
+            "a year that has not four digits");
     return key;
   }
 
   /// Takes a sample that has been checked.
   void Add(detail::SampleKey const& key, std::string_view payload) {
     if (mFormat.order == eOrder::kSorted) {
-      mSorter.add(key, payload, mRoom.share());
+      mSorter.add(key, payload);
     } else {
       Require(mCount == 0 || !(key < mLast), "a sample that is earlier than the one before it");
       mLast = key;
@@ -144,10 +133,10 @@ class Stream {
   void PassTime(detail::SampleKey const& key, AddFrame&& addFrame, AddInstant&& addInstant) {
     SK_PLUGIN::SK_PluginResult result;
     bool isTaken = false;
-    if (mRoom.timeBase->isGmt()) {
+    if (mBase.isGmt()) {
       isTaken = addInstant(mClock.at(key), static_cast<void*>(&result));
     } else {
-      isTaken = addFrame(MakeTimeCode({key.major}, *mRoom.timeBase), static_cast<void*>(&result));
+      isTaken = addFrame(MakeTimeCode({key.major}, mBase), static_cast<void*>(&result));
     }
     if (result.mErrorCode != ns_sensor::kNoError) {
       detail::ThrowReport("take a sample", result);
@@ -160,8 +149,6 @@ class Stream {
       throw Refused(mName + ": " + otherwise);
     }
   }
-
-  detail::StreamRoom& Room() const { return mRoom; }
 
  private:
   friend class Output;
@@ -178,9 +165,9 @@ class Stream {
     }
   }
 
-  detail::StreamRoom& mRoom;
   StreamFormat mFormat;
   std::string mName;
+  TimeBase mBase;
   detail::SampleSorter mSorter;
   detail::SampleKey mLast;
   detail::Clock mClock;
@@ -333,22 +320,28 @@ class ArrayStream : public Stream {
 class TextStream : public Stream {
  public:
   /// text  UTF-8; it is kept as `SampleText` gives it. Otherwise as `NumberStream::add`; an empty text is what NaN is
-  ///       there.
+  ///       there. Errors: also `Failure` with code 1507 for more than 65,535 bytes as the file holds them, where
+  ///       backslashes and ends of lines take two each.
   template <typename Time>
   void add(Time const& time, std::string_view text) {
     if (text.empty() && Format().keepsGaps) {
       return;
     }
     Require(!text.empty(), "an empty text");
-    std::string const clean = SampleText(text);
-    Require(EscapedSize(clean) <= kLongest, "a text of more than 65535 bytes");
-    Add(KeyOf(time), clean);
+    // Kept from text to text, so that its memory is.
+    mClean.clear();
+    detail::AppendUtf8(text, mClean);
+    if (mClean.find_first_of("\"[]") != std::string::npos) {
+      mClean = SampleText(mClean);
+    }
+    Require(EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
+    Add(KeyOf(time), mClean);
   }
 
  private:
   friend class Group;
 
-  /// What the length of a text in a file may be at most.
+  /// The writer keeps the length of a text in 16 bits.
   static constexpr std::size_t kLongest = 65535;
 
   TextStream(detail::StreamRoom& room, StreamFormat const& format, std::string const& displayName,
@@ -362,35 +355,33 @@ class TextStream : public Stream {
                        [&](void* result) { mNode->setStringProperties(0, 0, format.marksEvents ? 1 : 0, result); });
   }
 
-  /// Bytes of the text as the file holds it: with a backslash before quotes and backslashes, and up to six bytes for
-  /// a control character.
+  /// Bytes of a clean text as the file holds it: with a backslash before backslashes and what controls.
   static std::size_t EscapedSize(std::string_view text) {
     std::size_t size = text.size();
     for (char const character : text) {
-      if (character == '"' || character == '\\') {
-        size += 1;
-      } else if (static_cast<unsigned char>(character) < 0x20) {
-        size += 5;
-      }
+      size += character == '\\' || static_cast<unsigned char>(character) < 0x20 ? 1 : 0;
     }
     return size;
   }
 
   void Pass(detail::SampleKey const& key, std::string_view payload) override {
-    std::string const text(payload);
+    // The writer wants a NUL behind it.
+    mPassed.assign(payload);
     PassTime(
         key,
         [&](TimeCode const& time, void* result) {
-          return mNode->addSampleSMPTE(time.hours, time.minutes, time.seconds, time.frames, text.c_str(), result);
+          return mNode->addSampleSMPTE(time.hours, time.minutes, time.seconds, time.frames, mPassed.c_str(), result);
         },
         [&](detail::ClockTime const& time, void* result) {
           return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
-                                     time.fraction, text.c_str(), result);
+                                     time.fraction, mPassed.c_str(), result);
         });
   }
   SK_PLUGIN::ITdjsonDynamicData_v1* Node() const override { return mNode.get(); }
 
   detail::Held<SK_PLUGIN::ITdjsonDynamicDataString_v1> mNode;
+  std::string mClean;
+  std::string mPassed;
 };
 
 }  // namespace senmark::kit

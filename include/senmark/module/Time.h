@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <limits>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -69,8 +71,9 @@ inline CivilTime DateOfDays(std::int64_t days) {
 }
 
 constexpr std::int64_t kDaySeconds = 86400;
-constexpr std::int64_t kFirstSecond = -62135596800;  ///< 0001-01-01T00:00:00Z
-constexpr std::int64_t kLastSecond = 253402300799;   ///< 9999-12-31T23:59:59Z
+constexpr std::int64_t kFirstSecond = -62135596800;         ///< 0001-01-01T00:00:00Z
+constexpr std::int64_t kFirstWrittenSecond = -30610224000;  ///< 1000-01-01T00:00:00Z: a file has four digits for a year
+constexpr std::int64_t kLastSecond = 253402300799;          ///< 9999-12-31T23:59:59Z
 
 }  // namespace detail
 
@@ -255,20 +258,30 @@ inline std::optional<Instant> ParseInstant(std::string_view text, int zoneMinute
 /// How a file writes its times: frames at a rate, or moments in GMT.
 class TimeBase {
  public:
-  /// Time codes, at `value`/`scale` frames per second. A file of time codes is shorter than a day.
+  /// Time codes, at `value`/`scale` frames per second, which the file gets in lowest terms. A file of time codes is
+  /// shorter than a day.
   ///
   /// dropsFrames  numbers are left out so that the code follows the clock; for 30000/1001 and 60000/1001 alone.
-  /// Errors: `Failure` with code 1507 for a rate below 0.5 or above 1000, and for frames dropped at another rate.
+  ///
+  /// Readers are exact as long as the frames from the start, times `scale` in lowest terms, stay below 2 to the 31st:
+  /// always with whole rates, and for 19 hours at 29.97 frames per second.
+  /// Errors: `Failure` with code 1507 for a rate below 0.5 or above 1000, one whose terms are beyond 31 bits, and for
+  /// frames dropped at another rate.
   static TimeBase frames(unsigned value, unsigned scale = 1, bool dropsFrames = false) {
-    TimeBase base;
-    base.mValue = value;
-    base.mScale = scale;
-    base.mDropsFrames = dropsFrames;
     double const rate = scale == 0 ? 0 : static_cast<double>(value) / scale;
     if (rate < 0.5 || rate > 1000) {
       throw Refused("a frame rate of " + std::to_string(value) + "/" + std::to_string(scale));
     }
-    bool const mayDrop = scale == 1001 && (value == 30000 || value == 60000);
+    TimeBase base;
+    unsigned const common = std::gcd(value, scale);
+    base.mValue = value / common;
+    base.mScale = scale / common;
+    base.mDropsFrames = dropsFrames;
+    constexpr unsigned kLargest = std::numeric_limits<std::int32_t>::max();
+    if (base.mValue > kLargest || base.mScale > kLargest) {
+      throw Refused("a frame rate whose terms have more than 31 bits");
+    }
+    bool const mayDrop = base.mScale == 1001 && (base.mValue == 30000 || base.mValue == 60000);
     if (dropsFrames && !mayDrop) {
       throw Refused("dropped frames at another rate than 29.97 and 59.94");
     }
@@ -276,10 +289,12 @@ class TimeBase {
     return base;
   }
 
-  /// Moments in GMT. digits: of the fraction of a second, 1 to 9.
+  /// Moments in GMT of the years 1000 to 9999. digits: of the fraction of a second, 1 to 9.
   ///
-  /// Readers keep a time as a fraction of 32 bits of seconds from the file's first sample: with 3 digits they are exact
-  /// over 24 days, with 6 over 35 minutes, and then to 7 significant digits; whole seconds over 68 years in any case.
+  /// Readers keep a time as a fraction of 32 bits of seconds from the file's first sample. A moment between whole
+  /// seconds is exact for 24 days with 3 digits, 34 minutes with 6, and one second with 9; behind that it has 7
+  /// significant digits. Whole seconds are exact for 68 years. With more than 4 digits a reader that asks for the
+  /// samples of a time may get others, for the arithmetic on its question has 32 bits too; 3 digits are a good choice.
   /// Errors: `Failure` with code 1507 for other digits.
   static TimeBase gmt(unsigned digits) {
     if (digits < 1 || digits > 9) {
@@ -287,11 +302,16 @@ class TimeBase {
     }
     TimeBase base;
     base.mDigits = digits;
+    for (unsigned digit = digits; digit < 9; ++digit) {
+      base.mUnit *= 10;
+    }
     return base;
   }
 
   bool isGmt() const { return mDigits != 0; }
   unsigned digits() const { return mDigits; }
+  /// Nanoseconds of the last digit.
+  std::int64_t fractionUnit() const { return mUnit; }
   unsigned value() const { return mValue; }
   unsigned scale() const { return mScale; }
   bool dropsFrames() const { return mDropsFrames; }
@@ -302,6 +322,7 @@ class TimeBase {
   TimeBase() = default;
 
   unsigned mDigits = 0;  ///< 0: time codes
+  std::int64_t mUnit = 1;
   unsigned mValue = 0;
   unsigned mScale = 1;
   bool mDropsFrames = false;
