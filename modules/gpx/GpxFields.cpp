@@ -75,6 +75,7 @@ void AddKnown(std::vector<Known> const& known, std::vector<Field>& fields,
 GpxFields::GpxFields() {
   AddKnown(Texts(), mFields, mTexts);
   AddKnown(Numbers(), mFields, mNumbers);
+  mKnown = mFields.size();
 }
 
 std::size_t GpxFields::ofNumber(std::string_view localName) {
@@ -90,7 +91,7 @@ std::size_t GpxFields::ofNumber(std::string_view localName) {
   // A name of a known field in other letters is kept too, so that it is found at once from now on.
   auto const known = mNumbers.find(LowerCase(name));
   std::size_t field = mFields.size();
-  if (known != mNumbers.end()) {
+  if (known != mNumbers.end() && known->second < mKnown) {
     field = known->second;
   } else {
     mFields.push_back({name, std::string()});

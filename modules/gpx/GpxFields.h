@@ -41,6 +41,7 @@ class GpxFields {
   std::vector<Field> mFields;
   std::unordered_map<std::string, std::size_t> mNumbers;  ///< by local name; the known ones in lower case
   std::unordered_map<std::string, std::size_t> mTexts;
+  std::size_t mKnown = 0;  ///< the first of the fields that are not known
   std::size_t mAdded = 0;
 };
 

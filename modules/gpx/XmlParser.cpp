@@ -1,5 +1,6 @@
 #include "XmlParser.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -22,15 +23,19 @@ XmlName SplitName(char const* name) {
 class RootFinder : public XmlHandler {
  public:
   void start(XmlName const& name, XmlAttributes const& /*attributes*/) override {
-    if (!root) {
+    if (!mHasBegun) {
       root.emplace(name.local);
     }
+    mHasBegun = true;
   }
   void end(XmlName const& /*name*/) override {}
   void text(std::string_view /*text*/) override {}
   void doctype(std::string_view name) override { root.emplace(name.substr(name.rfind(':') + 1)); }
 
   std::optional<std::string> root;
+
+ private:
+  bool mHasBegun = false;
 };
 
 }  // namespace
@@ -88,7 +93,8 @@ void XmlParser::feed(std::string_view bytes, bool isLast) {
 }
 
 kit::Failure XmlParser::FailureHere(std::string const& message) const {
-  return kit::Failure(message, XML_GetCurrentByteIndex(mExpat),
+  // An empty document has no place at all.
+  return kit::Failure(message, std::max<std::int64_t>(XML_GetCurrentByteIndex(mExpat), 0),
                       static_cast<std::int64_t>(XML_GetCurrentLineNumber(mExpat)));
 }
 
