@@ -63,10 +63,21 @@ void ExplainSurvey(GpxSurvey const& survey, kit::Explanation& explanation) {
   }
 }
 
+/// A root element that is cut or not well-formed: the file is taken, for an error with its place says more than what
+/// another converter would make of it.
+bool HasBrokenRoot(std::string const& head) {
+  return head.find("<gpx") != std::string::npos;
+}
+
 }  // namespace
 
 bool GpxConverter::accepts(kit::Input const& input) {
-  return input.extension() == "gpx" && FindRoot(input.head(kHead)) == "gpx";
+  if (input.extension() != "gpx") {
+    return false;
+  }
+  std::string const head = input.head(kHead);
+  std::optional<std::string> const root = FindRoot(head);
+  return root == "gpx" || (!root && HasBrokenRoot(head));
 }
 
 void GpxConverter::convert(kit::Input const& input, kit::Output& output) {
@@ -83,7 +94,7 @@ void GpxConverter::explain(kit::Input const& input, kit::Explanation& explanatio
     return;
   }
   std::optional<std::string> const root = FindRoot(input.head(kHead));
-  if (root != "gpx") {
+  if (!accepts(input)) {
     explanation.add(root ? "declined: XML whose root element is " + *root
                          : "declined: no element within the first " + std::to_string(kHead >> 10) + " KiB");
     return;

@@ -7,7 +7,7 @@ namespace senmark_gpx {
 
 class GpxConverter : public senmark::kit::Converter {
  public:
-  /// Files with the extension gpx whose root element is a gpx.
+  /// Files with the extension gpx whose root element is a gpx, well-formed or not.
   bool accepts(senmark::kit::Input const& input) override;
   /// Reads the file twice: first its times, then all of it.
   void convert(senmark::kit::Input const& input, senmark::kit::Output& output) override;
