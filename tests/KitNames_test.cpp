@@ -111,27 +111,5 @@ TEST(KitNames, UnitsStandBehindTheName) {
             "C]");
 }
 
-TEST(KitNames, TextsOfSamplesHoldNothingThatAReaderCounts) {
-  struct Row {
-    char const* text;
-    char const* kept;
-  };
-  constexpr Row kRows[] = {
-      {"", ""},
-      {"plain \\ text\n", "plain \\ text\n"},
-      {"6\" pipe", "6\uFF02 pipe"},
-      {"\"a b\"", "\uFF02a b\uFF02"},
-      {"[a] [b [c]]", "[a] [b [c]]"},
-      {"a ]", "a \uFF3D"},
-      {"[ a", "\uFF3B a"},
-      {"]a[", "\uFF3Da\uFF3B"},
-      {"[a] ]", "\uFF3Ba\uFF3D \uFF3D"},
-      {"\xFF[", "\uFFFD\uFF3B"},
-  };
-  for (Row const& row : kRows) {
-    EXPECT_EQ(SampleText(row.text), row.kept);
-  }
-}
-
 }  // namespace
 }  // namespace senmark::kit

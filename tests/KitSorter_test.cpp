@@ -153,18 +153,36 @@ TEST_F(KitSorter, TheSpillFileLiesWhereTheLibrarysFilesLie) {
 }
 
 TEST_F(KitSorter, AFullDiskIsAFailure) {
+  struct Fault {
+    int reason;
+    int code;
+  };
+  for (Fault const& fault : {Fault{ENOSPC, 1034}, Fault{EDQUOT, 1055}, Fault{EIO, 1055}}) {
+    SortRoom room(0);
+    SampleSorter sorter(room);
+    std::string const payload(60000, 'p');
+    try {
+      FailingCall const failing(senmark_test::kWrite, fault.reason, 2);
+      for (int i = 10; i != 0; --i) {
+        sorter.add({i, 0}, payload);
+      }
+      ADD_FAILURE();
+    } catch (Failure const& failure) {
+      EXPECT_EQ(failure.code(), fault.code);
+    }
+  }
+}
+
+TEST_F(KitSorter, WritesThatAreCutOrInterruptedGoOn) {
+  FailingCall const failing(senmark_test::kWrite, EINTR, 0, 2);
   SortRoom room(0);
   SampleSorter sorter(room);
-  std::string const payload(60000, 'p');
-  try {
-    senmark_test::FileSizeLimit const limit(100000);
-    for (int i = 10; i != 0; --i) {
-      sorter.add({i, 0}, payload);
-    }
-    ADD_FAILURE();
-  } catch (Failure const& failure) {
-    EXPECT_EQ(failure.code(), 1034);
+  for (int i = 3; i != 0; --i) {
+    sorter.add({i, 0}, std::string(1000, static_cast<char>('a' + i)));
   }
+  EXPECT_TRUE(failing.HasFailed());
+  ExpectSorted(sorter,
+               {{{3, 0}, std::string(1000, 'd')}, {{2, 0}, std::string(1000, 'c')}, {{1, 0}, std::string(1000, 'b')}});
 }
 
 TEST_F(KitSorter, AFileThatWasCutIsAFailure) {

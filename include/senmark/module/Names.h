@@ -93,6 +93,24 @@ inline std::size_t CharacterSize(std::string_view text) {
   return 0;
 }
 
+/// Appends what `Utf8` gives.
+inline void AppendUtf8(std::string_view text, std::string& clean) {
+  clean.reserve(clean.size() + text.size());
+  while (!text.empty()) {
+    std::size_t plain = 0;
+    while (plain != text.size() && text[plain] >= ' ' && static_cast<unsigned char>(text[plain]) < 0x80) {
+      ++plain;
+    }
+    clean.append(text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (!text.empty()) {
+      std::size_t const size = CharacterSize(text);
+      clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
+      text.remove_prefix(size == 0 ? 1 : size);
+    }
+  }
+}
+
 /// Whether each square bracket has its partner.
 inline bool BracketsNest(std::string_view text) {
   std::size_t depth = 0;
@@ -106,13 +124,26 @@ inline bool BracketsNest(std::string_view text) {
   return depth == 0;
 }
 
-/// Appends what `Utf8` gives.
-inline void AppendUtf8(std::string_view text, std::string& clean) {
-  clean.reserve(clean.size() + text.size());
-  while (!text.empty()) {
-    std::size_t const size = CharacterSize(text);
-    clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
-    text.remove_prefix(size == 0 ? 1 : size);
+/// Appends what `SampleText` gives.
+inline void AppendSampleText(std::string_view text, std::string& clean) {
+  std::size_t const start = clean.size();
+  AppendUtf8(text, clean);
+  if (clean.find_first_of("\"[]", start) == std::string::npos) {
+    return;
+  }
+  std::string const counted = clean.substr(start);
+  bool const keepsBrackets = BracketsNest(counted);
+  clean.resize(start);
+  for (char const character : counted) {
+    if (character == '"') {
+      clean += "\uFF02";
+    } else if (character == '[' && !keepsBrackets) {
+      clean += "\uFF3B";
+    } else if (character == ']' && !keepsBrackets) {
+      clean += "\uFF3D";
+    } else {
+      clean += character;
+    }
   }
 }
 
@@ -125,22 +156,9 @@ inline std::string Utf8(std::string_view text) {
 }
 
 inline std::string SampleText(std::string_view text) {
-  std::string const clean = Utf8(text);
-  bool const keepsBrackets = detail::BracketsNest(clean);
-  std::string safe;
-  safe.reserve(clean.size());
-  for (char const character : clean) {
-    if (character == '"') {
-      safe += "\uFF02";
-    } else if (character == '[' && !keepsBrackets) {
-      safe += "\uFF3B";
-    } else if (character == ']' && !keepsBrackets) {
-      safe += "\uFF3D";
-    } else {
-      safe += character;
-    }
-  }
-  return safe;
+  std::string clean;
+  detail::AppendSampleText(text, clean);
+  return clean;
 }
 
 }  // namespace senmark::kit

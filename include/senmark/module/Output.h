@@ -31,7 +31,7 @@ class Group {
   Group& operator=(Group const&) = delete;
 
   /// Groups inside each other that a reader takes, with any stream or value in the innermost.
-  static constexpr unsigned kDeepest = 45;
+  static constexpr unsigned kDeepest = 46;
 
   /// Errors: `Failure` with code 1507 for a group that is deeper than `kDeepest`.
   Group& group(std::string_view name);

@@ -37,7 +37,7 @@ class SpillFile {
       Create();
     }
     while (!bytes.empty()) {
-      ssize_t const count = ::pwrite(mDescriptor, bytes.data(), bytes.size(), static_cast<off_t>(mSize));
+      ssize_t const count = ::write(mDescriptor, bytes.data(), bytes.size());
       if (count > 0) {
         bytes.remove_prefix(static_cast<std::size_t>(count));
         mSize += static_cast<std::uint64_t>(count);
@@ -66,7 +66,7 @@ class SpillFile {
   static constexpr std::int32_t kOfWriter = 1000;
 
   static Failure WriteFailure(int error) {
-    bool const isFull = error == ENOSPC || error == EDQUOT || error == EFBIG;
+    bool const isFull = error == ENOSPC;
     return Failure(std::string("a temporary file cannot be written: ") + std::strerror(error), -1, -1,
                    kOfWriter + (isFull ? ns_sensor::kNoMemory : ns_sensor::kWriteFailed));
   }

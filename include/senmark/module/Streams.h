@@ -319,9 +319,9 @@ class ArrayStream : public Stream {
 /// A stream of texts.
 class TextStream : public Stream {
  public:
-  /// text  UTF-8; it is kept as `SampleText` gives it. Otherwise as `NumberStream::add`; an empty text is what NaN is
-  ///       there. Errors: also `Failure` with code 1507 for more than 65,535 bytes as the file holds them, where
-  ///       backslashes and ends of lines take two each.
+  /// text  UTF-8; it is kept as `SampleText` gives it. Otherwise as `NumberStream::add`; an empty text is
+  ///       what NaN is there. Errors: also `Failure` with code 1507 for more than 65,535 bytes as the file holds them,
+  ///       where backslashes and ends of lines take two each.
   template <typename Time>
   void add(Time const& time, std::string_view text) {
     if (text.empty() && Format().keepsGaps) {
@@ -330,10 +330,7 @@ class TextStream : public Stream {
     Require(!text.empty(), "an empty text");
     // Kept from text to text, so that its memory is.
     mClean.clear();
-    detail::AppendUtf8(text, mClean);
-    if (mClean.find_first_of("\"[]") != std::string::npos) {
-      mClean = SampleText(mClean);
-    }
+    detail::AppendSampleText(text, mClean);
     Require(EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
     Add(KeyOf(time), mClean);
   }
@@ -355,11 +352,11 @@ class TextStream : public Stream {
                        [&](void* result) { mNode->setStringProperties(0, 0, format.marksEvents ? 1 : 0, result); });
   }
 
-  /// Bytes of a clean text as the file holds it: with a backslash before backslashes and what controls.
+  /// Bytes of a clean text as the file holds it: with a backslash before quotes, backslashes and what controls.
   static std::size_t EscapedSize(std::string_view text) {
     std::size_t size = text.size();
     for (char const character : text) {
-      size += character == '\\' || static_cast<unsigned char>(character) < 0x20 ? 1 : 0;
+      size += character == '"' || character == '\\' || static_cast<unsigned char>(character) < 0x20 ? 1 : 0;
     }
     return size;
   }
