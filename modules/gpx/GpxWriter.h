@@ -18,6 +18,14 @@
 
 namespace senmark_gpx {
 
+/// A track or a route that has begun. Its group is made when its name has come, if it has one, and all that stands
+/// before its points.
+struct OpenPart {
+  std::string name;  ///< if it has none itself
+  std::vector<std::pair<std::string, std::string>> properties;
+  kit::Group* group = nullptr;
+};
+
 class GpxWriter : public GpxSink {
  public:
   /// All must live as long as the writer; survey is that of the file that comes. Sets the time base.
@@ -35,13 +43,6 @@ class GpxWriter : public GpxSink {
   void point(ePoint kind, Point const& point) override;
 
  private:
-  /// A track or a route. Its group is made when its name has come, if it has one, and all that stands before it.
-  struct Part {
-    std::string name;  ///< if it has none
-    std::vector<std::pair<std::string, std::string>> properties;
-    kit::Group* group = nullptr;
-  };
-
   void BeginPart(char const* kind, std::uint64_t number);
   kit::Group& GroupOfPart();
   void EndPart();
@@ -59,7 +60,7 @@ class GpxWriter : public GpxSink {
   kit::Group* mWaypoints = nullptr;
   std::optional<TimedPoints> mTimedWaypoints;
   std::uint64_t mWaypointCount = 0;
-  std::optional<Part> mPart;
+  std::optional<OpenPart> mPart;
   std::uint64_t mTrackCount = 0;
   std::uint64_t mRouteCount = 0;
   std::uint64_t mSegmentCount = 0;         ///< of the track
