@@ -162,7 +162,7 @@ bool Parse(XML_Parser parser, std::string const& content) {
 double SecondsOfBareParse(std::string const& content) {
   Stopwatch const watch;
   BareReader reader;
-  XML_Parser const parser = XML_ParserCreate(nullptr);
+  XML_Parser parser = XML_ParserCreate(nullptr);
   XML_SetUserData(parser, &reader);
   XML_SetElementHandler(parser, BareStart, BareEnd);
   XML_SetCharacterDataHandler(parser, BareText);
@@ -174,7 +174,7 @@ double SecondsOfBareParse(std::string const& content) {
 
 double SecondsOfEmptyParse(std::string const& content) {
   Stopwatch const watch;
-  XML_Parser const parser = XML_ParserCreate(nullptr);
+  XML_Parser parser = XML_ParserCreate(nullptr);
   XML_SetElementHandler(parser, EmptyStart, EmptyEnd);
   XML_SetCharacterDataHandler(parser, EmptyText);
   bool const isRead = Parse(parser, content);
@@ -246,13 +246,16 @@ void Convert(benchmark::State& state) {
       state, host, file, [&] { return host.SecondsToStream(file.Path()); }, [&] { host.SecondsToStream(file.Path()); });
 }
 
+void Register(char const* name, void (*run)(benchmark::State&)) {
+  benchmark::RegisterBenchmark(name, run)->UseManualTime()->Iterations(kRounds)->Unit(benchmark::kMillisecond);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  for (auto const& [name, run] : {std::pair{"Open", Open}, std::pair{"Convert", Convert}}) {
-    benchmark::RegisterBenchmark(name, run)->UseManualTime()->Iterations(kRounds)->Unit(benchmark::kMillisecond);
-  }
+  Register("Open", Open);
+  Register("Convert", Convert);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
   return 0;

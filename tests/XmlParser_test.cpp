@@ -14,14 +14,14 @@ namespace {
 class Recorder : public XmlHandler {
  public:
   void start(XmlName const& name, XmlAttributes const& attributes) override {
-    mLog += '<' + std::string(name.space) + '|' + std::string(name.local);
+    mLog += '<' + std::string(name.space()) + '|' + std::string(name.local());
     if (std::optional<std::string_view> const a = attributes.find("a")) {
       mLog += " a=" + std::string(*a);
     }
     mLog += '>';
     onStart();
   }
-  void end(XmlName const& name) override { mLog += "</" + std::string(name.local) + '>'; }
+  void end(XmlName const& name) override { mLog += "</" + std::string(name.local()) + '>'; }
   void text(std::string_view text) override { mLog += text; }
 
   std::string const& Log() const { return mLog; }
@@ -55,6 +55,12 @@ kit::Failure FailureOf(std::function<void()> const& work) {
 TEST(XmlParser, GivesNamesWithTheirSpaces) {
   EXPECT_EQ(Parse(R"(<g xmlns="urn:g" xmlns:x="urn:x"><b a="1" x:a="2"/><x:b x:a="3"/><c xmlns=""/></g>)"),
             "<urn:g|g><urn:g|b a=1></b><urn:x|b></b><|c></c></g>");
+}
+
+TEST(XmlParser, GivesNamesWithoutTheirPrefixes) {
+  Recorder recorder;
+  XmlParser(recorder, eXmlNames::kLocal).feed("<x:g xmlns='urn:g'><b/><y:z:c/></x:g>", true);
+  EXPECT_EQ(recorder.Log(), "<|g><|b></b><|c></c></g>");
 }
 
 TEST(XmlParser, PiecesMakeNoDifference) {

@@ -38,48 +38,49 @@ void GpxReader::start(XmlName const& name, XmlAttributes const& attributes) {
     StartRoot(name, attributes);
     return;
   }
+  std::string_view const local = name.local();
   switch (mFrames.back()) {
     case eFrame::kRoot:
-      StartInRoot(name.local, attributes);
+      StartInRoot(local, attributes);
       break;
     case eFrame::kTrack:
-      if (name.local == "trkseg") {
+      if (local == "trkseg") {
         mSink.beginSegment();
         mFrames.push_back(eFrame::kSegment);
       } else {
-        StartProperty(name.local, attributes);
+        StartProperty(local, attributes);
       }
       break;
     case eFrame::kSegment:
-      if (name.local == "trkpt") {
+      if (local == "trkpt") {
         StartPoint(ePoint::kTrackPoint, attributes);
       } else {
         Skip();
       }
       break;
     case eFrame::kRoute:
-      if (name.local == "rtept") {
+      if (local == "rtept") {
         StartPoint(ePoint::kRoutePoint, attributes);
       } else {
-        StartProperty(name.local, attributes);
+        StartProperty(local, attributes);
       }
       break;
     case eFrame::kPoint:
     case eFrame::kPointPart:
-      StartPointPart(name.local);
+      StartPointPart(local);
       break;
     case eFrame::kMetadata:
     case eFrame::kProperty:
-      StartProperty(name.local, attributes);
+      StartProperty(local, attributes);
       break;
   }
 }
 
 void GpxReader::StartRoot(XmlName const& name, XmlAttributes const& attributes) {
-  if (name.local != "gpx") {
+  if (name.local() != "gpx") {
     throw kit::Failure("the root element is no gpx");
   }
-  mSpace = name.space;
+  mSpace = name.space();
   mSink.document(attributes.find("version").value_or(std::string_view()),
                  attributes.find("creator").value_or(std::string_view()));
   mFrames.push_back(eFrame::kRoot);
@@ -203,11 +204,12 @@ void GpxReader::end(XmlName const& name) {
 
 void GpxReader::EndPointPart(XmlName const& name) {
   bool const isDirect = mFrames.back() == eFrame::kPoint;
-  if (isDirect && name.local == "time") {
+  std::string_view const local = name.local();
+  if (isDirect && local == "time") {
     EndTime();
     return;
   }
-  std::size_t const field = isDirect ? mFields.ofText(name.local) : GpxFields::kNone;
+  std::size_t const field = isDirect && local != "ele" ? mFields.ofText(local) : GpxFields::kNone;
   if (field == GpxFields::kNone) {
     EndNumber(name, isDirect);
     return;
@@ -238,8 +240,9 @@ std::optional<double> GpxReader::NumberOfText() const {
 }
 
 void GpxReader::EndNumber(XmlName const& name, bool isDirect) {
-  bool const isElevation = isDirect && name.local == "ele";
-  bool const isStandard = isElevation || (isDirect && name.space == mSpace && GpxFields::IsStandardNumber(name.local));
+  bool const isElevation = isDirect && name.local() == "ele";
+  bool const isStandard =
+      isElevation || (isDirect && name.space() == mSpace && GpxFields::IsStandardNumber(name.local()));
   std::optional<double> const number = NumberOfText();
   bool const isInRange = number && !(std::fabs(*number) >= kit::kNumberLimit);
   if (isStandard && !isInRange) {
@@ -252,7 +255,7 @@ void GpxReader::EndNumber(XmlName const& name, bool isDirect) {
     mPoint.elevation = mPoint.elevation ? mPoint.elevation : number;
     return;
   }
-  std::size_t const field = mFields.ofNumber(name.local);
+  std::size_t const field = mFields.ofNumber(name.local());
   if (field >= mSeenIn.size()) {
     mSeenIn.resize(mFields.size());
   }

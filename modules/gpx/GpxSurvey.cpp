@@ -82,7 +82,7 @@ GpxSurvey MakeSurvey(kit::Input const& input) {
   GpxSurvey survey;
   GpxFields fields;
   GpxReader reader(survey, fields, eDetail::kTimes);
-  ParseXml(input, reader);
+  ParseXml(input, reader, eXmlNames::kLocal);
   return survey;
 }
 

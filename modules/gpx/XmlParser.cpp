@@ -9,22 +9,14 @@ namespace senmark_gpx {
 namespace {
 
 /// Stands between the namespace of a name and its local part, in which it cannot occur.
-constexpr char kSeparator = '\n';
-
-XmlName SplitName(char const* name) {
-  std::string_view const whole(name);
-  std::size_t const separator = whole.rfind(kSeparator);
-  if (separator == std::string_view::npos) {
-    return {{}, whole};
-  }
-  return {whole.substr(0, separator), whole.substr(separator + 1)};
-}
+constexpr char kAfterSpace = '\n';
+constexpr char kAfterPrefix = ':';
 
 class RootFinder : public XmlHandler {
  public:
   void start(XmlName const& name, XmlAttributes const& /*attributes*/) override {
     if (!mHasBegun) {
-      root.emplace(name.local);
+      root.emplace(name.local());
     }
     mHasBegun = true;
   }
@@ -40,6 +32,12 @@ class RootFinder : public XmlHandler {
 
 }  // namespace
 
+std::string_view XmlName::space() const {
+  char const* const separator = mSeparator == kAfterSpace ? std::strrchr(mWhole, mSeparator) : nullptr;
+  return separator == nullptr ? std::string_view()
+                              : std::string_view(mWhole, static_cast<std::size_t>(separator - mWhole));
+}
+
 std::optional<std::string_view> XmlAttributes::find(std::string_view name) const {
   for (char const* const* pair = mPairs; *pair != nullptr; pair += 2) {
     if (name == *pair) {
@@ -49,10 +47,11 @@ std::optional<std::string_view> XmlAttributes::find(std::string_view name) const
   return std::nullopt;
 }
 
-XmlParser::XmlParser(XmlHandler& handler) : mHandler(handler) {
+XmlParser::XmlParser(XmlHandler& handler, eXmlNames names)
+    : mHandler(handler), mSeparator(names == eXmlNames::kSpaces ? kAfterSpace : kAfterPrefix) {
   XmlMemory::Use const use(mMemory);
-  char const separator[] = {kSeparator, '\0'};
-  mExpat = XML_ParserCreate_MM(nullptr, XmlMemory::Functions(), separator);
+  char const separator[] = {kAfterSpace, '\0'};
+  mExpat = XML_ParserCreate_MM(nullptr, XmlMemory::Functions(), names == eXmlNames::kSpaces ? separator : nullptr);
   if (mExpat == nullptr) {
     throw std::bad_alloc();
   }
@@ -123,7 +122,7 @@ void XmlParser::Start(void* parser, char const* name, char const** attributes) {
     if (++self.mDepth > kDeepest) {
       throw kit::Failure("more than " + std::to_string(kDeepest) + " elements within each other");
     }
-    self.mHandler.start(SplitName(name), XmlAttributes(attributes));
+    self.mHandler.start(XmlName(name, self.mSeparator), XmlAttributes(attributes));
   });
 }
 
@@ -131,7 +130,7 @@ void XmlParser::End(void* parser, char const* name) {
   auto& self = *static_cast<XmlParser*>(parser);
   self.Run([&] {
     --self.mDepth;
-    self.mHandler.end(SplitName(name));
+    self.mHandler.end(XmlName(name, self.mSeparator));
   });
 }
 
@@ -153,10 +152,10 @@ void XmlParser::EntityDeclaration(void* parser, char const* name, int /*isParame
   static_cast<XmlParser*>(parser)->Run([&] { throw kit::Failure(std::string("an entity is declared: ") + name); });
 }
 
-void ParseXml(kit::Input const& input, XmlHandler& handler) {
+void ParseXml(kit::Input const& input, XmlHandler& handler, eXmlNames names) {
   constexpr std::size_t kPiece = std::size_t{64} << 10;
   kit::Bytes bytes(input, kPiece);
-  XmlParser parser(handler);
+  XmlParser parser(handler, names);
   for (std::string_view piece = bytes.next(); !piece.empty(); piece = bytes.next()) {
     parser.feed(piece, false);
   }

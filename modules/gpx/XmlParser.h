@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <optional>
 #include <string>
@@ -17,10 +18,22 @@ namespace senmark_gpx {
 
 namespace kit = senmark::kit;
 
-/// The name of an element. Both are valid during the call that gives them.
-struct XmlName {
-  std::string_view space;  ///< of the namespace; empty: none
-  std::string_view local;
+/// The name of an element, valid during the call that gives it.
+class XmlName {
+ public:
+  /// whole: with `separator` before the local part, where there is something else.
+  XmlName(char const* whole, char separator) : mWhole(whole), mSeparator(separator) {}
+
+  std::string_view local() const {
+    char const* const separator = std::strrchr(mWhole, mSeparator);
+    return separator == nullptr ? mWhole : separator + 1;
+  }
+  /// Of the namespace; empty: none, or they are not looked at.
+  std::string_view space() const;
+
+ private:
+  char const* mWhole;
+  char mSeparator;
 };
 
 /// The attributes of one element, valid during the call that gives them.
@@ -49,6 +62,11 @@ class XmlHandler {
   virtual void doctype(std::string_view /*root*/) {}
 };
 
+enum class eXmlNames : std::uint8_t {
+  kSpaces,  ///< by their namespaces
+  kLocal,   ///< without their prefixes, which may mean anything: faster
+};
+
 class XmlParser {
  public:
   /// Elements within each other.
@@ -57,7 +75,7 @@ class XmlParser {
   static constexpr std::int64_t kLongestTag = std::int64_t{1} << 20;
 
   /// handler: must live as long as the parser.
-  explicit XmlParser(XmlHandler& handler);
+  explicit XmlParser(XmlHandler& handler, eXmlNames names = eXmlNames::kSpaces);
   ~XmlParser();
   XmlParser(XmlParser const&) = delete;
   XmlParser& operator=(XmlParser const&) = delete;
@@ -84,6 +102,7 @@ class XmlParser {
 
   XmlHandler& mHandler;
   XmlMemory mMemory;
+  char mSeparator;
   XML_Parser mExpat;
   unsigned mDepth = 0;
   std::int64_t mFed = 0;
@@ -91,7 +110,7 @@ class XmlParser {
 };
 
 /// Parses the whole file. Errors: as `XmlParser::feed`, and those of `kit::Bytes`.
-void ParseXml(kit::Input const& input, XmlHandler& handler);
+void ParseXml(kit::Input const& input, XmlHandler& handler, eXmlNames names = eXmlNames::kSpaces);
 
 /// The local name of the root element, if it begins or is declared within these first bytes of a document.
 std::optional<std::string> FindRoot(std::string_view head);
