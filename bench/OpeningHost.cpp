@@ -53,6 +53,15 @@ double OpeningHost::SecondsToOpen(std::string const& path, char const* output) {
   return seconds;
 }
 
+double OpeningHost::SecondsToStream(std::string const& path) {
+  Stopwatch const watch;
+  ns_sensor::ITdjsonStream* stream = nullptr;
+  mManager->createTdjsonStream(&stream, path.c_str(), 0, &mErrors);
+  double const seconds = watch.Seconds();
+  mManager->destroyTdjsonStream(&stream, &mErrors);
+  return seconds;
+}
+
 namespace {
 
 double SecondsIn(timeval const& time) {

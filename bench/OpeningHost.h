@@ -24,6 +24,8 @@ class OpeningHost {
   void Close(ns_sensor::ISensorFileHandler* handler) { mManager->closeFile(&handler, &mErrors); }
   /// Seconds from the call to its return; closing does not count.
   double SecondsToOpen(std::string const& path, char const* output = nullptr);
+  /// Seconds that a conversion into a stream takes, which is not read.
+  double SecondsToStream(std::string const& path);
   bool HasFailed() const { return mErrors != 0; }
 
  private:

@@ -1,0 +1,3 @@
+#include "GpxConverter.h"
+
+SENMARK_MODULE(senmark_gpx::GpxConverter)
