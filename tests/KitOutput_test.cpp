@@ -1,5 +1,6 @@
 // What the kit writes, byte for byte and as a host reads it; and for everything that it keeps out of a file, what the
 // writer alone makes of it.
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -606,7 +607,9 @@ TEST_F(KitOutput, TextsThatReadersRefuse) {
   EXPECT_EQ(ReadError(), 0);
   senmark::File const file = Open();
   EXPECT_EQ(file.info().creator, kit::Utf8(every));
-  EXPECT_EQ(std::get<std::string>(file.samples("T").all().collect().at(0).value), kit::Utf8(every));
+  std::string sample = kit::Utf8(every);
+  std::replace(sample.begin(), sample.end(), '"', '\'');
+  EXPECT_EQ(std::get<std::string>(file.samples("T").all().collect().at(0).value), sample);
   bool isThere = false;
   file.walk([&](senmark::Node const& node, int) {
     if (node.fixed && node.fixed->type == senmark::eValueType::kString) {
@@ -649,6 +652,64 @@ TEST_F(KitOutput, TextsHaveALongestLength) {
   // What does not change may be longer.
   Write([](Output& output) { output.top().text("T", std::string(200000, '"')); });
   EXPECT_EQ(ReadError(), 0);
+}
+
+TEST_F(KitOutput, TextsOfSamplesHaveNothingThatReadersCountWrongly) {
+  struct Row {
+    char const* given;
+    char const* kept;
+  };
+  static constexpr Row kRows[] = {
+      {R"(say "a b" now)", "say 'a b' now"},
+      {R"(one " quote)", "one ' quote"},
+      {R"(\" \ ")", R"(\' \ ')"},
+      {"[a] [b [c]]", "[a] [b [c]]"},
+      {"a ] b", "a ) b"},
+      {"a [ b", "a ( b"},
+      {"] and [", ") and ("},
+      {"[[a]", "((a)"},
+      {"plain", "plain"},
+  };
+  for (Row const& row : kRows) {
+    Write([&](Output& output) {
+      output.setTimeBase(TimeBase::frames(25));
+      auto& numbers = output.top().numberStream("N");
+      auto& texts = output.top().textStream("T");
+      texts.add(Frame{0}, row.given);
+      texts.add(Frame{1}, "a longer text, with blanks behind the shorter ones");
+      numbers.add(Frame{0}, 1);
+    });
+    EXPECT_EQ(Samples("T"),
+              "0/1=" + std::string(row.kept) + " 1/25=a longer text, with blanks behind the shorter ones ")
+        << row.given;
+    EXPECT_EQ(Samples("N"), "0/1=1 ") << row.given;
+  }
+}
+
+TEST_F(KitOutput, StreamsMayBeWrittenBeforeTheEnd) {
+  std::string const bytes = Write([](Output& output) {
+    output.setTimeBase(TimeBase::frames(25));
+    auto& early = output.top().numberStream("Early");
+    auto& late = output.top().numberStream("Late");
+    auto& none = output.top().numberStream("None");
+    early.add(Frame{1}, 2);
+    late.add(Frame{0}, 3);
+    early.add(Frame{0}, 1);
+    early.finish();
+    early.finish();
+    none.finish();
+    late.add(Frame{1}, 4);
+  });
+  EXPECT_EQ(Samples("Early"), "0/1=1 1/25=2 ");
+  EXPECT_EQ(Samples("Late"), "0/1=3 1/25=4 ");
+  EXPECT_EQ(bytes.find("None"), std::string::npos);
+  EXPECT_EQ(FailureOf([](Output& output) {
+              output.setTimeBase(TimeBase::frames(25));
+              auto& stream = output.top().numberStream("N");
+              stream.finish();
+              stream.add(Frame{0}, 1);
+            }),
+            "1507 N: a sample behind the end of the stream");
 }
 
 TEST_F(KitOutput, GroupsAreAsDeepAsReadersTake) {

@@ -125,7 +125,7 @@ class Output {
   void finish() {
     Begin();
     for (std::unique_ptr<Stream> const& stream : mStreams) {
-      stream->Commit();
+      stream->finish();
     }
     if (!mTop->HasContent()) {
       throw Refused("nothing to write: the input has no data");

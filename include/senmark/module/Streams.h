@@ -91,6 +91,19 @@ class Stream {
   /// Samples that were added, without gaps.
   std::uint64_t count() const { return mCount; }
 
+  /// Writes the samples to the file now, which else happens when the converter has returned, and gives their memory
+  /// free; for files with very many streams. No further sample can be added.
+  void finish() {
+    if (mIsFinished) {
+      return;
+    }
+    mIsFinished = true;
+    mSorter.drain([this](detail::SampleKey const& key, std::string_view payload) { Pass(key, payload); });
+    if (mCount != 0) {
+      detail::CallWriter("write samples", [this](void* result) { Node()->commit(result); });
+    }
+  }
+
  protected:
   Stream(detail::StreamRoom& room, StreamFormat format, std::string const& displayName)
       : mFormat(std::move(format)), mName(displayName), mBase(*room.timeBase), mSorter(room.sort) {}
@@ -118,6 +131,7 @@ class Stream {
 
   /// Takes a sample that has been checked.
   void Add(detail::SampleKey const& key, std::string_view payload) {
+    Require(!mIsFinished, "a sample behind the end of the stream");
     if (mFormat.order == eOrder::kSorted) {
       mSorter.add(key, payload);
     } else {
@@ -157,14 +171,6 @@ class Stream {
   virtual void Pass(detail::SampleKey const& key, std::string_view payload) = 0;
   virtual SK_PLUGIN::ITdjsonDynamicData_v1* Node() const = 0;
 
-  /// Hands what is still here to the writer, which writes it to the file.
-  void Commit() {
-    mSorter.drain([this](detail::SampleKey const& key, std::string_view payload) { Pass(key, payload); });
-    if (mCount != 0) {
-      detail::CallWriter("write samples", [this](void* result) { Node()->commit(result); });
-    }
-  }
-
   StreamFormat mFormat;
   std::string mName;
   TimeBase mBase;
@@ -172,6 +178,7 @@ class Stream {
   detail::SampleKey mLast;
   detail::Clock mClock;
   std::uint64_t mCount = 0;
+  bool mIsFinished = false;
 };
 
 namespace detail {
@@ -197,6 +204,32 @@ void SetInfo(Node& node, StreamFormat const& format, std::string const& displayN
     node.setDynamicDataInfo(displayName.c_str(), matchName.c_str(), matchName.c_str(), 0, format.holds ? 2 : 1, 0, "",
                             result);
   });
+}
+
+/// Whether each square bracket has its other one.
+inline bool BracketsMatch(std::string_view text) {
+  std::size_t open = 0;
+  for (char const character : text) {
+    if (character == ']' && open == 0) {
+      return false;
+    }
+    open += character == '[' ? 1 : 0;
+    open -= character == ']' ? 1 : 0;
+  }
+  return open == 0;
+}
+
+/// Makes a text one that readers find the end of: they count quotes, escaped ones too, to tell texts from what is
+/// between them, and square brackets to find the end of all samples.
+inline void MakeCountable(std::string& text) {
+  bool const keepsBrackets = BracketsMatch(text);
+  for (char& character : text) {
+    if (character == '"') {
+      character = '\'';
+    } else if (!keepsBrackets && (character == '[' || character == ']')) {
+      character = character == '[' ? '(' : ')';
+    }
+  }
 }
 
 inline std::string_view BytesOf(double const* numbers, std::size_t count) {
@@ -319,9 +352,12 @@ class ArrayStream : public Stream {
 /// A stream of texts.
 class TextStream : public Stream {
  public:
-  /// text  UTF-8; what cannot be written becomes U+FFFD, see `Utf8`. Otherwise as `NumberStream::add`; an empty text is
-  ///       what NaN is there. Errors: also `Failure` with code 1507 for more than 65,535 bytes as the file holds them,
-  ///       where quotes, backslashes and ends of lines take two each.
+  /// text  UTF-8; what cannot be written becomes U+FFFD, see `Utf8`. Quotes become apostrophes; where square brackets
+  /// do
+  ///       not match, they become round ones: behind such a text no reader would find its samples.
+  ///
+  /// Otherwise as `NumberStream::add`; an empty text is what NaN is there. Errors: also `Failure` with code 1507 for
+  /// more than 65,535 bytes as the file holds them, where backslashes and ends of lines take two each.
   template <typename Time>
   void add(Time const& time, std::string_view text) {
     if (text.empty() && Format().keepsGaps) {
@@ -331,6 +367,7 @@ class TextStream : public Stream {
     // Kept from text to text, so that its memory is.
     mClean.clear();
     detail::AppendUtf8(text, mClean);
+    detail::MakeCountable(mClean);
     Require(EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
     Add(KeyOf(time), mClean);
   }
@@ -352,11 +389,11 @@ class TextStream : public Stream {
                        [&](void* result) { mNode->setStringProperties(0, 0, format.marksEvents ? 1 : 0, result); });
   }
 
-  /// Bytes of a clean text as the file holds it: with a backslash before quotes, backslashes and what controls.
+  /// Bytes of a clean text as the file holds it: with a backslash before backslashes and what controls.
   static std::size_t EscapedSize(std::string_view text) {
     std::size_t size = text.size();
     for (char const character : text) {
-      size += character == '"' || character == '\\' || static_cast<unsigned char>(character) < 0x20 ? 1 : 0;
+      size += character == '\\' || static_cast<unsigned char>(character) < 0x20 ? 1 : 0;
     }
     return size;
   }
