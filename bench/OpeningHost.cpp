@@ -27,11 +27,11 @@ std::uint64_t AnonymousMemory() {
 
 }  // namespace
 
-OpeningHost::OpeningHost() {
+OpeningHost::OpeningHost(char const* modules) {
   static ns_sensor::SK_ClientProcs procs = {};
   procs.error = CountError;
   void* api = nullptr;
-  CreateSenmark_1(&mManager, nullptr, nullptr, nullptr, &mErrors, &procs, &api);
+  CreateSenmark_1(&mManager, modules, nullptr, nullptr, &mErrors, &procs, &api);
 }
 
 OpeningHost::~OpeningHost() {

@@ -13,7 +13,8 @@
 /// A host that only opens and closes, and prints the errors that it gets.
 class OpeningHost {
  public:
-  OpeningHost();
+  /// modules  folder of converter modules, null for none.
+  explicit OpeningHost(char const* modules = nullptr);
   ~OpeningHost();
   OpeningHost(OpeningHost const&) = delete;
   OpeningHost& operator=(OpeningHost const&) = delete;
