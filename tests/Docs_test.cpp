@@ -2,6 +2,7 @@
 // that the library opens. So no quotation goes stale.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -113,6 +114,11 @@ TEST(Docs, NoCodeThatIsNoQuotation) {
       }
     }
   }
+}
+
+TEST(Docs, TheExampleOfAModuleHasFewerThanSixtyLines) {
+  std::string const source = ReadWhole(fs::path(SENMARK_SOURCE_DIR) / "examples/module/beats.cpp");
+  EXPECT_LT(std::count(source.begin(), source.end(), '\n'), 60);
 }
 
 TEST(Docs, LinksLeadToFiles) {

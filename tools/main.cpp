@@ -4,9 +4,11 @@
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <functional>
 #include <iostream>
 
 #include "Command.h"
+#include "NewModuleCommand.h"
 #include "Utf8.h"
 
 namespace {
@@ -20,7 +22,9 @@ constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the 
 struct CommandLine {
   Request request;
   std::string moduleFolder;
+  senmark_tool::NewModuleRequest newModule;
   Run run = nullptr;
+  std::function<int(std::ostream&)> runAlone;  ///< instead of `run`: without the library in this process
 };
 
 CLI::App* AddCommand(CLI::App& app, CommandLine& line, char const* name, char const* help, Run run) {
@@ -40,6 +44,18 @@ void AddRange(CLI::App& command, CommandLine& line) {
   command.add_option("ID", line.request.sampleSet, "id of a sample set, as \"tree\" shows it")->required();
   command.add_option("--from", line.request.from, std::string("first time: ") + kTimeHelp);
   command.add_option("--to", line.request.to, std::string("last time: ") + kTimeHelp);
+}
+
+void AddNewModule(CLI::App& app, CommandLine& line) {
+  CLI::App* const command = app.add_subcommand("new-module", "a folder with a converter module to begin with");
+  senmark_tool::NewModuleRequest& request = line.newModule;
+  command->add_option("NAME", request.name, "of the module: letters, digits, - and _")->required();
+  command->add_option("DIR", request.folder, "the folder to make")->required();
+  command->add_option("--extension", request.extension, "of the files that it is for; the name without this");
+  command->add_flag("--json", request.asJson, "machine-readable output");
+  command->callback([&line] {
+    line.runAlone = [&line](std::ostream& out) { return senmark_tool::RunNewModule(line.newModule, out); };
+  });
 }
 
 void AddCommands(CLI::App& app, CommandLine& line) {
@@ -72,6 +88,7 @@ void AddCommands(CLI::App& app, CommandLine& line) {
       AddFileCommand(app, line, "stream", "the bytes of a file as Timed Data JSON, on standard output", &RunStream);
   stream->remove_option(stream->get_option("--json"));  // it has nothing to tell beside them
   AddCommand(app, line, "formats", "the kinds of files that can be opened", &RunFormats);
+  AddNewModule(app, line);
   app.require_subcommand(1);
 }
 
@@ -100,14 +117,18 @@ class ThrowingOutput {
   ThrowingOutput& operator=(ThrowingOutput const&) = delete;
 };
 
+int RunWithLibrary(CommandLine const& line) {
+  senmark::Options options;
+  options.pluginFolder = line.moduleFolder;
+  senmark::Senmark const manager(senmark::Library::Linked(), options);
+  return line.run(manager, line.request, std::cout);
+}
+
 int RunCommand(CommandLine const& line) {
   std::string const& file = line.request.file;
   try {
     ThrowingOutput const throwing;
-    senmark::Options options;
-    options.pluginFolder = line.moduleFolder;
-    senmark::Senmark const manager(senmark::Library::Linked(), options);
-    int const status = line.run(manager, line.request, std::cout);
+    int const status = line.runAlone ? line.runAlone(std::cout) : RunWithLibrary(line);
     std::cout.flush();
     return status;
   } catch (std::ios_base::failure const&) {

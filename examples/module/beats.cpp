@@ -1,12 +1,10 @@
-// A converter for a small text format: the beats of a heart as a chest strap counts them.
+// A converter for a small text format: what a chest strap counts. Each line is a moment, beats per minute, and perhaps
+// a note:
 //
 //   BEATS 1
-//   # a comment; the device follows
 //   device Strap 7
 //   2024-05-01T12:30:00.250+02:00 71
 //   2024-05-01T12:30:01.100+02:00 72 start of the run
-//
-// Each line is a moment, beats per minute, and perhaps a note.
 #include <cstdlib>
 
 #include "senmark/Module.h"
@@ -30,14 +28,11 @@ class Beats : public kit::Converter {
     kit::Lines lines(input);
     std::string_view line;
     while (lines.next(line)) {
-      if (lines.number() == 1 || line.empty() || line.front() == '#') {
+      if (lines.number() == 1 || line.empty()) {
         continue;
       }
       std::size_t const blank = line.find(' ');
-      if (blank == std::string_view::npos) {
-        throw lines.failure("a line without a value");
-      }
-      std::string const rest(line.substr(blank + 1));
+      std::string const rest(line.substr(blank == std::string_view::npos ? line.size() : blank + 1));
       if (line.substr(0, blank) == "device") {
         output.top().text("Device", rest);
         continue;
@@ -46,7 +41,7 @@ class Beats : public kit::Converter {
       char* end = nullptr;
       double const value = std::strtod(rest.c_str(), &end);
       if (!time || end == rest.c_str()) {
-        throw lines.failure("no time, or no number behind it", time ? blank + 1 : 0);
+        throw lines.failure("no time, or no number behind it");
       }
       rate.add(*time, value);
       if (*end == ' ') {

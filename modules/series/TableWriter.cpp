@@ -55,7 +55,7 @@ Target MakeTarget(Survey const& survey, std::size_t index, kit::Group& group) {
   return target;
 }
 
-void AddCell(Target const& target, kit::Instant const& time, std::string_view cell, char decimalMark) {
+void AddCell(Target const& target, kit::Moment const& time, std::string_view cell, char decimalMark) {
   if (target.numbers != nullptr) {
     if (std::optional<double> const value = ToNumber(cell, decimalMark)) {
       target.numbers->add(time, *value);
@@ -65,7 +65,8 @@ void AddCell(Target const& target, kit::Instant const& time, std::string_view ce
   }
 }
 
-void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Target> const& targets) {
+void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Target> const& targets,
+                  kit::Output const& output) {
   Layout const& layout = survey.layout;
   TextBuffer text(input, layout.encoding);
   std::unique_ptr<RowReader> const reader = MakeRowReader(text, layout);
@@ -79,8 +80,9 @@ void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Tar
       continue;
     }
     try {
+      kit::Moment const moment = output.moment(*time);
       for (Target const& target : targets) {
-        AddCell(target, *time, row.cell(target.column), layout.dialect.decimalMark);
+        AddCell(target, moment, row.cell(target.column), layout.dialect.decimalMark);
       }
     } catch (kit::Failure const& failure) {
       throw failure.at(row.offset, row.line);
@@ -128,7 +130,7 @@ void WriteTable(kit::Input const& input, Survey const& survey, kit::Output& outp
   output.setCreator("senmark series");
   std::vector<Target> targets;
   auto const write = [&] {
-    WriteColumns(input, survey, targets);
+    WriteColumns(input, survey, targets, output);
     for (Target const& target : targets) {
       kit::Stream& stream = target.numbers != nullptr ? static_cast<kit::Stream&>(*target.numbers) : *target.texts;
       stream.finish();

@@ -11,6 +11,11 @@ namespace senmark::kit {
 /// character but tab, line feed, carriage return, backspace and form feed.
 inline std::string Utf8(std::string_view text);
 
+/// The same for a text of a sample. A reader finds the end of the samples by their square brackets, and their white
+/// space by their quotes, also by those within texts: quotes are replaced by their full-width forms, and so are the
+/// brackets of a text in which they do not come in pairs.
+inline std::string SampleText(std::string_view text);
+
 /// Makes match names, valid and unique in one file: ASCII letters and digits, no digit first.
 class MatchNames {
  public:
@@ -92,9 +97,53 @@ inline std::size_t CharacterSize(std::string_view text) {
 inline void AppendUtf8(std::string_view text, std::string& clean) {
   clean.reserve(clean.size() + text.size());
   while (!text.empty()) {
-    std::size_t const size = CharacterSize(text);
-    clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
-    text.remove_prefix(size == 0 ? 1 : size);
+    std::size_t plain = 0;
+    while (plain != text.size() && text[plain] >= ' ' && static_cast<unsigned char>(text[plain]) < 0x80) {
+      ++plain;
+    }
+    clean.append(text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (!text.empty()) {
+      std::size_t const size = CharacterSize(text);
+      clean.append(size == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, size));
+      text.remove_prefix(size == 0 ? 1 : size);
+    }
+  }
+}
+
+/// Whether each square bracket has its partner.
+inline bool BracketsNest(std::string_view text) {
+  std::size_t depth = 0;
+  for (char const character : text) {
+    if (character == '[') {
+      ++depth;
+    } else if (character == ']' && depth-- == 0) {
+      return false;
+    }
+  }
+  return depth == 0;
+}
+
+/// Appends what `SampleText` gives.
+inline void AppendSampleText(std::string_view text, std::string& clean) {
+  std::size_t const start = clean.size();
+  AppendUtf8(text, clean);
+  if (clean.find_first_of("\"[]", start) == std::string::npos) {
+    return;
+  }
+  std::string const counted = clean.substr(start);
+  bool const keepsBrackets = BracketsNest(counted);
+  clean.resize(start);
+  for (char const character : counted) {
+    if (character == '"') {
+      clean += "\uFF02";
+    } else if (character == '[' && !keepsBrackets) {
+      clean += "\uFF3B";
+    } else if (character == ']' && !keepsBrackets) {
+      clean += "\uFF3D";
+    } else {
+      clean += character;
+    }
   }
 }
 
@@ -103,6 +152,12 @@ inline void AppendUtf8(std::string_view text, std::string& clean) {
 inline std::string Utf8(std::string_view text) {
   std::string clean;
   detail::AppendUtf8(text, clean);
+  return clean;
+}
+
+inline std::string SampleText(std::string_view text) {
+  std::string clean;
+  detail::AppendSampleText(text, clean);
   return clean;
 }
 

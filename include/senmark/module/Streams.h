@@ -45,6 +45,20 @@ struct StreamRoom {
   std::optional<TimeBase> timeBase;
 };
 
+/// A moment in the resolution of a file with moments in GMT.
+inline SampleKey KeyOf(Instant const& instant, TimeBase const& base) {
+  std::int64_t const unit = base.fractionUnit();
+  std::int64_t const fraction = (instant.nanoseconds + unit / 2) / unit;
+  std::int64_t const perSecond = 1000000000 / unit;
+  return fraction < perSecond ? SampleKey{instant.seconds, static_cast<std::int32_t>(fraction)}
+                              : SampleKey{instant.seconds + 1, 0};
+}
+
+/// Years have four digits.
+inline bool CanBeWritten(SampleKey const& key) {
+  return key.major >= kFirstWrittenSecond && key.major <= kLastSecond;
+}
+
 /// The time of a sample in the arguments of the writer.
 struct ClockTime {
   int year;
@@ -80,6 +94,17 @@ class Clock {
 };
 
 }  // namespace detail
+
+/// A moment as one file has it, from `Output::moment`: worked out once for the samples that many streams have at it.
+class Moment {
+ private:
+  friend class Output;
+  friend class Stream;
+
+  explicit Moment(detail::SampleKey const& key) : mKey(key) {}
+
+  detail::SampleKey mKey;
+};
 
 /// One stream of samples. It belongs to the `Output`.
 class Stream {
@@ -118,16 +143,11 @@ class Stream {
   }
   detail::SampleKey KeyOf(Instant const& instant) const {
     Require(mBase.isGmt(), "a moment in GMT in a file with time codes");
-    std::int64_t const unit = mBase.fractionUnit();
-    std::int64_t const fraction = (instant.nanoseconds + unit / 2) / unit;
-    std::int64_t const perSecond = 1000000000 / unit;
-    detail::SampleKey const key = fraction < perSecond
-                                      ? detail::SampleKey{instant.seconds, static_cast<std::int32_t>(fraction)}
-                                      : detail::SampleKey{instant.seconds + 1, 0};
-    Require(key.major >= detail::kFirstWrittenSecond && key.major <= detail::kLastSecond,
-            "a year that has not four digits");
+    detail::SampleKey const key = detail::KeyOf(instant, mBase);
+    Require(detail::CanBeWritten(key), "a year that has not four digits");
     return key;
   }
+  detail::SampleKey KeyOf(Moment const& moment) const { return moment.mKey; }
 
   /// Takes a sample that has been checked.
   void Add(detail::SampleKey const& key, std::string_view payload) {
@@ -204,32 +224,6 @@ void SetInfo(Node& node, StreamFormat const& format, std::string const& displayN
     node.setDynamicDataInfo(displayName.c_str(), matchName.c_str(), matchName.c_str(), 0, format.holds ? 2 : 1, 0, "",
                             result);
   });
-}
-
-/// Whether each square bracket has its other one.
-inline bool BracketsMatch(std::string_view text) {
-  std::size_t open = 0;
-  for (char const character : text) {
-    if (character == ']' && open == 0) {
-      return false;
-    }
-    open += character == '[' ? 1 : 0;
-    open -= character == ']' ? 1 : 0;
-  }
-  return open == 0;
-}
-
-/// Makes a text one that readers find the end of: they count quotes, escaped ones too, to tell texts from what is
-/// between them, and square brackets to find the end of all samples.
-inline void MakeCountable(std::string& text) {
-  bool const keepsBrackets = BracketsMatch(text);
-  for (char& character : text) {
-    if (character == '"') {
-      character = '\'';
-    } else if (!keepsBrackets && (character == '[' || character == ']')) {
-      character = character == '[' ? '(' : ')';
-    }
-  }
 }
 
 inline std::string_view BytesOf(double const* numbers, std::size_t count) {
@@ -352,12 +346,9 @@ class ArrayStream : public Stream {
 /// A stream of texts.
 class TextStream : public Stream {
  public:
-  /// text  UTF-8; what cannot be written becomes U+FFFD, see `Utf8`. Quotes become apostrophes; where square brackets
-  /// do
-  ///       not match, they become round ones: behind such a text no reader would find its samples.
-  ///
-  /// Otherwise as `NumberStream::add`; an empty text is what NaN is there. Errors: also `Failure` with code 1507 for
-  /// more than 65,535 bytes as the file holds them, where backslashes and ends of lines take two each.
+  /// text  UTF-8; it is kept as `SampleText` gives it. Otherwise as `NumberStream::add`; an empty text is
+  ///       what NaN is there. Errors: also `Failure` with code 1507 for more than 65,535 bytes as the file holds them,
+  ///       where backslashes and ends of lines take two each.
   template <typename Time>
   void add(Time const& time, std::string_view text) {
     if (text.empty() && Format().keepsGaps) {
@@ -366,8 +357,7 @@ class TextStream : public Stream {
     Require(!text.empty(), "an empty text");
     // Kept from text to text, so that its memory is.
     mClean.clear();
-    detail::AppendUtf8(text, mClean);
-    detail::MakeCountable(mClean);
+    detail::AppendSampleText(text, mClean);
     Require(EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
     Add(KeyOf(time), mClean);
   }
