@@ -5,6 +5,7 @@
 #include "Ascii.h"
 #include "DateText.h"
 #include "NumberText.h"
+#include "TimeForm.h"
 
 namespace senmark_series {
 
@@ -13,6 +14,9 @@ namespace {
 constexpr std::size_t kLongestTime = 64;
 constexpr int kFirstYear = 1900;
 constexpr int kLastYear = 2100;
+
+/// Digits of their unit.
+constexpr unsigned kNanoseconds = 9;
 
 unsigned ClassOfDigits(std::string_view cell) {
   unsigned classes = 0;
@@ -47,10 +51,12 @@ unsigned ClassOfText(std::string_view cell) {
 }  // namespace
 
 unsigned ClassOf(std::string_view cell, char decimalMark) {
+  // Nanoseconds from 1970 are too large for a value.
+  bool const isNumber = ShapeOf(cell, decimalMark).isNumber || CountedTime(cell, kNanoseconds, decimalMark);
+  unsigned const classes = isNumber ? kNumber : 0U;
   if (cell.empty() || cell.size() > kLongestTime || !IsDigit(cell.front())) {
-    return ShapeOf(cell, decimalMark).isNumber ? kNumber : 0U;
+    return classes;
   }
-  unsigned classes = ShapeOf(cell, decimalMark).isNumber ? kNumber : 0U;
   bool const isDigits = std::all_of(cell.begin(), cell.end(), IsDigit);
   return classes | (isDigits ? ClassOfDigits(cell) : ClassOfText(cell));
 }

@@ -45,6 +45,7 @@ class DelimitedRows : public RowReader {
   char* BehindLineEnd(char* p, char* end) const;
   bool TakeComment(char* start, char* end);
   char* CutRow(char* start, char* end, Row& row);
+  char* FindStop(char* p, char* end) const;
   char* CutQuoted(char* start, char* end, Row& row);
   char* CutPlain(char* start, char* end, Row& row) const;
   void Unescape(std::string_view& cell) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <iterator>
 
@@ -16,116 +17,120 @@ namespace {
 namespace kit = senmark::kit;
 
 constexpr unsigned kMostDecimals = 15;
-/// From here on it takes the value to tell whether it is below the limit.
-constexpr std::ptrdiff_t kSafeDigits = 15;
 
 /// Longer than any number that somebody wrote for its digits.
 constexpr std::size_t kLongestNumber = 64;
 
+/// So many digits are a whole number that a double holds, and so are the powers of ten up to here: their quotient is
+/// the double nearest to the text.
+constexpr std::ptrdiff_t kExactDigits = 15;
+constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
 constexpr int kLargestExponent = 999;
 
-struct Parts {
-  std::ptrdiff_t integers = 0;  ///< digits in front of the mark
-  std::ptrdiff_t fraction = 0;  ///< digits behind it
-  std::ptrdiff_t zeroes = 0;    ///< in a row behind the mark, if there are only zeroes before it
+struct Digits {
+  bool isNumber = false;
+  bool isNegative = false;
   bool hasExponent = false;
+  std::ptrdiff_t integers = 0;  ///< in front of the mark
+  std::ptrdiff_t fraction = 0;  ///< behind it
+  std::uint64_t value = 0;      ///< of all of them, if they are no more than `kExactDigits`
   int exponent = 0;
-  bool isZero = true;  ///< all digits are zeroes
+
+  bool isExact() const { return !hasExponent && integers + fraction <= kExactDigits; }
+  double number() const {
+    double const magnitude = static_cast<double>(value) / kPowers[fraction];
+    return isNegative ? -magnitude : magnitude;
+  }
 };
 
-/// False for what is no decimal number, wholly.
-bool Split(std::string_view text, char decimalMark, Parts& parts) {
-  char const* p = text.data();
-  char const* const end = p + text.size();
-  if (p != end && (*p == '-' || *p == '+')) {
-    ++p;
-  }
-  char const* const integers = p;
-  char lowest = '0';
+inline char const* TakeDigits(char const* p, char const* end, std::uint64_t& value) {
   for (; p != end && IsDigit(*p); ++p) {
-    lowest = std::max(lowest, *p);
+    value = value * 10 + static_cast<std::uint64_t>(*p - '0');
   }
-  parts.integers = p - integers;
-  if (p != end && *p == decimalMark) {
-    char const* const fraction = ++p;
-    for (; p != end && IsDigit(*p); ++p) {
-      parts.zeroes += lowest == '0' && *p == '0' ? 1 : 0;
-      lowest = std::max(lowest, *p);
-    }
-    parts.fraction = p - fraction;
-  }
-  if (parts.integers + parts.fraction == 0) {
-    return false;
-  }
-  parts.isZero = lowest == '0';
-  if (p != end && (*p == 'e' || *p == 'E')) {
+  return p;
+}
+
+/// p: behind the e. False for what is no exponent up to the end.
+bool TakeExponent(char const* p, char const* end, int& exponent) {
+  if (p != end && *p == '+') {
     ++p;
-    if (p != end && *p == '+') {
-      ++p;
-      if (p == end || !IsDigit(*p)) {
-        return false;
-      }
-    }
-    auto const [behind, error] = std::from_chars(p, end, parts.exponent);
-    if (error != std::errc() || std::abs(parts.exponent) > kLargestExponent) {
+    if (p == end || !IsDigit(*p)) {
       return false;
     }
-    parts.hasExponent = true;
-    p = behind;
   }
-  return p == end;
+  auto const [behind, error] = std::from_chars(p, end, exponent);
+  return error == std::errc() && behind == end && std::abs(exponent) <= kLargestExponent;
+}
+
+inline Digits Scan(std::string_view text, char decimalMark) {
+  Digits digits;
+  if (text.empty() || text.size() > kLongestNumber) {
+    return digits;
+  }
+  char const* p = text.data();
+  char const* const end = p + text.size();
+  digits.isNegative = *p == '-';
+  p += *p == '-' || *p == '+' ? 1 : 0;
+  char const* const integers = p;
+  p = TakeDigits(p, end, digits.value);
+  digits.integers = p - integers;
+  if (p != end && *p == decimalMark) {
+    char const* const fraction = ++p;
+    p = TakeDigits(p, end, digits.value);
+    digits.fraction = p - fraction;
+  }
+  bool const hasDigits = digits.integers + digits.fraction != 0;
+  if (p != end) {
+    digits.hasExponent = true;
+    digits.isNumber = hasDigits && (*p == 'e' || *p == 'E') && TakeExponent(p + 1, end, digits.exponent);
+  } else {
+    digits.isNumber = hasDigits;
+  }
+  return digits;
+}
+
+/// Of a text that `Scan` takes.
+std::optional<double> Convert(std::string_view text, char decimalMark) {
+  text.remove_prefix(text.front() == '+' ? 1 : 0);
+  char copy[kLongestNumber];
+  std::replace_copy(text.begin(), text.end(), copy, decimalMark, '.');
+  double value = 0;
+  auto const [behind, error] = std::from_chars(copy, copy + text.size(), value);
+  bool const isWhole = error == std::errc() && behind == copy + text.size();
+  return isWhole && std::fabs(value) < kit::kNumberLimit ? std::optional<double>(value) : std::nullopt;
 }
 
 }  // namespace
 
 NumberShape ShapeOf(std::string_view text, char decimalMark) {
   NumberShape shape;
-  Parts parts;
-  if (text.size() > kLongestNumber || !Split(text, decimalMark, parts)) {
+  Digits const digits = Scan(text, decimalMark);
+  if (!digits.isNumber) {
     return shape;
   }
-  shape.decimals = static_cast<unsigned>(std::clamp<std::ptrdiff_t>(parts.fraction - parts.exponent, 0, kMostDecimals));
-  if (parts.hasExponent || parts.integers > kSafeDigits) {
-    std::optional<double> const value = ToNumber(text, decimalMark);
-    shape.isNumber = value.has_value();
-    shape.isTiny = value && *value != 0 && std::fabs(*value) < kit::kSmallestNumber;
-  } else {
+  shape.decimals =
+      static_cast<unsigned>(std::clamp<std::ptrdiff_t>(digits.fraction - digits.exponent, 0, kMostDecimals));
+  if (digits.isExact()) {
     shape.isNumber = true;
-    shape.isTiny = !parts.isZero && parts.zeroes >= 4;
+    // At four decimals or less there is nothing so small.
+    constexpr std::ptrdiff_t kDecimalsOfSmallest = 4;
+    shape.isTiny =
+        digits.fraction > kDecimalsOfSmallest && digits.value != 0 && std::fabs(digits.number()) < kit::kSmallestNumber;
+    return shape;
   }
+  std::optional<double> const value = Convert(text, decimalMark);
+  shape.isNumber = value.has_value();
+  shape.isTiny = value && *value != 0 && std::fabs(*value) < kit::kSmallestNumber;
   return shape;
 }
 
 std::optional<double> ToNumber(std::string_view text, char decimalMark) {
-  if (!text.empty() && text.front() == '+') {
-    text.remove_prefix(1);
-    if (!text.empty() && text.front() == '-') {
-      return std::nullopt;
-    }
-  }
-  char copy[kLongestNumber];
-  if (decimalMark != '.') {
-    std::size_t const mark = text.find(decimalMark);
-    if (text.size() > kLongestNumber || text.find('.') != std::string_view::npos) {
-      return std::nullopt;
-    }
-    if (mark != std::string_view::npos) {
-      std::copy(text.begin(), text.end(), copy);
-      copy[mark] = '.';
-      text = std::string_view(copy, text.size());
-    }
-  }
-  // Neither infinity nor what is written like it.
-  std::size_t const first = !text.empty() && text.front() == '-' ? 1 : 0;
-  if (text.size() > kLongestNumber || first == text.size() || (!IsDigit(text[first]) && text[first] != '.')) {
+  Digits const digits = Scan(text, decimalMark);
+  if (!digits.isNumber) {
     return std::nullopt;
   }
-  double value = 0;
-  auto const [behind, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || behind != text.data() + text.size() || !(std::fabs(value) < kit::kNumberLimit)) {
-    return std::nullopt;
-  }
-  return value;
+  return digits.isExact() ? digits.number() : Convert(text, decimalMark);
 }
 
 bool IsGapWord(std::string_view text) {
