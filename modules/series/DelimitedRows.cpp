@@ -54,8 +54,8 @@ bool DelimitedRows::next(Row& row) {
     for (std::size_t const cell : mDoubled) {
       Unescape(row.cells[cell]);
     }
-    // The last row of a part of a file is most likely cut.
-    if (behind == mText.end() && mText.isAtEnd() && !mText.isWhole()) {
+    // What a part of a file ends with is most likely cut.
+    if (!mHasLineEnd && !mText.isWhole()) {
       return false;
     }
     if (std::any_of(row.cells.begin(), row.cells.end(), [](std::string_view cell) { return !cell.empty(); })) {
@@ -150,6 +150,7 @@ char* DelimitedRows::CutRow(char* start, char* end, Row& row) {
   row.cells.clear();
   mDoubled.clear();
   mLinesInRow = 0;
+  mHasLineEnd = true;
   mLineEnd = mQuotesSpanLines || mDialect.quote == 0 ? nullptr : EndOfLine(start, end);
   char* p = start;
   for (;;) {
@@ -172,6 +173,7 @@ char* DelimitedRows::CutRow(char* start, char* end, Row& row) {
       }
     }
     if (p == end) {
+      mHasLineEnd = false;
       return end;
     }
     if (IsLineEnd(*p)) {
@@ -234,6 +236,8 @@ char* DelimitedRows::CutQuoted(char* start, char* end, Row& row) {
         return kCutOff;
       }
       if (mLineEnd != nullptr) {
+        // Nor will a later one of the row end before it, most likely, and each look for its end costs a line.
+        mLineEnd = start;
         return CutPlain(start, end, row);
       }
       if (mText.isAtEnd() && !mText.isWhole() && limit == end) {

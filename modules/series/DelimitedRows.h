@@ -60,6 +60,7 @@ class DelimitedRows : public RowReader {
   bool mQuotesSpanLines = true;
   bool mHasDistrusted = false;  ///< a quote that did not end was met in this row
   char* mLineEnd = nullptr;     ///< of the row, where no cell goes beyond its line
+  bool mHasLineEnd = true;      ///< the row ends before the text does
   std::int64_t mLinesInRow = 0;
   std::vector<std::size_t> mDoubled;  ///< cells of the row with doubled quotes
   std::vector<Comment> mComments;

@@ -164,8 +164,8 @@ void JsonLines::Parse(std::string_view line, Row& row) {
 std::size_t JsonLines::ColumnOf(std::string const& name) {
   auto const [entry, isNew] = mColumns.try_emplace(name, mNames.size());
   if (isNew) {
-    if (mNames.size() == kMostColumns) {
-      throw kit::Failure("more than " + std::to_string(kMostColumns) + " names of members", -1, mLine - 1);
+    if (mNames.size() == kMostMembers) {
+      throw kit::Failure("more than " + std::to_string(kMostMembers) + " names of members", -1, mLine - 1);
     }
     mNames.push_back(name);
   }

@@ -11,8 +11,8 @@ namespace senmark_series {
 /// Cells in their columns, without blanks at both ends; an empty one is a gap. Valid until the next row.
 struct Row {
   std::vector<std::string_view> cells;
-  std::int64_t line = 0;    ///< of its start, the first one of the file is 1
-  std::int64_t offset = 0;  ///< of its start, in bytes
+  std::int64_t line = 0;    ///< in which it begins, the first one of the file is 1
+  std::int64_t offset = 0;  ///< of that line, in bytes
   bool isBroken = false;    ///< it is there, but cannot be cut into cells
 
   std::string_view cell(std::size_t column) const { return column < cells.size() ? cells[column] : std::string_view(); }
@@ -30,7 +30,8 @@ class RowReader {
 };
 
 /// What hostile files are held to.
-constexpr std::size_t kLongestRow = std::size_t{4} << 20;  ///< bytes
+constexpr std::size_t kLongestRow = std::size_t{1} << 20;  ///< bytes
 constexpr std::size_t kMostColumns = 4096;
+constexpr std::size_t kMostMembers = 1024;  ///< columns of JSON lines, where each may be missing
 
 }  // namespace senmark_series

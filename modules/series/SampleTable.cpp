@@ -12,7 +12,7 @@ namespace senmark_series {
 namespace {
 
 /// Guesses need no more, and a head of tiny rows would have very many.
-constexpr std::size_t kMostRows = 4000;
+constexpr std::size_t kMostRows = 1500;
 
 void ReadRows(RowReader& reader, SampleTable& table) {
   Row row;

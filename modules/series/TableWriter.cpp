@@ -82,6 +82,10 @@ void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Tar
     try {
       kit::Moment const moment = output.moment(*time);
       for (Target const& target : targets) {
+        // They are in the order of their columns.
+        if (target.column >= row.cells.size()) {
+          break;
+        }
         AddCell(target, moment, row.cell(target.column), layout.dialect.decimalMark);
       }
     } catch (kit::Failure const& failure) {
