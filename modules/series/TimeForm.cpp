@@ -73,10 +73,11 @@ std::optional<kit::Instant> CountedTime(std::string_view text, unsigned unitDigi
   std::uint64_t count = 0;
   std::size_t const start = rest.size();
   for (; !rest.empty() && IsDigit(rest.front()); rest.remove_prefix(1)) {
-    if (count > (std::numeric_limits<std::uint64_t>::max() - 9) / 10) {
+    auto const digit = static_cast<std::uint64_t>(rest.front() - '0');
+    if (count > (std::numeric_limits<std::uint64_t>::max() - digit) / 10) {
       return std::nullopt;
     }
-    count = count * 10 + static_cast<std::uint64_t>(rest.front() - '0');
+    count = count * 10 + digit;
   }
   bool hasDigits = rest.size() != start;
   std::uint64_t const unit = kPowers[unitDigits];
