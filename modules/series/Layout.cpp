@@ -11,16 +11,22 @@ namespace senmark_series {
 
 namespace {
 
-// A table has rows of one length. Rows of another come from lines in front of the data, and from delimiters that are
-// missing or too many at their ends. Blanks stand between words, too, so that more is asked of them.
+// Most lines of a table are rows of it. Others are lines in front of the data. Blanks stand between words, too, so that
+// rows between them have to have one length.
 constexpr double kLeastShare = 0.6;
 constexpr double kLeastShareOfBlanks = 0.95;
 
 constexpr std::size_t kLongestName = 200;
 
 bool IsTable(SampleTable const& table) {
-  double const least = table.dialect.isBlankDelimited() ? kLeastShareOfBlanks : kLeastShare;
-  return table.width >= 2 && table.widthShare >= least;
+  if (table.dialect.isBlankDelimited()) {
+    return table.width >= 2 && table.widthShare >= kLeastShareOfBlanks;
+  }
+  // Cells at the end may be missing, and a delimiter too many.
+  std::size_t const longest = std::max(table.width, table.rows[0].cells.size()) + 1;
+  auto const rows = std::count_if(table.rows.begin(), table.rows.end(),
+                                  [&](Row const& row) { return row.cells.size() >= 2 && row.cells.size() <= longest; });
+  return table.width >= 2 && static_cast<double>(rows) >= kLeastShare * static_cast<double>(table.rows.size());
 }
 
 Dialect ChosenDialect(char delimiter, Sidecar const& sidecar) {
