@@ -265,22 +265,22 @@ GuessCase const kDeclined[] = {
      "declined: its extension is none of csv, tsv, txt, log, jsonl and ndjson\n"},
     {"NoTime", "a.csv", "id,v\n1,2\n2,3\n",
      "declined: it is no table with times\n"
-     "a table with 2 columns at the delimiter comma, but none of them tells a time in every row:\n"
+     "a table with 2 columns at the delimiter comma, but not one with a time in every row:\n"
      "column 1 \"id\": numbers, and its name does not say that they count time\n"
      "column 2 \"v\": numbers, and its name does not say that they count time\n"},
     {"TimeInSomeRows", "a.csv", "a,b\n2024-05-01,1\nx,2\n2024-05-03,3\ny,4\nz,5\n",
      "declined: it is no table with times\n"
-     "a table with 2 columns at the delimiter comma, but none of them tells a time in every row:\n"
+     "a table with 2 columns at the delimiter comma, but not one with a time in every row:\n"
      "column 1 \"a\": a time in 2 of 6 rows\n"
      "column 2 \"b\": numbers, and its name does not say that they count time\n"},
     {"TimeThatGoesBack", "a.csv", "time,v\n0,1\n5,2\n3,4\n",
      "declined: it is no table with times\n"
-     "a table with 2 columns at the delimiter comma, but none of them tells a time in every row:\n"
+     "a table with 2 columns at the delimiter comma, but not one with a time in every row:\n"
      "column 1 \"time\": numbers that do not ascend like a time\n"
      "column 2 \"v\": numbers, and its name does not say that they count time\n"},
     {"Temperature", "a.csv", "T,v\n20,1\n21,2\n",
      "declined: it is no table with times\n"
-     "a table with 2 columns at the delimiter comma, but none of them tells a time in every row:\n"
+     "a table with 2 columns at the delimiter comma, but not one with a time in every row:\n"
      "column 1 \"T\": numbers, and its name does not say that they count time\n"
      "column 2 \"v\": numbers, and its name does not say that they count time\n"},
     {"Prose", "a.log", "The quick brown fox\njumps over\n\nthe lazy dog, and so on and so forth\n",
@@ -288,13 +288,18 @@ GuessCase const kDeclined[] = {
      "its lines are no rows of a table: at no delimiter do they have as many cells each\n"},
     {"Sentences", "a.log", "$GPGGA,1,2,3\n$GPGSA,1\n$GPRMC,235647.00,A\n$GPGSV,1,2,3,4,5\n",
      "declined: it is no table with times\n"
-     "a table with 6 columns at the delimiter comma, but none of them tells a time in every row:\n"
+     "a table with 6 columns at the delimiter comma, but not one with a time in every row:\n"
      "column 1 \"$GPGGA\": no times\n"
      "column 2 \"1\": numbers, and its name does not say that they count time\n"
      "column 3 \"2\": no times\n"
      "column 4 \"3\": no times\n"
      "column 5 \"\": no times\n"
      "column 6 \"\": no times\n"},
+    {"SentencesWithATimeInFront", "a.log",
+     "2024-05-01 12:00:00,123 INFO begun\n2024-05-01 12:00:01,4 WARN a, b and c\n2024-05-01 12:00:02,7 INFO done\n",
+     "declined: it is no table with times\n"
+     "a table with 2 columns at the delimiter comma, but not one with a time in every row:\n"
+     "there is a time in every row, but rows differ in length, and no header names their cells\n"},
     {"ZeroBytes", "a.txt", "", "declined: it is no table with times\nit holds zero bytes, which no text does\n"},
     {"Empty", "a.csv", "",
      "declined: it is no table with times\n"

@@ -15,6 +15,7 @@ namespace {
 // rows between them have to have one length.
 constexpr double kLeastShare = 0.6;
 constexpr double kLeastShareOfBlanks = 0.95;
+constexpr double kLeastShareWithoutHeader = 0.9;
 
 constexpr std::size_t kLongestName = 200;
 
@@ -27,6 +28,11 @@ bool IsTable(SampleTable const& table) {
   auto const rows = std::count_if(table.rows.begin(), table.rows.end(),
                                   [&](Row const& row) { return row.cells.size() >= 2 && row.cells.size() <= longest; });
   return table.width >= 2 && static_cast<double>(rows) >= kLeastShare * static_cast<double>(table.rows.size());
+}
+
+/// A header, or rows of one length: a log of sentences with a time in front has neither.
+bool HasColumns(SampleTable const& table, TimeGuess const& guess, Sidecar const& sidecar) {
+  return !guess.header.names.empty() || table.widthShare >= kLeastShareWithoutHeader || sidecar.delimiter;
 }
 
 Dialect ChosenDialect(char delimiter, Sidecar const& sidecar) {
@@ -133,7 +139,11 @@ std::optional<Layout> GuessLayout(Head const& head, std::string const& extension
     std::vector<std::string> reasons;
     try {
       if (std::optional<TimeGuess> const guess = GuessTime(table, sidecar, reasons)) {
-        return MakeLayout(table, *guess, head, sidecar);
+        if (HasColumns(table, *guess, sidecar)) {
+          return MakeLayout(table, *guess, head, sidecar);
+        }
+        reasons.emplace_back(
+            "there is a time in every row, but rows differ in length, and no header names their cells");
       }
     } catch (kit::Failure const& refused) {
       // The columns that a sidecar names may be those of another delimiter.
@@ -141,7 +151,7 @@ std::optional<Layout> GuessLayout(Head const& head, std::string const& extension
     }
     if (whyNot.empty()) {
       whyNot.push_back("a table with " + std::to_string(table.width) + " columns at the delimiter " +
-                       NameOfDelimiter(delimiter) + ", but none of them tells a time in every row:");
+                       NameOfDelimiter(delimiter) + ", but not one with a time in every row:");
       whyNot.insert(whyNot.end(), reasons.begin(), reasons.end());
     }
   }
