@@ -119,6 +119,16 @@ TEST(KitTime, AClockWithoutAZoneIsWhereItIsSaidToBe) {
   EXPECT_EQ(Text(ParseInstant("2024-05-01T00:30Z", 60)), "2024-05-01T00:30:00.000000000");
 }
 
+TEST(KitTime, ZonesAreOnThisEarth) {
+  CivilTime time;
+  for (int const zone : {1081, -1081, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    time.zoneMinutes = zone;
+    EXPECT_EQ(Text(MakeInstant(time)), "none") << zone;
+  }
+  time.zoneMinutes = 1080;
+  EXPECT_EQ(Text(MakeInstant(time)), "1969-12-31T06:00:00.000000000");
+}
+
 TEST(KitTime, TextsOfAllLengthsAreReadWithinThem) {
   std::string const text = "2024-05-01T12:30:00.25+02:00";
   for (std::size_t length = 0; length <= text.size(); ++length) {

@@ -369,6 +369,7 @@ inline ArrayStream& Group::arrayStream(std::string_view name, std::vector<std::s
     throw Refused(std::string(name) + ": an array has one to three elements");
   }
   std::vector<std::string> clean;
+  clean.reserve(elementNames.size());
   for (std::string const& element : elementNames) {
     clean.push_back(Utf8(element));
   }

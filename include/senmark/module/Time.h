@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <numeric>
 #include <optional>
@@ -88,15 +87,17 @@ inline int DaysOfMonth(int year, int month) {
 
 /// The moment in GMT; none for a date or a time that does not exist, and outside the years 1 to 9999.
 inline std::optional<Instant> MakeInstant(CivilTime const& time) {
+  constexpr int kFarthestZone = 18 * 60;
   bool const isDate = time.year >= 1 && time.year <= 9999 && time.month >= 1 && time.month <= 12 && time.day >= 1 &&
                       time.day <= DaysOfMonth(time.year, time.month);
   bool const isTime = time.hour >= 0 && time.hour <= 23 && time.minute >= 0 && time.minute <= 59 && time.second >= 0 &&
                       time.second <= 60 && time.nanoseconds >= 0 && time.nanoseconds <= 999999999;
-  if (!isDate || !isTime || std::abs(time.zoneMinutes) > 18 * 60) {
+  if (!isDate || !isTime || time.zoneMinutes < -kFarthestZone || time.zoneMinutes > kFarthestZone) {
     return std::nullopt;
   }
   std::int64_t const seconds = detail::DaysOfDate(time.year, time.month, time.day) * detail::kDaySeconds +
-                               time.hour * 3600 + (time.minute - time.zoneMinutes) * 60 + time.second;
+                               std::int64_t{time.hour} * 3600 + std::int64_t{time.minute - time.zoneMinutes} * 60 +
+                               time.second;
   if (seconds < detail::kFirstSecond || seconds > detail::kLastSecond) {
     return std::nullopt;
   }
