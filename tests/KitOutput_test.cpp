@@ -692,6 +692,64 @@ TEST_F(KitOutput, TextsHaveALongestLength) {
   EXPECT_EQ(ReadError(), 0);
 }
 
+TEST_F(KitOutput, AMomentIsWorkedOutOnceForManyStreams) {
+  auto const fill = [](Output& output, bool once) {
+    output.setTimeBase(TimeBase::gmt(2));
+    auto& numbers = output.top().numberStream("N");
+    auto& texts = output.top().textStream("T");
+    for (Instant const instant : {Instant{5, 999000000}, Instant{5, 123456789}, Instant{-1, 5000000}}) {
+      if (once) {
+        kit::Moment const moment = output.moment(instant);
+        numbers.add(moment, 1);
+        texts.add(moment, "a");
+      } else {
+        numbers.add(instant, 1);
+        texts.add(instant, "a");
+      }
+    }
+  };
+  std::string const bytes = Write([&](Output& output) { fill(output, true); });
+  EXPECT_EQ(bytes, Write([&](Output& output) { fill(output, false); }));
+  EXPECT_NE(bytes.find("1970-01-01T00:00:06.00Z"), std::string::npos);
+  EXPECT_EQ(FailureOf([](Output& output) { output.moment({0, 0}); }), "1507 a moment in GMT in a file that has none");
+  EXPECT_EQ(FailureOf([](Output& output) {
+              output.setTimeBase(TimeBase::frames(25));
+              output.moment({0, 0});
+            }),
+            "1507 a moment in GMT in a file that has none");
+  EXPECT_EQ(FailureOf([](Output& output) {
+              output.setTimeBase(TimeBase::gmt(1));
+              output.moment({253402300799, 960000000});
+            }),
+            "1507 a year that has not four digits");
+}
+
+TEST_F(KitOutput, StreamsMayBeWrittenBeforeTheEnd) {
+  std::string const bytes = Write([](Output& output) {
+    output.setTimeBase(TimeBase::frames(25));
+    auto& early = output.top().numberStream("Early");
+    auto& late = output.top().numberStream("Late");
+    auto& none = output.top().numberStream("None");
+    early.add(Frame{1}, 2);
+    late.add(Frame{0}, 3);
+    early.add(Frame{0}, 1);
+    early.finish();
+    early.finish();
+    none.finish();
+    late.add(Frame{1}, 4);
+  });
+  EXPECT_EQ(Samples("Early"), "0/1=1 1/25=2 ");
+  EXPECT_EQ(Samples("Late"), "0/1=3 1/25=4 ");
+  EXPECT_EQ(bytes.find("None"), std::string::npos);
+  EXPECT_EQ(FailureOf([](Output& output) {
+              output.setTimeBase(TimeBase::frames(25));
+              auto& stream = output.top().numberStream("N");
+              stream.finish();
+              stream.add(Frame{0}, 1);
+            }),
+            "1507 N: a sample behind the end of the stream");
+}
+
 TEST_F(KitOutput, GroupsAreAsDeepAsReadersTake) {
   auto const fill = [](Output& output, unsigned depth) {
     output.setTimeBase(TimeBase::frames(25));

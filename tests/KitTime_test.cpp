@@ -138,6 +138,20 @@ TEST(KitTime, TextsOfAllLengthsAreReadWithinThem) {
 }
 
 // Every day of ten thousand years against a calendar that counts day by day.
+TEST(KitTime, ZonesAreReadAlone) {
+  struct Row {
+    char const* text;
+    int minutes;
+  };
+  static constexpr Row kRows[] = {{"Z", 0}, {"z", 0}, {"+02:00", 120}, {"-0930", -570}, {"+05", 300}, {"+18:00", 1080}};
+  for (Row const& row : kRows) {
+    EXPECT_EQ(kit::ParseZone(row.text), row.minutes) << row.text;
+  }
+  for (char const* const text : {"", "+", "2", "+2", "+02:", "+02:60", "+02:00 ", "Zulu", "+18:01", "UTC"}) {
+    EXPECT_EQ(kit::ParseZone(text), std::nullopt) << text;
+  }
+}
+
 TEST(KitTime, DatesFollowEachOther) {
   std::int64_t day = detail::kFirstSecond / detail::kDaySeconds;
   for (int year = 1; year <= 9999; ++year) {

@@ -117,6 +117,19 @@ class Output {
                        [&](void* result) { mRoot->addSyncTimeFrameNum(name.c_str(), frame, result); });
   }
 
+  /// Errors: `Failure` with code 1507 for a file without a time base of moments, and for a year that has not four
+  /// digits.
+  Moment moment(Instant const& instant) const {
+    if (!mRoom.timeBase || !mRoom.timeBase->isGmt()) {
+      throw Refused("a moment in GMT in a file that has none");
+    }
+    detail::SampleKey const key = detail::KeyOf(instant, *mRoom.timeBase);
+    if (!detail::CanBeWritten(key)) {
+      throw Refused("a year that has not four digits");
+    }
+    return Moment(key);
+  }
+
   /// The top of the tree.
   Group& top() { return *mTop; }
 
@@ -125,7 +138,7 @@ class Output {
   void finish() {
     Begin();
     for (std::unique_ptr<Stream> const& stream : mStreams) {
-      stream->Commit();
+      stream->finish();
     }
     if (!mTop->HasContent()) {
       throw Refused("nothing to write: the input has no data");

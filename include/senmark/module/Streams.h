@@ -45,6 +45,20 @@ struct StreamRoom {
   std::optional<TimeBase> timeBase;
 };
 
+/// A moment in the resolution of a file with moments in GMT.
+inline SampleKey KeyOf(Instant const& instant, TimeBase const& base) {
+  std::int64_t const unit = base.fractionUnit();
+  std::int64_t const fraction = (instant.nanoseconds + unit / 2) / unit;
+  std::int64_t const perSecond = 1000000000 / unit;
+  return fraction < perSecond ? SampleKey{instant.seconds, static_cast<std::int32_t>(fraction)}
+                              : SampleKey{instant.seconds + 1, 0};
+}
+
+/// Years have four digits.
+inline bool CanBeWritten(SampleKey const& key) {
+  return key.major >= kFirstWrittenSecond && key.major <= kLastSecond;
+}
+
 /// The time of a sample in the arguments of the writer.
 struct ClockTime {
   int year;
@@ -81,6 +95,17 @@ class Clock {
 
 }  // namespace detail
 
+/// A moment as one file has it, from `Output::moment`: worked out once for the samples that many streams have at it.
+class Moment {
+ private:
+  friend class Output;
+  friend class Stream;
+
+  explicit Moment(detail::SampleKey const& key) : mKey(key) {}
+
+  detail::SampleKey mKey;
+};
+
 /// One stream of samples. It belongs to the `Output`.
 class Stream {
  public:
@@ -90,6 +115,19 @@ class Stream {
 
   /// Samples that were added, without gaps.
   std::uint64_t count() const { return mCount; }
+
+  /// Writes the samples to the file now, which else happens when the converter has returned, and gives their memory
+  /// free; for files with very many streams. No further sample can be added.
+  void finish() {
+    if (mIsFinished) {
+      return;
+    }
+    mIsFinished = true;
+    mSorter.drain([this](detail::SampleKey const& key, std::string_view payload) { Pass(key, payload); });
+    if (mCount != 0) {
+      detail::CallWriter("write samples", [this](void* result) { Node()->commit(result); });
+    }
+  }
 
  protected:
   Stream(detail::StreamRoom& room, StreamFormat format, std::string const& displayName)
@@ -105,19 +143,15 @@ class Stream {
   }
   detail::SampleKey KeyOf(Instant const& instant) const {
     Require(mBase.isGmt(), "a moment in GMT in a file with time codes");
-    std::int64_t const unit = mBase.fractionUnit();
-    std::int64_t const fraction = (instant.nanoseconds + unit / 2) / unit;
-    std::int64_t const perSecond = 1000000000 / unit;
-    detail::SampleKey const key = fraction < perSecond
-                                      ? detail::SampleKey{instant.seconds, static_cast<std::int32_t>(fraction)}
-                                      : detail::SampleKey{instant.seconds + 1, 0};
-    Require(key.major >= detail::kFirstWrittenSecond && key.major <= detail::kLastSecond,
-            "a year that has not four digits");
+    detail::SampleKey const key = detail::KeyOf(instant, mBase);
+    Require(detail::CanBeWritten(key), "a year that has not four digits");
     return key;
   }
+  detail::SampleKey KeyOf(Moment const& moment) const { return moment.mKey; }
 
   /// Takes a sample that has been checked.
   void Add(detail::SampleKey const& key, std::string_view payload) {
+    Require(!mIsFinished, "a sample behind the end of the stream");
     if (mFormat.order == eOrder::kSorted) {
       mSorter.add(key, payload);
     } else {
@@ -157,14 +191,6 @@ class Stream {
   virtual void Pass(detail::SampleKey const& key, std::string_view payload) = 0;
   virtual SK_PLUGIN::ITdjsonDynamicData_v1* Node() const = 0;
 
-  /// Hands what is still here to the writer, which writes it to the file.
-  void Commit() {
-    mSorter.drain([this](detail::SampleKey const& key, std::string_view payload) { Pass(key, payload); });
-    if (mCount != 0) {
-      detail::CallWriter("write samples", [this](void* result) { Node()->commit(result); });
-    }
-  }
-
   StreamFormat mFormat;
   std::string mName;
   TimeBase mBase;
@@ -172,6 +198,7 @@ class Stream {
   detail::SampleKey mLast;
   detail::Clock mClock;
   std::uint64_t mCount = 0;
+  bool mIsFinished = false;
 };
 
 namespace detail {
@@ -352,11 +379,11 @@ class TextStream : public Stream {
                        [&](void* result) { mNode->setStringProperties(0, 0, format.marksEvents ? 1 : 0, result); });
   }
 
-  /// Bytes of a clean text as the file holds it: with a backslash before quotes, backslashes and what controls.
+  /// Bytes of a clean text as the file holds it: with a backslash before backslashes and what controls.
   static std::size_t EscapedSize(std::string_view text) {
     std::size_t size = text.size();
     for (char const character : text) {
-      size += character == '"' || character == '\\' || static_cast<unsigned char>(character) < 0x20 ? 1 : 0;
+      size += character == '\\' || static_cast<unsigned char>(character) < 0x20 ? 1 : 0;
     }
     return size;
   }

@@ -140,6 +140,9 @@ inline std::optional<Instant> InstantOfSeconds(double seconds) {
 /// format) are read too. None for anything else, also for what follows behind.
 std::optional<Instant> ParseInstant(std::string_view text, int zoneMinutes = 0);
 
+/// Reads the zone of a clock as `ParseInstant` does, in minutes east of GMT; none for anything else.
+std::optional<int> ParseZone(std::string_view text);
+
 namespace detail {
 
 /// Takes digits from the front of a text.
@@ -254,6 +257,15 @@ inline std::optional<Instant> ParseInstant(std::string_view text, int zoneMinute
     }
   }
   return MakeInstant(time);
+}
+
+inline std::optional<int> ParseZone(std::string_view text) {
+  detail::TimeReader reader(text);
+  CivilTime time;
+  if (!detail::ReadZone(reader, time) || !reader.isAtEnd() || std::abs(time.zoneMinutes) > 18 * 60) {
+    return std::nullopt;
+  }
+  return time.zoneMinutes;
 }
 
 /// How a file writes its times: frames at a rate, or moments in GMT.

@@ -1,0 +1,159 @@
+#include "TableWriter.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "NumberText.h"
+
+namespace senmark_series {
+
+namespace {
+
+/// The writer keeps up to 64 KiB of each stream that it has begun, so that a wide table is read several times.
+constexpr std::size_t kStreamsAtOnce = 256;
+
+constexpr std::size_t kLongestTextEver = 10000;
+constexpr std::size_t kShortestLimit = 256;
+constexpr std::uint64_t kPaddedTexts = std::uint64_t{512} << 20;
+
+struct Target {
+  std::size_t column;
+  kit::NumberStream* numbers = nullptr;
+  kit::TextStream* texts = nullptr;
+  std::size_t longest = 0;  ///< of a text
+};
+
+/// Cuts between two characters.
+std::string_view CutTo(std::string_view text, std::size_t longest) {
+  if (text.size() <= longest) {
+    return text;
+  }
+  std::size_t end = longest;
+  while (end != 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+    --end;
+  }
+  return text.substr(0, end);
+}
+
+Target MakeTarget(Survey const& survey, std::size_t index, kit::Group& group) {
+  Column const& column = survey.layout.columns[index];
+  kit::StreamFormat format;
+  format.unit = column.unit;
+  format.order = survey.isOrdered ? kit::eOrder::kAsGiven : kit::eOrder::kSorted;
+  Target target;
+  target.column = index;
+  if (survey.kindOf(index) == eColumnKind::kNumber) {
+    format.decimals = survey.decimalsOf(index);
+    target.numbers = &group.numberStream(column.name, format);
+  } else {
+    format.holds = true;
+    format.marksEvents = true;
+    target.texts = &group.textStream(column.name, format);
+    target.longest = LongestText(survey.columns[index]);
+  }
+  return target;
+}
+
+void AddCell(Target const& target, kit::Moment const& time, std::string_view cell, char decimalMark) {
+  if (target.numbers != nullptr) {
+    if (std::optional<double> const value = ToNumber(cell, decimalMark)) {
+      target.numbers->add(time, *value);
+    }
+  } else if (!cell.empty()) {
+    target.texts->add(time, CutTo(cell, target.longest));
+  }
+}
+
+void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Target> const& targets,
+                  kit::Output const& output) {
+  Layout const& layout = survey.layout;
+  TextBuffer text(input, layout.encoding);
+  std::unique_ptr<RowReader> const reader = MakeRowReader(text, layout);
+  Row row;
+  while (reader->next(row)) {
+    if (row.line < layout.firstDataLine) {
+      continue;
+    }
+    std::optional<kit::Instant> const time = TimeOf(row, layout.time, layout.time.order);
+    if (!time) {
+      continue;
+    }
+    try {
+      kit::Moment const moment = output.moment(*time);
+      for (Target const& target : targets) {
+        // They are in the order of their columns.
+        if (target.column >= row.cells.size()) {
+          break;
+        }
+        AddCell(target, moment, row.cell(target.column), layout.dialect.decimalMark);
+      }
+    } catch (kit::Failure const& failure) {
+      throw failure.at(row.offset, row.line);
+    }
+  }
+}
+
+std::string TimeColumns(Survey const& survey) {
+  TimeForm const& form = survey.layout.time;
+  std::string text = survey.layout.columns[form.column].source;
+  if (form.clockColumn != TimeForm::kNoColumn) {
+    text += ", " + survey.layout.columns[form.clockColumn].source;
+  }
+  return text;
+}
+
+void WriteImport(Survey const& survey, kit::Output& output) {
+  kit::NumberFormat const whole{{}, 0, false};
+  kit::Group& import = output.top().group("import");
+  Layout const& layout = survey.layout;
+  import.text("delimiter", layout.isJsonLines ? "JSON lines" : NameOfDelimiter(layout.dialect.delimiter));
+  import.text("encoding", NameOf(layout.encoding));
+  import.text("time column", TimeColumns(survey));
+  import.text("time form", NameOf(layout.time));
+  if (!survey.dateOrder.empty()) {
+    import.text("date order", survey.dateOrder);
+  }
+  if (layout.time.countsFromStart()) {
+    import.text("time start", "times count from the start of the recording, which stands as 1970-01-01T00:00:00Z");
+  }
+  import.number("rows", static_cast<double>(survey.rows), whole);
+  import.number("skipped rows", static_cast<double>(survey.skipped), whole);
+}
+
+}  // namespace
+
+std::size_t LongestText(ColumnSurvey const& column) {
+  std::uint64_t const share = kPaddedTexts / std::max<std::uint64_t>(column.texts + column.numbers, 1);
+  return std::clamp<std::uint64_t>(share, kShortestLimit, kLongestTextEver);
+}
+
+void WriteTable(kit::Input const& input, Survey const& survey, kit::Output& output) {
+  Layout const& layout = survey.layout;
+  output.setTimeBase(kit::TimeBase::gmt(survey.digits));
+  output.setCreator("senmark series");
+  std::vector<Target> targets;
+  auto const write = [&] {
+    WriteColumns(input, survey, targets, output);
+    for (Target const& target : targets) {
+      kit::Stream& stream = target.numbers != nullptr ? static_cast<kit::Stream&>(*target.numbers) : *target.texts;
+      stream.finish();
+    }
+    targets.clear();
+  };
+  for (std::size_t i = 0; i != layout.columns.size(); ++i) {
+    if (!survey.hasSamples(i)) {
+      continue;
+    }
+    targets.push_back(MakeTarget(survey, i, output.top()));
+    if (targets.size() == kStreamsAtOnce) {
+      write();
+    }
+  }
+  if (!targets.empty()) {
+    write();
+  }
+  WriteImport(survey, output);
+}
+
+}  // namespace senmark_series
