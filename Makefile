@@ -13,21 +13,25 @@ FORMATTED := find $(wildcard include source plugin tools modules tests bench fuz
 help:  ## Lists the commands
 	@grep -hE '^[a-z-]+:.*##' $(MAKEFILE_LIST) | sed -E 's/:[^#]*## /\t/' | expand -t 16
 
-demo: install-build  ## Builds the program and shows real files with it: motion capture, a table, a recording
+demo: install-build  ## Builds the program and shows real files: a run, weather, motion capture, a recording
 	cmake --preset release
-	cmake --build --preset release -j $(JOBS) --target senmark_tool
+	cmake --build --preset release -j $(JOBS) --target senmark_tool gpx motion series
 	mkdir -p build/demo
 	build/senmark formats
+	build/senmark why $(DATA)/gpx/run_garmin_1_1.gpx
+	build/senmark tree $(DATA)/gpx/run_garmin_1_1.gpx
+	build/senmark samples $(DATA)/gpx/run_garmin_1_1.gpx Position --limit 5
+	build/senmark plot $(DATA)/gpx/run_garmin_1_1.gpx Heartrate
+	build/senmark why $(DATA)/weather_death_valley_2021.csv
+	build/senmark samples $(DATA)/weather_death_valley_2021.csv TMAX \
+	  --from 2021-07-07T00:00:00.0Z --to 2021-07-12T00:00:00.0Z
+	build/senmark plot $(DATA)/weather_death_valley_2021.csv TMAX
 	build/senmark convert --force $(DATA)/dab_30hz.bvh build/demo/dab.tdjson
 	build/senmark info $(DATA)/dab_30hz.bvh
 	build/senmark tree $(DATA)/dab_30hz.bvh | sed -n '1,12p'
-	build/senmark samples $(DATA)/dab_30hz.bvh 0 --from 00:00:03:00 --to 00:00:03:05
-	build/senmark plot $(DATA)/dab_30hz.bvh 0
-	build/senmark samples $(DATA)/dab_30hz.bvh 0 --plot build/demo/dab.svg --force
-	build/senmark convert --force $(DATA)/weather_death_valley_2021.csv build/demo/weather.tdjson
-	build/senmark info $(DATA)/weather_death_valley_2021.csv
-	build/senmark tree $(DATA)/weather_death_valley_2021.csv | sed -n -e '/group$$/p' -e '/"TMAX [0-4]"/p'
-	build/senmark get $(DATA)/weather_death_valley_2021.csv data2196/data2385
+	build/senmark samples $(DATA)/dab_30hz.bvh Hipsrotation --from 00:00:03:00 --to 00:00:03:05
+	build/senmark plot $(DATA)/dab_30hz.bvh Hipsrotation
+	build/senmark samples $(DATA)/dab_30hz.bvh Hipsrotation --plot build/demo/dab.svg --force
 	build/senmark info $(DATA)/weather_montreal_utc_v2.tdjson
 	build/senmark samples $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet \
 	  --from 2012-07-14T12:00:00.000Z --to 2012-07-14T18:00:00.000Z
@@ -62,7 +66,7 @@ format: install-lint  ## Formats all C++ files
 format-check: install-lint  ## Fails when a C++ file is not formatted
 	$(FORMATTED) | xargs -r clang-format --dry-run -Werror
 
-lint: install-build install-lint  ## Runs clang-tidy over library, program and public headers
+lint: install-build install-lint  ## Runs clang-tidy over library, program, modules and public headers
 	cmake --preset lint
 	scripts/lint.sh build-lint $(JOBS)
 
