@@ -7,7 +7,7 @@
 # are configured and built first. A finding stays in BUILD_FOLDER/findings. CXX names another clang++.
 set -eu
 
-targets="beats bvh csv data_path json message_literal open scanner time_text tsv writer"
+targets="beats bvh csv data_path json message_literal open scanner series series_lines time_text tsv writer"
 
 case "${1:-}" in
   '' | *[!0-9]* | 0)
