@@ -7,8 +7,8 @@
 # are configured and built first. A finding stays in BUILD_FOLDER/findings. CXX names another clang++.
 set -eu
 
-targets="beats bvh csv data_path gpx json manifest message_literal motion open scanner series series_lines signature time_text
-  tsv writer"
+targets="beats bvh csv data_path gpx json manifest message_literal motion open scanner series series_lines signature
+time_text tsv writer"
 
 case "${1:-}" in
   '' | *[!0-9]* | 0)
@@ -27,6 +27,7 @@ if [ ! -f "$build/CMakeCache.txt" ]; then
     -DCMAKE_CXX_COMPILER="${CXX:-clang++-14}" -DBUILD_TESTING=OFF -DSENMARK_BUILD_TOOL=OFF \
     -DSENMARK_BUILD_FUZZ=ON >/dev/null
 fi
+# shellcheck disable=SC2086 # a list of words
 built=$(printf '%s_fuzzer ' $targets)
 # shellcheck disable=SC2086 # a list of words
 cmake --build "$build" --target $built >"$build/fuzz-build.log" 2>&1 || {
