@@ -222,6 +222,28 @@ TEST(SeriesRowsOfFiles, AQuoteThatDoesNotEndCostsNoMoreThanItsLimit) {
   EXPECT_EQ(count, 300000U);
 }
 
+TEST(SeriesRowsOfFiles, QuotesThatDoNotEndCostTheirLineOnce) {
+  // Each cell begins with a quote, and none has an end: looking for it costs the length of the line.
+  std::string text;
+  for (int i = 0; i != 4000; ++i) {
+    text += "\"a ";
+  }
+  text += std::string(400000, 'b') + "\n";
+  std::string lines;
+  for (int i = 0; i != 100; ++i) {
+    lines += text;
+  }
+  TextBuffer buffer(lines, eEncoding::kUtf8, 0, true);
+  DelimitedRows reader(buffer, DialectOf(' '));
+  Row row;
+  std::size_t count = 0;
+  while (reader.next(row)) {
+    ASSERT_EQ(row.cells.size(), 4001U);
+    ++count;
+  }
+  EXPECT_EQ(count, 100U);
+}
+
 TEST(SeriesRowsOfFiles, ARowHasLimits) {
   TempFolder const folder;
   auto const failure = [&](std::string const& text) -> std::string {

@@ -154,7 +154,8 @@ Sidecar::ColumnChoice ColumnOf(std::string const& path, Value const& column) {
   Sidecar::ColumnChoice choice;
   for (auto const& member : ObjectOf(path, column)) {
     std::string const name(member.name.GetString(), member.name.GetStringLength());
-    std::string const key = path + '.' + name;
+    std::string key = path;
+    key.append(".").append(name);
     Value const& value = member.value;
     if (name == "kind") {
       choice.kind = ChoiceOf(key, value, kKinds);
