@@ -5,7 +5,9 @@ JOBS ?= $(shell nproc)
 export CTEST_PARALLEL_LEVEL ?= $(JOBS)
 
 DATA := tests/data
-FORMATTED := find $(wildcard include source plugin tools modules tests bench fuzz examples cmake) -name '*.h' -o -name '*.cpp'
+# All but the templates of a new module, which are no C++ before their names stand in them.
+FORMATTED := find $(wildcard include source plugin tools modules tests bench fuzz examples cmake) \
+  -path tools/new_module -prune -o \( -name '*.h' -o -name '*.cpp' \) -print
 
 .PHONY: help demo check asan tsan coverage format format-check lint bench fuzz clean
 .DEFAULT_GOAL := help

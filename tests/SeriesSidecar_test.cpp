@@ -140,7 +140,8 @@ EffectCase const kEffects[] = {
      "times count from the start, which stands as 1970-01-01T00:00:00Z\n"
      "column 1 \"time\": time\n"
      "column 2 \"v\": text, first \"1,5\", 0 gaps\n"},
-    {"QuoteAndComment", "a.csv", "%x\n#,v\n0,'a,b'\n1,\"c\"\n", "{\"quote\":\"'\",\"comment\":\"%\",\"time\":{\"column\":\"#\"}}",
+    {"QuoteAndComment", "a.csv", "%x\n#,v\n0,'a,b'\n1,\"c\"\n",
+     "{\"quote\":\"'\",\"comment\":\"%\",\"time\":{\"column\":\"#\"}}",
      "a table, delimiter: comma, UTF-8\n"
      "header in line 2, data from line 3 on\n"
      "time: column \"#\", seconds from start\n"
@@ -205,9 +206,7 @@ EffectCase const kEffects[] = {
      "column 1 \"time\": time\n"
      "column 2 \"Way\" in \"km\": number with 1 decimal, first \"1.25\", 0 gaps\n"
      "column 3 \"b\": number with 0 decimals, first \"x\", 0 gaps, and 1 text that become gaps, first \"x\"\n"
-     "column 4 \"c\": text, first \"1\", 0 gaps, 2 numbers among them\n"
-}
-,
+     "column 4 \"c\": text, first \"1\", 0 gaps, 2 numbers among them\n"},
     {"SkippedColumn", "a.csv", "time,a,b\n0,1,2\n1,2,3\n", "{\"columns\":{\"a\":{\"skip\":true}}}",
      "a table, delimiter: comma, UTF-8\n"
      "header in line 1, data from line 2 on\n"
