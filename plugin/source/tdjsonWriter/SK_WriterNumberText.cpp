@@ -203,6 +203,77 @@ char* WriteDecimal(char* out, Decimal decimal) {
   return out;
 }
 
+// Numbers with at most six decimals, which is what most recordings have, need no more than one product when it can be
+// told from that alone that sixteen digits show nothing else. The product of a number and 10^6 being an integer k, the
+// number differs from k / 10^6 by no more than half the distance between k and the next double, over 10^6. That has to
+// be less than half a unit of the sixteenth digit, so the distance less than 10^-16 of the power of ten above k. It is,
+// but for those k that have a power of ten above them among the numbers of the same exponent of two. A power of ten
+// itself is left out with them: a number just below it has its sixteenth digit one place further behind.
+constexpr double kMillion = 1e6;
+constexpr std::uint64_t kLastOutOfReach = 100;  // millionths; below 0.0001 a text has an exponent
+constexpr std::uint64_t kEndOfMillionths = 10000000000;
+constexpr int kBitsOfMillionths = 34;
+
+// For each exponent of two the power of ten of the same exponent, or 0.
+constexpr std::array<std::uint64_t, kBitsOfMillionths> MakePowersOfTenByBinade() {
+  std::array<std::uint64_t, kBitsOfMillionths> powers = {};
+  for (std::uint64_t power = 1; power <= kEndOfMillionths; power *= 10) {
+    std::size_t binade = 0;
+    while (power >> (binade + 1) != 0) {
+      ++binade;
+    }
+    powers[binade] = power;
+  }
+  return powers;
+}
+
+constexpr std::array<std::uint64_t, kBitsOfMillionths> kPowerOfTenByBinade = MakePowersOfTenByBinade();
+
+// Whether the distance between doubles is small enough, in each binade and from where numbers are taken there.
+constexpr bool AreMillionthsExact() {
+  for (std::size_t binade = 0; binade < kBitsOfMillionths; ++binade) {
+    std::uint64_t const first = std::max(std::uint64_t{1} << binade, kPowerOfTenByBinade[binade]);
+    std::uint64_t unitsPerOne = kTenToSixteen;  // of the sixteenth digit
+    for (std::uint64_t power = 1; power <= first; power *= 10) {
+      unitsPerOne /= 10;
+    }
+    if (unitsPerOne >= std::uint64_t{1} << (kFractionBits - binade)) {
+      return false;
+    }
+  }
+  return true;
+}
+static_assert(AreMillionthsExact());
+
+// The number of millionths of a value, which is not negative, if the text of that is the text of the value; else 0.
+std::uint64_t MillionthsOf(double value) {
+  double const scaled = value * kMillion;
+  if (!(scaled < static_cast<double>(kEndOfMillionths))) {
+    return 0;
+  }
+  auto const millionths = static_cast<std::uint64_t>(static_cast<std::int64_t>(scaled));
+  if (static_cast<double>(static_cast<std::int64_t>(millionths)) != scaled || millionths <= kLastOutOfReach) {
+    return 0;
+  }
+  std::size_t const binade = 63U - static_cast<unsigned>(__builtin_clzll(millionths));
+  return millionths > kPowerOfTenByBinade[binade] ? millionths : 0;
+}
+
+// integerDigits: how many digits stand before the point.
+char* WriteMillionths(char* out, std::uint64_t millionths, unsigned& integerDigits) {
+  std::uint64_t const integer = millionths / 1000000;
+  std::uint64_t const decimals = DigitsOfValue(static_cast<std::uint32_t>((millionths - integer * 1000000) * 100));
+  std::uint64_t const digits = DigitsOfValue(static_cast<std::uint32_t>(integer));
+  unsigned const leadingZeroes = static_cast<unsigned>(__builtin_ctzll(digits | std::uint64_t{1} << 56U)) / 8;
+  StoreEight(out, (digits | kZeroes) >> (8 * leadingZeroes));
+  integerDigits = 8 - leadingZeroes;
+  out += integerDigits;
+  *out = '.';
+  StoreEight(out + 1, decimals | kZeroes);
+  // Zeroes at the end stay behind the end.
+  return decimals == 0 ? out : out + 9 - static_cast<unsigned>(__builtin_clzll(decimals)) / 8;
+}
+
 // Whatever a double can be, the slow way. The value is not negative and no NaN.
 char* WriteAnything(char* out, char* end, double value) {
   end = std::to_chars(out, end, value, std::chars_format::general, kDigits).ptr;
@@ -220,30 +291,47 @@ char* WriteAnything(char* out, char* end, double value) {
 SK_WriterNumberText::SK_WriterNumberText(double value) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
-  char* out = mText;
-  *out = '-';
-  out += bits >> 63U;
+  mText[0] = '-';
+  char* const start = mText + (bits >> 63U);
   bits &= ~kSignBit;
   std::memcpy(&value, &bits, sizeof(bits));
 
+  if (std::uint64_t const millionths = MillionthsOf(value)) {
+    unsigned integerDigits = 0;
+    char const* const end = WriteMillionths(start, millionths, integerDigits);
+    mLength = static_cast<std::size_t>(end - mText);
+    mIntegerDigits = integerDigits;
+    mDecimalDigits = static_cast<std::size_t>(end - start) - integerDigits;
+    mDecimalDigits -= mDecimalDigits != 0 ? 1 : 0;
+    return;
+  }
+  char const* const end = WriteAnyNumber(start, bits, value);
+  mLength = static_cast<std::size_t>(end - mText);
+  // No call: texts are short, and their point stands near the front.
+  char const* const point = std::find(static_cast<char const*>(start), end, '.');
+  mIntegerDigits = static_cast<std::size_t>(point - start);
+  mDecimalDigits = point == end ? 0 : static_cast<std::size_t>(end - point) - 1;
+}
+
+char* SK_WriterNumberText::WriteAnyNumber(char* out, std::uint64_t bits, double value) {
   int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
   if (binade >= kFirstBinade && binade <= kFractionBits) {
     std::int64_t const integer = static_cast<std::int64_t>(value);
     if (static_cast<double>(integer) == value) {
-      out = WriteInteger(out, static_cast<std::uint64_t>(integer));
-    } else {
-      std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
-      out = WriteDecimal(out, RoundToSixteenDigits(mantissa, binade));
+      return WriteInteger(out, static_cast<std::uint64_t>(integer));
     }
-  } else if (bits == 0) {
-    *out++ = '0';
-  } else if (bits > kExponentMask << kFractionBits) {
-    // The sign of a NaN is printed too, and nothing else of it.
-    out = std::copy_n("nan", 3, out);
-  } else {
-    out = WriteAnything(out, mText + kCapacity, value);
+    std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
+    return WriteDecimal(out, RoundToSixteenDigits(mantissa, binade));
   }
-  mLength = static_cast<std::size_t>(out - mText);
+  if (bits == 0) {
+    *out++ = '0';
+    return out;
+  }
+  if (bits > kExponentMask << kFractionBits) {
+    // The sign of a NaN is printed too, and nothing else of it.
+    return std::copy_n("nan", 3, out);
+  }
+  return WriteAnything(out, mText + kCapacity, value);
 }
 
 }  // namespace SK_PLUGIN

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -18,6 +19,11 @@ class SK_WriterNumberText {
 
   std::string_view View() const { return std::string_view(mText, mLength); }
 
+  /// Characters in front of the point, the sign left out, and behind it. Those of an exponent count with what they
+  /// follow; where there is no point, all stand in front of it.
+  std::size_t IntegerDigits() const { return mIntegerDigits; }
+  std::size_t DecimalDigits() const { return mDecimalDigits; }
+
   /// Copies the text to where there is room for `kLongest` bytes, all of which may change, and gives its end there.
   char* CopyTo(char* out) const {
     std::memcpy(out, mText, kLongest);  // of a fixed length, which takes no call
@@ -28,8 +34,12 @@ class SK_WriterNumberText {
   /// What is more than the longest text is for digits that are stored sixteen at once.
   static constexpr std::size_t kCapacity = kLongest + 16;
 
-  char mText[kCapacity] = {};
+  char* WriteAnyNumber(char* out, std::uint64_t bits, double value);
+
+  char mText[kCapacity];  // not cleared: only what was written is looked at
   std::size_t mLength;
+  std::size_t mIntegerDigits;
+  std::size_t mDecimalDigits;
 };
 
 }  // namespace SK_PLUGIN

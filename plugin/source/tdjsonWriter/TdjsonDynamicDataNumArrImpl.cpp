@@ -149,7 +149,7 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   mValueText.Clear();
   for (double const element : mElements) {
     SK_WriterNumberText const text(element);
-    WidenNumberPattern(mNumberArrayProperties.pattern, mPatternAutomatic, element, text.View());
+    WidenNumberPattern(mNumberArrayProperties.pattern, mPatternAutomatic, element, text);
     std::size_t const size = mValueText.Size();
     char* const start = mValueText.Grow(1 + SK_WriterNumberText::kLongest);
     *start = ',';
