@@ -296,21 +296,28 @@ SK_WriterNumberText::SK_WriterNumberText(double value) {
   bits &= ~kSignBit;
   std::memcpy(&value, &bits, sizeof(bits));
 
+  if (bits == 0) {
+    *start = '0';
+    SetEnd(start, start + 1, 1);
+    return;
+  }
   if (std::uint64_t const millionths = MillionthsOf(value)) {
     unsigned integerDigits = 0;
     char const* const end = WriteMillionths(start, millionths, integerDigits);
-    mLength = static_cast<std::size_t>(end - mText);
-    mIntegerDigits = integerDigits;
-    mDecimalDigits = static_cast<std::size_t>(end - start) - integerDigits;
-    mDecimalDigits -= mDecimalDigits != 0 ? 1 : 0;
+    SetEnd(start, end, integerDigits);
     return;
   }
   char const* const end = WriteAnyNumber(start, bits, value);
-  mLength = static_cast<std::size_t>(end - mText);
-  // No call: texts are short, and their point stands near the front.
+  // Texts are short, and their point stands near the front.
   char const* const point = std::find(static_cast<char const*>(start), end, '.');
-  mIntegerDigits = static_cast<std::size_t>(point - start);
-  mDecimalDigits = point == end ? 0 : static_cast<std::size_t>(end - point) - 1;
+  SetEnd(start, end, static_cast<std::size_t>(point - start));
+}
+
+inline void SK_WriterNumberText::SetEnd(char const* start, char const* end, std::size_t integerDigits) {
+  std::size_t const behind = static_cast<std::size_t>(end - start) - integerDigits;
+  mLength = static_cast<std::size_t>(end - mText);
+  mIntegerDigits = integerDigits;
+  mDecimalDigits = behind - (behind != 0 ? 1 : 0);  // less the point
 }
 
 char* SK_WriterNumberText::WriteAnyNumber(char* out, std::uint64_t bits, double value) {
@@ -322,10 +329,6 @@ char* SK_WriterNumberText::WriteAnyNumber(char* out, std::uint64_t bits, double 
     }
     std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
     return WriteDecimal(out, RoundToSixteenDigits(mantissa, binade));
-  }
-  if (bits == 0) {
-    *out++ = '0';
-    return out;
   }
   if (bits > kExponentMask << kFractionBits) {
     // The sign of a NaN is printed too, and nothing else of it.

@@ -34,6 +34,8 @@ class SK_WriterNumberText {
   /// What is more than the longest text is for digits that are stored sixteen at once.
   static constexpr std::size_t kCapacity = kLongest + 16;
 
+  /// start: behind the sign.
+  void SetEnd(char const* start, char const* end, std::size_t integerDigits);
   char* WriteAnyNumber(char* out, std::uint64_t bits, double value);
 
   char mText[kCapacity];  // not cleared: only what was written is looked at

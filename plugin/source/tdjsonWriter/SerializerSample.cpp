@@ -14,6 +14,7 @@ namespace SK_PLUGIN {
 namespace {
 
 using SK_NAMESPACE_INT::AnyBelow;
+using SK_NAMESPACE_INT::CopyShortText;
 using SK_NAMESPACE_INT::kEveryByte;
 using SK_NAMESPACE_INT::LoadEight;
 using SK_NAMESPACE_INT::StoreEight;
@@ -37,8 +38,8 @@ char* Copy(char* p, std::string_view text) {
   return std::copy(text.begin(), text.end(), p);
 }
 
-// The texts of numbers are short, so that a call would cost more than what it does. Both of these may change so many
-// bytes behind what they write.
+// Paddings are short, so that a call would cost more than what it does. This may change so many bytes behind what it
+// writes.
 constexpr std::size_t kBehind = 8;
 
 char* FillShort(char* p, std::size_t count, char filler) {
@@ -47,30 +48,6 @@ char* FillShort(char* p, std::size_t count, char filler) {
   }
   StoreEight(p, kEveryByte * static_cast<unsigned char>(filler));
   return p + count;
-}
-
-char* CopyShort(char* p, std::string_view text) {
-  char const* const from = text.data();
-  std::size_t const size = text.size();
-  if (size > 24) {
-    return Copy(p, text);
-  }
-  // Stretches that may overlap.
-  if (size >= 8) {
-    StoreEight(p, LoadEight(from));
-    if (size > 16) {
-      StoreEight(p + 8, LoadEight(from + 8));
-    }
-    StoreEight(p + size - 8, LoadEight(from + size - 8));
-  } else if (size >= 4) {
-    std::memcpy(p, from, 4);
-    std::memcpy(p + size - 4, from + size - 4, 4);
-  } else {
-    for (std::size_t at = 0; at != size; ++at) {
-      p[at] = from[at];
-    }
-  }
-  return p + size;
 }
 
 /// Where the character first stands; the size of the text if nowhere.
@@ -98,7 +75,7 @@ void AppendTime(SerializerBuffer& out, std::string_view time) {
   constexpr char kBefore[] = R"({"time":")";
   constexpr char kAfter[] = R"(","value":)";
   char* const p = out.Grow(sizeof(kBefore) - 1 + time.size() + sizeof(kAfter) - 1);
-  CopyLiteral(CopyShort(CopyLiteral(p, kBefore), time), kAfter);
+  CopyLiteral(CopyShortText(CopyLiteral(p, kBefore), time), kAfter);
 }
 
 /// The padded number, between quotes or as it is, and a comma in front of them if wanted.
@@ -130,7 +107,7 @@ void AppendNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_
   *p = isNegative ? '-' : '+';
   p += needsPlus || isNegative ? 1 : 0;
   p = FillShort(p, zeroesInFront, '0');
-  p = CopyShort(p, digits);
+  p = CopyShortText(p, digits);
   *p = '.';
   p += needsPoint ? 1 : 0;
   p = FillShort(p, zeroesBehind, '0');
