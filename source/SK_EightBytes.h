@@ -34,17 +34,19 @@ inline void StoreEight(char* bytes, std::uint64_t number) {
 inline char* CopyShortText(char* out, std::string_view text) {
   char const* const from = text.data();
   std::size_t const size = text.size();
-  if (size > 24) {
+  if (size > 96) {
     std::memcpy(out, from, size);
     return out + size;
   }
   // Stretches that may overlap.
-  if (size >= 8) {
-    StoreEight(out, LoadEight(from));
-    if (size > 16) {
-      StoreEight(out + 8, LoadEight(from + 8));
+  if (size >= 16) {
+    for (std::size_t at = 0; at < size - 16; at += 16) {
+      std::memcpy(out + at, from + at, 16);
     }
-    StoreEight(out + size - 8, LoadEight(from + size - 8));
+    std::memcpy(out + size - 16, from + size - 16, 16);
+  } else if (size >= 8) {
+    std::memcpy(out, from, 8);
+    std::memcpy(out + size - 8, from + size - 8, 8);
   } else if (size >= 4) {
     std::memcpy(out, from, 4);
     std::memcpy(out + size - 4, from + size - 4, 4);

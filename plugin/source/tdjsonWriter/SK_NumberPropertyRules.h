@@ -26,12 +26,12 @@ void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, do
 /// The same for callers that have the text of the number at hand.
 void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, double const& value,
                         std::string_view text);
-/// The same by the counts of such a text. Here, because it is done for every number of every sample.
+/// The same by the digits of such a text. Here, because it is done for every number of every sample.
 inline void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, double const& value,
-                               SK_WriterNumberText const& text) {
+                               SK_WriterNumberText::Digits const& digits) {
   if (automatic) {
-    pattern.digitsInteger = std::max<std::uint64_t>(pattern.digitsInteger, text.IntegerDigits());
-    pattern.digitsDecimal = std::max<std::uint64_t>(pattern.digitsDecimal, text.DecimalDigits());
+    pattern.digitsInteger = std::max<std::uint64_t>(pattern.digitsInteger, digits.integer);
+    pattern.digitsDecimal = std::max<std::uint64_t>(pattern.digitsDecimal, digits.decimal);
   }
   pattern.isSigned = pattern.isSigned || std::signbit(value);
 }

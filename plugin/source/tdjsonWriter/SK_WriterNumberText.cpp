@@ -171,7 +171,8 @@ char* WriteSmallExponent(char* out, unsigned exponent, bool hasPoint) {
   return out + (hasPoint && exponent % 10 == 0 ? 3 : 4);
 }
 
-char* WriteDecimal(char* out, Decimal decimal) {
+// point: where the point stands; the end if there is none.
+char* WriteDecimal(char* out, Decimal decimal, char const*& point) {
   std::uint64_t const first = DigitsOfValue(static_cast<std::uint32_t>(decimal.digits / kTenToEight));
   std::uint64_t const last = DigitsOfValue(static_cast<std::uint32_t>(decimal.digits % kTenToEight));
   // Without the zeroes at the end. The highest byte is the last digit.
@@ -181,16 +182,19 @@ char* WriteDecimal(char* out, Decimal decimal) {
 
   if (decimal.exponent < 0 && decimal.exponent >= -4) {
     std::copy_n("0.000", 5, out);
+    point = out + 1;
     out += 1 - decimal.exponent;
     StoreEight(out, firstText);
     StoreEight(out + 8, lastText);
     return out + count;
   }
   int const integerDigits = decimal.exponent < 0 ? 1 : decimal.exponent + 1;
+  bool const hasPoint = count > integerDigits;
   StoreEight(out, firstText);
   StoreEight(out + 8, lastText);
   out += integerDigits;
-  if (count > integerDigits) {
+  point = out;
+  if (hasPoint) {
     Uint128 const behindPoint = ((Uint128{lastText} << 64U) | firstText) >> static_cast<unsigned>(8 * integerDigits);
     *out = '.';
     StoreEight(out + 1, static_cast<std::uint64_t>(behindPoint));
@@ -199,6 +203,7 @@ char* WriteDecimal(char* out, Decimal decimal) {
   }
   if (decimal.exponent < 0) {
     out = WriteSmallExponent(out, static_cast<unsigned>(-decimal.exponent), count > 1);
+    point = hasPoint ? point : out;
   }
   return out;
 }
@@ -210,29 +215,39 @@ char* WriteDecimal(char* out, Decimal decimal) {
 // but for those k that have a power of ten above them among the numbers of the same exponent of two. A power of ten
 // itself is left out with them: a number just below it has its sixteenth digit one place further behind.
 constexpr double kMillion = 1e6;
-constexpr std::uint64_t kLastOutOfReach = 100;  // millionths; below 0.0001 a text has an exponent
-constexpr std::uint64_t kEndOfMillionths = 10000000000;
-constexpr int kBitsOfMillionths = 34;
+constexpr std::int32_t kLastOutOfReach = 100;  // millionths; below 0.0001 a text has an exponent
+constexpr std::uint32_t kEndOfMillionths = 1000000000;
+constexpr std::size_t kBitsOfMillionths = 30;
 
 // For each exponent of two the power of ten of the same exponent, or 0.
-constexpr std::array<std::uint64_t, kBitsOfMillionths> MakePowersOfTenByBinade() {
-  std::array<std::uint64_t, kBitsOfMillionths> powers = {};
+constexpr std::array<std::uint32_t, kBitsOfMillionths> MakePowersOfTenByBinade() {
+  std::array<std::uint32_t, kBitsOfMillionths> powers = {};
   for (std::uint64_t power = 1; power <= kEndOfMillionths; power *= 10) {
     std::size_t binade = 0;
     while (power >> (binade + 1) != 0) {
       ++binade;
     }
-    powers[binade] = power;
+    powers[binade] = static_cast<std::uint32_t>(power);
   }
   return powers;
 }
 
-constexpr std::array<std::uint64_t, kBitsOfMillionths> kPowerOfTenByBinade = MakePowersOfTenByBinade();
+// The digits of the numbers from 0 to 999, as numbers; the lowest byte is the first.
+constexpr std::array<std::uint32_t, 1000> MakeThreeDigits() {
+  std::array<std::uint32_t, 1000> digits = {};
+  for (std::uint32_t value = 0; value != digits.size(); ++value) {
+    digits[value] = value / 100 | value / 10 % 10 << 8U | value % 10 << 16U;
+  }
+  return digits;
+}
+
+constexpr std::array<std::uint32_t, 1000> kThreeDigits = MakeThreeDigits();
+constexpr std::array<std::uint32_t, kBitsOfMillionths> kPowerOfTenByBinade = MakePowersOfTenByBinade();
 
 // Whether the distance between doubles is small enough, in each binade and from where numbers are taken there.
 constexpr bool AreMillionthsExact() {
   for (std::size_t binade = 0; binade < kBitsOfMillionths; ++binade) {
-    std::uint64_t const first = std::max(std::uint64_t{1} << binade, kPowerOfTenByBinade[binade]);
+    std::uint64_t const first = std::max(std::uint64_t{1} << binade, std::uint64_t{kPowerOfTenByBinade[binade]});
     std::uint64_t unitsPerOne = kTenToSixteen;  // of the sixteenth digit
     for (std::uint64_t power = 1; power <= first; power *= 10) {
       unitsPerOne /= 10;
@@ -246,28 +261,31 @@ constexpr bool AreMillionthsExact() {
 static_assert(AreMillionthsExact());
 
 // The number of millionths of a value, which is not negative, if the text of that is the text of the value; else 0.
-std::uint64_t MillionthsOf(double value) {
+std::uint32_t MillionthsOf(double value) {
   double const scaled = value * kMillion;
   if (!(scaled < static_cast<double>(kEndOfMillionths))) {
     return 0;
   }
-  auto const millionths = static_cast<std::uint64_t>(static_cast<std::int64_t>(scaled));
-  if (static_cast<double>(static_cast<std::int64_t>(millionths)) != scaled || millionths <= kLastOutOfReach) {
+  auto const millionths = static_cast<std::int32_t>(scaled);
+  if (static_cast<double>(millionths) != scaled || millionths <= kLastOutOfReach) {
     return 0;
   }
-  std::size_t const binade = 63U - static_cast<unsigned>(__builtin_clzll(millionths));
-  return millionths > kPowerOfTenByBinade[binade] ? millionths : 0;
+  auto const result = static_cast<std::uint32_t>(millionths);
+  return result > kPowerOfTenByBinade[31U - static_cast<unsigned>(__builtin_clz(result))] ? result : 0;
 }
 
-// integerDigits: how many digits stand before the point.
-char* WriteMillionths(char* out, std::uint64_t millionths, unsigned& integerDigits) {
-  std::uint64_t const integer = millionths / 1000000;
-  std::uint64_t const decimals = DigitsOfValue(static_cast<std::uint32_t>((millionths - integer * 1000000) * 100));
-  std::uint64_t const digits = DigitsOfValue(static_cast<std::uint32_t>(integer));
-  unsigned const leadingZeroes = static_cast<unsigned>(__builtin_ctzll(digits | std::uint64_t{1} << 56U)) / 8;
+// point: as in `WriteDecimal`.
+char* WriteMillionths(char* out, std::uint32_t millionths, char const*& point) {
+  std::uint32_t const thousandths = millionths / 1000;
+  std::uint32_t const integer = thousandths / 1000;
+  std::uint64_t const digits = kThreeDigits[integer];
+  std::uint64_t const decimals =
+      kThreeDigits[thousandths - integer * 1000] | std::uint64_t{kThreeDigits[millionths - thousandths * 1000]} << 24U;
+  // The last digit stays, also of 0.
+  unsigned const leadingZeroes = static_cast<unsigned>(__builtin_ctzll(digits | std::uint64_t{1} << 16U)) / 8;
   StoreEight(out, (digits | kZeroes) >> (8 * leadingZeroes));
-  integerDigits = 8 - leadingZeroes;
-  out += integerDigits;
+  out += 3 - leadingZeroes;
+  point = out;
   *out = '.';
   StoreEight(out + 1, decimals | kZeroes);
   // Zeroes at the end stay behind the end.
@@ -286,55 +304,49 @@ char* WriteAnything(char* out, char* end, double value) {
   return end;
 }
 
+// Any number but 0, without its sign. bits: those of the value. end: of the room for it.
+char* WriteAnyNumber(char* out, char* end, std::uint64_t bits, double value, char const*& point) {
+  int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
+  if (binade >= kFirstBinade && binade <= kFractionBits) {
+    std::int64_t const integer = static_cast<std::int64_t>(value);
+    if (static_cast<double>(integer) != value) {
+      std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
+      return WriteDecimal(out, RoundToSixteenDigits(mantissa, binade), point);
+    }
+    char* const textEnd = WriteInteger(out, static_cast<std::uint64_t>(integer));
+    point = textEnd;
+    return textEnd;
+  }
+  // The sign of a NaN is printed too, and nothing else of it.
+  bool const isNumber = bits <= kExponentMask << kFractionBits;
+  char* const textEnd = isNumber ? WriteAnything(out, end, value) : std::copy_n("nan", 3, out);
+  point = std::find(out, textEnd, '.');
+  return textEnd;
+}
+
 }  // namespace
 
-SK_WriterNumberText::SK_WriterNumberText(double value) {
+char* SK_WriterNumberText::Write(char* out, double value, Digits& digits) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
-  mText[0] = '-';
-  char* const start = mText + (bits >> 63U);
+  char* const roomEnd = out + kRoom;
+  *out = '-';
+  out += bits >> 63U;
   bits &= ~kSignBit;
   std::memcpy(&value, &bits, sizeof(bits));
 
   if (bits == 0) {
-    *start = '0';
-    SetEnd(start, start + 1, 1);
-    return;
+    *out = '0';
+    digits = {1, 0};
+    return out + 1;
   }
-  if (std::uint64_t const millionths = MillionthsOf(value)) {
-    unsigned integerDigits = 0;
-    char const* const end = WriteMillionths(start, millionths, integerDigits);
-    SetEnd(start, end, integerDigits);
-    return;
-  }
-  char const* const end = WriteAnyNumber(start, bits, value);
-  // Texts are short, and their point stands near the front.
-  char const* const point = std::find(static_cast<char const*>(start), end, '.');
-  SetEnd(start, end, static_cast<std::size_t>(point - start));
-}
-
-inline void SK_WriterNumberText::SetEnd(char const* start, char const* end, std::size_t integerDigits) {
-  std::size_t const behind = static_cast<std::size_t>(end - start) - integerDigits;
-  mLength = static_cast<std::size_t>(end - mText);
-  mIntegerDigits = integerDigits;
-  mDecimalDigits = behind - (behind != 0 ? 1 : 0);  // less the point
-}
-
-char* SK_WriterNumberText::WriteAnyNumber(char* out, std::uint64_t bits, double value) {
-  int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
-  if (binade >= kFirstBinade && binade <= kFractionBits) {
-    std::int64_t const integer = static_cast<std::int64_t>(value);
-    if (static_cast<double>(integer) == value) {
-      return WriteInteger(out, static_cast<std::uint64_t>(integer));
-    }
-    std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
-    return WriteDecimal(out, RoundToSixteenDigits(mantissa, binade));
-  }
-  if (bits > kExponentMask << kFractionBits) {
-    // The sign of a NaN is printed too, and nothing else of it.
-    return std::copy_n("nan", 3, out);
-  }
-  return WriteAnything(out, mText + kCapacity, value);
+  char const* point = nullptr;
+  std::uint32_t const millionths = MillionthsOf(value);
+  char* const end =
+      millionths != 0 ? WriteMillionths(out, millionths, point) : WriteAnyNumber(out, roomEnd, bits, value, point);
+  digits.integer = static_cast<std::size_t>(point - out);
+  digits.decimal = static_cast<std::size_t>(end - point) - (end != point ? 1 : 0);
+  return end;
 }
 
 }  // namespace SK_PLUGIN
