@@ -80,8 +80,8 @@ void AppendTime(SerializerBuffer& out, std::string_view time) {
 
 /// The padded number, between quotes or as it is, and a comma in front of them if wanted.
 template <bool kIsQuoted>
-[[gnu::always_inline]] inline void AppendNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern,
-                  bool hasComma) {
+[[gnu::always_inline]] inline void AppendNumber(SerializerBuffer& out, std::string_view number,
+                                                ns_sensor::SK_NumberPattern const& pattern, bool hasComma) {
   bool const isNegative = !number.empty() && number.front() == '-';
   std::string_view const digits = number.substr(isNegative ? 1 : 0);
   std::size_t const point = Find(digits, '.');
