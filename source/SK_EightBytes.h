@@ -3,8 +3,10 @@
 /// In every number that stands for 8 bytes the first byte of the text is the lowest.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace SK_NAMESPACE_INT {
 
@@ -25,6 +27,35 @@ inline void StoreEight(char* bytes, std::uint64_t number) {
     number = __builtin_bswap64(number);
   }
   std::memcpy(bytes, &number, sizeof(number));
+}
+
+/// Copies a text that is short most of the time, so that a call would cost more than what it does, to where there is
+/// room for it. Gives its end there.
+inline char* CopyShortText(char* out, std::string_view text) {
+  char const* const from = text.data();
+  std::size_t const size = text.size();
+  if (size > 96) {
+    std::memcpy(out, from, size);
+    return out + size;
+  }
+  // Stretches that may overlap.
+  if (size >= 16) {
+    for (std::size_t at = 0; at < size - 16; at += 16) {
+      std::memcpy(out + at, from + at, 16);
+    }
+    std::memcpy(out + size - 16, from + size - 16, 16);
+  } else if (size >= 8) {
+    std::memcpy(out, from, 8);
+    std::memcpy(out + size - 8, from + size - 8, 8);
+  } else if (size >= 4) {
+    std::memcpy(out, from, 4);
+    std::memcpy(out + size - 4, from + size - 4, 4);
+  } else {
+    for (std::size_t at = 0; at != size; ++at) {
+      out[at] = from[at];
+    }
+  }
+  return out + size;
 }
 
 constexpr std::uint16_t TwoBytes(char first, char second) {

@@ -108,6 +108,59 @@ constexpr UTCRow kUTCRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Times, UTCText, testing::ValuesIn(kUTCRows));
 
+// A text may be made of the one before, when that is of the same second.
+TEST_P(TimeCodeText, IsTheSameBehindAnotherOfItsSecond) {
+  TimeCodeRow const& row = GetParam();
+  UseTimeCode(row.rate, row.scale);
+  SK_SampleTimeText text(*mRoot);
+  SK_DateTimeSMPTE other = row.time;
+  for (int const frames : {0, 97, 1000, 5, -1, 99}) {
+    other.frames = frames;
+    text.Make(other);
+    EXPECT_EQ(text.Make(row.time), row.text) << "behind frame " << frames;
+    EXPECT_EQ(text.Make(row.time), row.text) << "behind itself";
+  }
+}
+
+TEST_P(UTCText, IsTheSameBehindAnotherOfItsSecond) {
+  UTCRow const& row = GetParam();
+  UseUTC(row.precision, row.isGMT);
+  SK_SampleTimeText text(*mRoot);
+  SK_DateTimeUTC other = row.time;
+  for (int const fraction : {0, 999, 1'000'000'000, 5, -1}) {
+    other.fraction = fraction;
+    text.Make(other);
+    EXPECT_EQ(text.Make(row.time), row.text) << "behind fraction " << fraction;
+    EXPECT_EQ(text.Make(row.time), row.text) << "behind itself";
+  }
+}
+
+TEST_F(TimeCodeText, EveryFieldOfTheNextTimeCounts) {
+  UseTimeCode();
+  SK_SampleTimeText text(*mRoot);
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}), "01:02:03:04");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 5}), "01:02:03:05");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 4, 5}), "01:02:04:05");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 3, 4, 5}), "01:03:04:05");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{2, 3, 4, 5}), "02:03:04:05");
+}
+
+TEST_F(UTCText, EveryFieldOfTheNextTimeCounts) {
+  UseUTC(3, false);
+  SK_SampleTimeText text(*mRoot);
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 7, 8}), "2020-01-02T03:04:05.008+06:07");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 7, 9}), "2020-01-02T03:04:05.009+06:07");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 8, 9}), "2020-01-02T03:04:05.009+06:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 7, 8, 9}), "2020-01-02T03:04:05.009+07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '-', 7, 8, 9}), "2020-01-02T03:04:05.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 6, '-', 7, 8, 9}), "2020-01-02T03:04:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 5, 6, '-', 7, 8, 9}), "2020-01-02T03:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 4, 5, 6, '-', 7, 8, 9}), "2020-01-02T04:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 3, 4, 5, 6, '-', 7, 8, 9}), "2020-01-03T04:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 2, 3, 4, 5, 6, '-', 7, 8, 9}), "2020-02-03T04:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2021, 2, 3, 4, 5, 6, '-', 7, 8, 9}), "2021-02-03T04:05:06.009-07:08");
+}
+
 TEST_F(UTCText, KeepsTheTimeBaseThatItBeganWith) {
   UseTimeCode();
   SK_SampleTimeText text(*mRoot);

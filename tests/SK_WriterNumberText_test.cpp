@@ -106,6 +106,13 @@ Kind const kKinds[] = {
      [](Random& random) {
        return static_cast<double>(random() % 1000000000) / PowerOfTen(static_cast<int>(random() % 12));
      }},
+    {"Millionths", [](Random& random) { return static_cast<double>(random() % 2000000000) / 1e6; }},
+    {"NeighboursOfMillionths",
+     [](Random& random) {
+       // Of any number of digits.
+       std::uint64_t const end = std::uint64_t{1} << (1 + random() % 31);
+       return FromBits(BitsOf(static_cast<double>(1 + random() % end) / 1e6) + random() % 5 - 2);
+     }},
     {"SumsOfDecimals",
      [](Random& random) {
        return static_cast<double>(random() % 1000) / 10 + static_cast<double>(random() % 100000) / 1000;
@@ -154,6 +161,37 @@ TEST(WriterNumberText, PowersOfTenAndTheirNeighboursAreTheTextOfAStream) {
         ASSERT_TRUE(comparison.Agrees(FromBits(BitsOf(power) + i - 8)));
       }
     }
+  }
+}
+
+// All of them up to about one, and from there on some of all sizes.
+TEST(WriterNumberText, NumbersOfSixDecimalsAreTheTextOfAStream) {
+  Comparison comparison;
+#ifdef NDEBUG
+  constexpr std::uint64_t kEndOfAll = 1 << 20;
+#else
+  constexpr std::uint64_t kEndOfAll = 1 << 15;
+#endif
+  for (std::uint64_t millionths = 0; millionths < 1100000000; millionths += 1 + millionths / kEndOfAll * 997) {
+    ASSERT_TRUE(comparison.Agrees(static_cast<double>(millionths) / 1e6));
+  }
+}
+
+TEST(WriterNumberText, CountsTheCharactersOnBothSidesOfThePoint) {
+  struct Row {
+    double value;
+    std::size_t integer;
+    std::size_t decimal;
+  };
+  Row const rows[] = {{0, 1, 0},         {-0.0, 1, 0},         {7, 1, 0},          {-250, 3, 0},
+                      {0.5, 1, 1},       {-12.25, 2, 2},       {999.999999, 3, 6}, {0.000101, 1, 6},
+                      {0.0001, 1, 4},    {9.95, 1, 15},        {1000.5, 4, 1},     {1e15, 16, 0},
+                      {0.1234567, 1, 7}, {1e16, 5, 0},         {1e-7, 5, 0},       {1.25e-5, 1, 6},
+                      {-1.5e123, 1, 6},  {std::nan(""), 3, 0}, {0.00099, 1, 5},    {100, 3, 0}};
+  for (Row const& row : rows) {
+    SK_WriterNumberText const text(row.value);
+    EXPECT_EQ(text.Counts().integer, row.integer) << text.View();
+    EXPECT_EQ(text.Counts().decimal, row.decimal) << text.View();
   }
 }
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <utility>
 
+#include "SK_EightBytes.h"
 #include "SK_FileIO.h"
 #include "SK_FileMapper.h"
 #include "SK_WriterFailure.h"
@@ -15,6 +16,8 @@
 namespace SK_PLUGIN {
 
 namespace {
+
+using SK_NAMESPACE_INT::CopyShortText;
 
 // Bytes of one buffer, at most, unless a single record has more.
 constexpr std::size_t kBufferLimit = 1048576;
@@ -74,19 +77,16 @@ void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string
 }
 
 void SK_DumpSamplesUtils::WriteSample(std::string_view time, std::string_view value) {
-  ValueLength const valueLength = static_cast<ValueLength>(value.size());
-  char lengthBytes[sizeof(valueLength)];
-  std::memcpy(lengthBytes, &valueLength, sizeof(valueLength));
-  std::size_t const recordLength = time.size() + sizeof(valueLength) + value.size();
-  if (mBuffer.size() + recordLength > kBufferLimit) {
+  std::size_t const recordLength = time.size() + sizeof(ValueLength) + value.size();
+  if (mBufferSize + recordLength > kBufferLimit) {
     FlushBufferToFile();
-    AddToBuffer(recordLength, time, lengthBytes, value, false);
+    AddToBuffer(recordLength, time, value, false);
     return;
   }
   if (WouldPassShare(recordLength)) {
     SpillEarly();
   }
-  AddToBuffer(recordLength, time, lengthBytes, value, true);
+  AddToBuffer(recordLength, time, value, true);
 }
 
 void SK_DumpSamplesUtils::ReadSample(std::string& time, std::string& value) {
@@ -112,10 +112,10 @@ bool SK_DumpSamplesUtils::ReadSample(std::string_view& time, std::string_view& v
     mHasFileData = false;
     DropMapping();
   }
-  if (mHasBufferData && mBufferReadOffset < mBuffer.size()) {
-    char const* read = mBuffer.data() + mBufferReadOffset;
-    bool const isWhole = TakeRecord(read, mBuffer.data() + mBuffer.size(), time, value);
-    mBufferReadOffset = static_cast<std::size_t>(read - mBuffer.data());
+  if (mHasBufferData && mBufferReadOffset < mBufferSize) {
+    char const* read = mBuffer.get() + mBufferReadOffset;
+    bool const isWhole = TakeRecord(read, mBuffer.get() + mBufferSize, time, value);
+    mBufferReadOffset = static_cast<std::size_t>(read - mBuffer.get());
     return isWhole;
   }
   mReadDone = true;
@@ -145,26 +145,28 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   }
 }
 
-void SK_DumpSamplesUtils::AddToBuffer(std::size_t recordLength, std::string_view time, char const* lengthBytes,
-                                      std::string_view value, bool mayFlush) {
+void SK_DumpSamplesUtils::AddToBuffer(std::size_t recordLength, std::string_view time, std::string_view value,
+                                      bool mayFlush) {
   try {
     ReserveFor(recordLength);
-    mBuffer.append(time);
-    mBuffer.append(lengthBytes, sizeof(ValueLength));
-    mBuffer.append(value);
-    mHasBufferData = true;
   } catch (...) {
-    // Only the reservation can fail, so there is no half record to take back.
     if (!mayFlush) {
       throw;
     }
     FlushBufferToFile();
-    AddToBuffer(recordLength, time, lengthBytes, value, false);
+    AddToBuffer(recordLength, time, value, false);
+    return;
   }
+  ValueLength const valueLength = static_cast<ValueLength>(value.size());
+  char* const end = CopyShortText(mBuffer.get() + mBufferSize, time);
+  std::memcpy(end, &valueLength, sizeof(valueLength));
+  CopyShortText(end + sizeof(valueLength), value);
+  mBufferSize += recordLength;
+  mHasBufferData = true;
 }
 
 void SK_DumpSamplesUtils::FlushBufferToFile() {
-  if (mBuffer.empty()) {
+  if (mBufferSize == 0) {
     return;
   }
   RunFileStep([this] {
@@ -198,24 +200,29 @@ void SK_DumpSamplesUtils::ExecBeforeRead() {
   mReadDone = false;
 }
 
-// Gives memory for one more record, so that appending it cannot fail.
+// Gives memory for one more record.
 void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
-  std::size_t const size = mBuffer.size() + recordLength;
-  if (size <= mBuffer.capacity()) {
+  std::size_t const size = mBufferSize + recordLength;
+  if (size <= mBufferCapacity) {
     return;
   }
   // A node with a file fills its next buffer too, most likely.
-  mBuffer.reserve(CapacityFor(size, mHasFileData ? kSmallestEarlySpill : kFirstCapacity));
-  gBufferedBytes.fetch_add(mBuffer.capacity() - mCountedBytes, std::memory_order_relaxed);
-  mCountedBytes = mBuffer.capacity();
+  std::size_t const capacity = CapacityFor(size, mHasFileData ? kSmallestEarlySpill : kFirstCapacity);
+  std::unique_ptr<char[]> buffer(new char[capacity]);
+  if (mBufferSize != 0) {
+    std::memcpy(buffer.get(), mBuffer.get(), mBufferSize);
+  }
+  mBuffer = std::move(buffer);
+  gBufferedBytes.fetch_add(capacity - mBufferCapacity, std::memory_order_relaxed);
+  mBufferCapacity = capacity;
 }
 
 bool SK_DumpSamplesUtils::WouldPassShare(std::size_t recordLength) const {
-  std::size_t const size = mBuffer.size() + recordLength;
-  if (size <= mBuffer.capacity() || mBuffer.size() < kSmallestEarlySpill) {
+  std::size_t const size = mBufferSize + recordLength;
+  if (size <= mBufferCapacity || mBufferSize < kSmallestEarlySpill) {
     return false;
   }
-  std::size_t const growth = CapacityFor(size, kSmallestEarlySpill) - mCountedBytes;
+  std::size_t const growth = CapacityFor(size, kSmallestEarlySpill) - mBufferCapacity;
   return gBufferedBytes.load(std::memory_order_relaxed) + growth > kProcessLimit;
 }
 
@@ -234,8 +241,9 @@ void SK_DumpSamplesUtils::SpillEarly() {
 }
 
 void SK_DumpSamplesUtils::FreeBuffer() noexcept {
-  std::string().swap(mBuffer);
-  gBufferedBytes.fetch_sub(std::exchange(mCountedBytes, 0), std::memory_order_relaxed);
+  mBuffer.reset();
+  mBufferSize = 0;
+  gBufferedBytes.fetch_sub(std::exchange(mBufferCapacity, 0), std::memory_order_relaxed);
 }
 
 void SK_DumpSamplesUtils::MakeTempFile() {
@@ -245,12 +253,12 @@ void SK_DumpSamplesUtils::MakeTempFile() {
 }
 
 void SK_DumpSamplesUtils::AppendBufferToFile() {
-  if (!File_IO::AppendToTempFile(mFileDescriptor, mBuffer.data(), mBuffer.size(), false)) {
+  if (!File_IO::AppendToTempFile(mFileDescriptor, mBuffer.get(), mBufferSize, false)) {
     int const reason = errno;
     CutFileBack();
     File_IO::ThrowWriteFailed(reason);
   }
-  mFileBytes += static_cast<long long>(mBuffer.size());
+  mFileBytes += static_cast<long long>(mBufferSize);
 }
 
 void SK_DumpSamplesUtils::CloseTempFile() {

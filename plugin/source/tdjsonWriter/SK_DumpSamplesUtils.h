@@ -46,8 +46,7 @@ class SK_DumpSamplesUtils {
   void ClearDump() noexcept;
 
  private:
-  void AddToBuffer(std::size_t recordLength, std::string_view time, char const* lengthBytes, std::string_view value,
-                   bool mayFlush);
+  void AddToBuffer(std::size_t recordLength, std::string_view time, std::string_view value, bool mayFlush);
   void FlushBufferToFile();
   void ExecBeforeRead();
 
@@ -63,8 +62,9 @@ class SK_DumpSamplesUtils {
   void DropMapping() noexcept;
   bool TakeRecord(char const*& read, char const* end, std::string_view& time, std::string_view& value);
 
-  std::string mBuffer;
-  std::size_t mCountedBytes = 0;  // of this buffer, in the count of the process
+  std::unique_ptr<char[]> mBuffer;  // not cleared
+  std::size_t mBufferSize = 0;      // of the records in it
+  std::size_t mBufferCapacity = 0;  // also part of the count of the process
   std::size_t mBufferReadOffset = 0;
   unsigned short mTimeLength = 0;
   bool mHasFileData = false;

@@ -6,11 +6,14 @@
 /// before it is looked at, and stays.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "SK_WriterNumberText.h"
 #include "senmark/SK_Records.h"
 
 namespace SK_PLUGIN {
@@ -23,6 +26,15 @@ void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, do
 /// The same for callers that have the text of the number at hand.
 void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, double const& value,
                         std::string_view text);
+/// The same by the digits of such a text. Here, because it is done for every number of every sample.
+inline void WidenNumberPattern(ns_sensor::SK_NumberPattern& pattern, bool automatic, double const& value,
+                               SK_WriterNumberText::Digits const& digits) {
+  if (automatic) {
+    pattern.digitsInteger = std::max<std::uint64_t>(pattern.digitsInteger, digits.integer);
+    pattern.digitsDecimal = std::max<std::uint64_t>(pattern.digitsDecimal, digits.decimal);
+  }
+  pattern.isSigned = pattern.isSigned || std::signbit(value);
+}
 
 /// Stores the pattern of a static number, `text` being that of its value.
 void StorePatternOfValue(ns_sensor::SK_NumberPattern& pattern, unsigned long long digitsInteger,

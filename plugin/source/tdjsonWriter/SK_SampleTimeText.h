@@ -2,6 +2,7 @@
 /// a sample.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -29,9 +30,18 @@ class SK_SampleTimeText {
   std::string_view Make(ns_sensor::SK_DateTimeUTC const& time);
 
  private:
-  std::string_view Fitting() const;
+  enum class eKind : unsigned char { kNone, kSMPTE, kUTC };
 
-  std::string mText;  // kept between calls, so that a sample allocates nothing
+  std::string_view Fitting() const;
+  /// Puts what stands behind the second into the text of the call before. False, with that text lost, for a value that
+  /// does not fit.
+  bool Replace(std::size_t at, unsigned short digits, int value);
+
+  std::string mText;           // kept between calls: a sample allocates nothing, and few begin a new second
+  eKind mLast = eKind::kNone;  // of the time whose text this is
+  ns_sensor::SK_DateTimeSMPTE mLastSMPTE;
+  ns_sensor::SK_DateTimeUTC mLastUTC;
+  std::size_t mFractionAt = 0;
   bool mTimeCodeUsed;
   unsigned short mUTCPrecision;
   unsigned short mTimeLength;

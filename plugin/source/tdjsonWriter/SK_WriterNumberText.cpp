@@ -171,7 +171,8 @@ char* WriteSmallExponent(char* out, unsigned exponent, bool hasPoint) {
   return out + (hasPoint && exponent % 10 == 0 ? 3 : 4);
 }
 
-char* WriteDecimal(char* out, Decimal decimal) {
+// point: where the point stands; the end if there is none.
+char* WriteDecimal(char* out, Decimal decimal, char const*& point) {
   std::uint64_t const first = DigitsOfValue(static_cast<std::uint32_t>(decimal.digits / kTenToEight));
   std::uint64_t const last = DigitsOfValue(static_cast<std::uint32_t>(decimal.digits % kTenToEight));
   // Without the zeroes at the end. The highest byte is the last digit.
@@ -181,16 +182,19 @@ char* WriteDecimal(char* out, Decimal decimal) {
 
   if (decimal.exponent < 0 && decimal.exponent >= -4) {
     std::copy_n("0.000", 5, out);
+    point = out + 1;
     out += 1 - decimal.exponent;
     StoreEight(out, firstText);
     StoreEight(out + 8, lastText);
     return out + count;
   }
   int const integerDigits = decimal.exponent < 0 ? 1 : decimal.exponent + 1;
+  bool const hasPoint = count > integerDigits;
   StoreEight(out, firstText);
   StoreEight(out + 8, lastText);
   out += integerDigits;
-  if (count > integerDigits) {
+  point = out;
+  if (hasPoint) {
     Uint128 const behindPoint = ((Uint128{lastText} << 64U) | firstText) >> static_cast<unsigned>(8 * integerDigits);
     *out = '.';
     StoreEight(out + 1, static_cast<std::uint64_t>(behindPoint));
@@ -199,8 +203,93 @@ char* WriteDecimal(char* out, Decimal decimal) {
   }
   if (decimal.exponent < 0) {
     out = WriteSmallExponent(out, static_cast<unsigned>(-decimal.exponent), count > 1);
+    point = hasPoint ? point : out;
   }
   return out;
+}
+
+// Numbers with at most six decimals, which is what most recordings have, need no more than one product when it can be
+// told from that alone that sixteen digits show nothing else. The product of a number and 10^6 being an integer k, the
+// number differs from k / 10^6 by no more than half the distance between k and the next double, over 10^6. That has to
+// be less than half a unit of the sixteenth digit, so the distance less than 10^-16 of the power of ten above k. It is,
+// but for those k that have a power of ten above them among the numbers of the same exponent of two. A power of ten
+// itself is left out with them: a number just below it has its sixteenth digit one place further behind.
+constexpr double kMillion = 1e6;
+constexpr std::int32_t kLastOutOfReach = 100;  // millionths; below 0.0001 a text has an exponent
+constexpr std::uint32_t kEndOfMillionths = 1000000000;
+constexpr std::size_t kBitsOfMillionths = 30;
+
+// For each exponent of two the power of ten of the same exponent, or 0.
+constexpr std::array<std::uint32_t, kBitsOfMillionths> MakePowersOfTenByBinade() {
+  std::array<std::uint32_t, kBitsOfMillionths> powers = {};
+  for (std::uint64_t power = 1; power <= kEndOfMillionths; power *= 10) {
+    std::size_t binade = 0;
+    while (power >> (binade + 1) != 0) {
+      ++binade;
+    }
+    powers[binade] = static_cast<std::uint32_t>(power);
+  }
+  return powers;
+}
+
+// The digits of the numbers from 0 to 999, as numbers; the lowest byte is the first.
+constexpr std::array<std::uint32_t, 1000> MakeThreeDigits() {
+  std::array<std::uint32_t, 1000> digits = {};
+  for (std::uint32_t value = 0; value != digits.size(); ++value) {
+    digits[value] = value / 100 | value / 10 % 10 << 8U | value % 10 << 16U;
+  }
+  return digits;
+}
+
+constexpr std::array<std::uint32_t, 1000> kThreeDigits = MakeThreeDigits();
+constexpr std::array<std::uint32_t, kBitsOfMillionths> kPowerOfTenByBinade = MakePowersOfTenByBinade();
+
+// Whether the distance between doubles is small enough, in each binade and from where numbers are taken there.
+constexpr bool AreMillionthsExact() {
+  for (std::size_t binade = 0; binade < kBitsOfMillionths; ++binade) {
+    std::uint64_t const first = std::max(std::uint64_t{1} << binade, std::uint64_t{kPowerOfTenByBinade[binade]});
+    std::uint64_t unitsPerOne = kTenToSixteen;  // of the sixteenth digit
+    for (std::uint64_t power = 1; power <= first; power *= 10) {
+      unitsPerOne /= 10;
+    }
+    if (unitsPerOne >= std::uint64_t{1} << (kFractionBits - binade)) {
+      return false;
+    }
+  }
+  return true;
+}
+static_assert(AreMillionthsExact());
+
+// The number of millionths of a value, which is not negative, if the text of that is the text of the value; else 0.
+std::uint32_t MillionthsOf(double value) {
+  double const scaled = value * kMillion;
+  if (!(scaled < static_cast<double>(kEndOfMillionths))) {
+    return 0;
+  }
+  auto const millionths = static_cast<std::int32_t>(scaled);
+  if (static_cast<double>(millionths) != scaled || millionths <= kLastOutOfReach) {
+    return 0;
+  }
+  auto const result = static_cast<std::uint32_t>(millionths);
+  return result > kPowerOfTenByBinade[31U - static_cast<unsigned>(__builtin_clz(result))] ? result : 0;
+}
+
+// point: as in `WriteDecimal`.
+char* WriteMillionths(char* out, std::uint32_t millionths, char const*& point) {
+  std::uint32_t const thousandths = millionths / 1000;
+  std::uint32_t const integer = thousandths / 1000;
+  std::uint64_t const digits = kThreeDigits[integer];
+  std::uint64_t const decimals =
+      kThreeDigits[thousandths - integer * 1000] | std::uint64_t{kThreeDigits[millionths - thousandths * 1000]} << 24U;
+  // The last digit stays, also of 0.
+  unsigned const leadingZeroes = static_cast<unsigned>(__builtin_ctzll(digits | std::uint64_t{1} << 16U)) / 8;
+  StoreEight(out, (digits | kZeroes) >> (8 * leadingZeroes));
+  out += 3 - leadingZeroes;
+  point = out;
+  *out = '.';
+  StoreEight(out + 1, decimals | kZeroes);
+  // Zeroes at the end stay behind the end.
+  return decimals == 0 ? out : out + 9 - static_cast<unsigned>(__builtin_clzll(decimals)) / 8;
 }
 
 // Whatever a double can be, the slow way. The value is not negative and no NaN.
@@ -215,35 +304,49 @@ char* WriteAnything(char* out, char* end, double value) {
   return end;
 }
 
+// Any number but 0, without its sign. bits: those of the value. end: of the room for it.
+char* WriteAnyNumber(char* out, char* end, std::uint64_t bits, double value, char const*& point) {
+  int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
+  if (binade >= kFirstBinade && binade <= kFractionBits) {
+    std::int64_t const integer = static_cast<std::int64_t>(value);
+    if (static_cast<double>(integer) != value) {
+      std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
+      return WriteDecimal(out, RoundToSixteenDigits(mantissa, binade), point);
+    }
+    char* const textEnd = WriteInteger(out, static_cast<std::uint64_t>(integer));
+    point = textEnd;
+    return textEnd;
+  }
+  // The sign of a NaN is printed too, and nothing else of it.
+  bool const isNumber = bits <= kExponentMask << kFractionBits;
+  char* const textEnd = isNumber ? WriteAnything(out, end, value) : std::copy_n("nan", 3, out);
+  point = std::find(out, textEnd, '.');
+  return textEnd;
+}
+
 }  // namespace
 
-SK_WriterNumberText::SK_WriterNumberText(double value) {
+char* SK_WriterNumberText::Write(char* out, double value, Digits& digits) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
-  char* out = mText;
+  char* const roomEnd = out + kRoom;
   *out = '-';
   out += bits >> 63U;
   bits &= ~kSignBit;
   std::memcpy(&value, &bits, sizeof(bits));
 
-  int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
-  if (binade >= kFirstBinade && binade <= kFractionBits) {
-    std::int64_t const integer = static_cast<std::int64_t>(value);
-    if (static_cast<double>(integer) == value) {
-      out = WriteInteger(out, static_cast<std::uint64_t>(integer));
-    } else {
-      std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
-      out = WriteDecimal(out, RoundToSixteenDigits(mantissa, binade));
-    }
-  } else if (bits == 0) {
-    *out++ = '0';
-  } else if (bits > kExponentMask << kFractionBits) {
-    // The sign of a NaN is printed too, and nothing else of it.
-    out = std::copy_n("nan", 3, out);
-  } else {
-    out = WriteAnything(out, mText + kCapacity, value);
+  if (bits == 0) {
+    *out = '0';
+    digits = {1, 0};
+    return out + 1;
   }
-  mLength = static_cast<std::size_t>(out - mText);
+  char const* point = nullptr;
+  std::uint32_t const millionths = MillionthsOf(value);
+  char* const end =
+      millionths != 0 ? WriteMillionths(out, millionths, point) : WriteAnyNumber(out, roomEnd, bits, value, point);
+  digits.integer = static_cast<std::size_t>(point - out);
+  digits.decimal = static_cast<std::size_t>(end - point) - (end != point ? 1 : 0);
+  return end;
 }
 
 }  // namespace SK_PLUGIN

@@ -11,12 +11,26 @@ namespace SK_PLUGIN {
 /// The text of one number, which lives in this object.
 class SK_WriterNumberText {
  public:
-  explicit SK_WriterNumberText(double value);
+  /// Characters in front of the point, the sign left out, and behind it. Those of an exponent count with what they
+  /// follow; where there is no point, all stand in front of it.
+  struct Digits {
+    std::size_t integer = 0;
+    std::size_t decimal = 0;
+  };
+
+  explicit SK_WriterNumberText(double value)
+      : mLength(static_cast<std::size_t>(Write(mText, value, mDigits) - mText)) {}
 
   /// No text is longer.
   static constexpr std::size_t kLongest = 24;
+  /// What is more than the longest text is for digits that are stored sixteen at once.
+  static constexpr std::size_t kRoom = kLongest + 16;
+
+  /// Writes the text to where there is room for `kRoom` bytes, all of which may change, and gives its end there.
+  static char* Write(char* out, double value, Digits& digits);
 
   std::string_view View() const { return std::string_view(mText, mLength); }
+  Digits const& Counts() const { return mDigits; }
 
   /// Copies the text to where there is room for `kLongest` bytes, all of which may change, and gives its end there.
   char* CopyTo(char* out) const {
@@ -25,10 +39,8 @@ class SK_WriterNumberText {
   }
 
  private:
-  /// What is more than the longest text is for digits that are stored sixteen at once.
-  static constexpr std::size_t kCapacity = kLongest + 16;
-
-  char mText[kCapacity] = {};
+  char mText[kRoom];  // not cleared: only what was written is looked at
+  Digits mDigits;
   std::size_t mLength;
 };
 

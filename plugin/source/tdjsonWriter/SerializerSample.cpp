@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -12,6 +13,8 @@ namespace SK_PLUGIN {
 
 namespace {
 
+using SK_NAMESPACE_INT::AnyBelow;
+using SK_NAMESPACE_INT::CopyShortText;
 using SK_NAMESPACE_INT::kEveryByte;
 using SK_NAMESPACE_INT::LoadEight;
 using SK_NAMESPACE_INT::StoreEight;
@@ -35,8 +38,8 @@ char* Copy(char* p, std::string_view text) {
   return std::copy(text.begin(), text.end(), p);
 }
 
-// The texts of numbers are short, so that a call would cost more than what it does. Both of these may change so many
-// bytes behind what they write.
+// Paddings are short, so that a call would cost more than what it does. This may change so many bytes behind what it
+// writes.
 constexpr std::size_t kBehind = 8;
 
 char* FillShort(char* p, std::size_t count, char filler) {
@@ -47,63 +50,84 @@ char* FillShort(char* p, std::size_t count, char filler) {
   return p + count;
 }
 
-char* CopyShort(char* p, std::string_view text) {
-  char const* const from = text.data();
-  std::size_t const size = text.size();
-  if (size < 8 || size > 24) {
-    return Copy(p, text);
+/// Where the character first stands; the size of the text if nowhere.
+std::size_t Find(std::string_view text, char character) {
+  std::uint64_t const wanted = kEveryByte * static_cast<unsigned char>(character);
+  std::size_t at = 0;
+  for (; text.size() - at >= 8; at += 8) {
+    if (std::uint64_t const found = AnyBelow(LoadEight(text.data() + at) ^ wanted, 1)) {
+      return at + static_cast<unsigned>(__builtin_ctzll(found)) / 8;
+    }
   }
-  // Stretches of eight that may overlap.
-  StoreEight(p, LoadEight(from));
-  if (size > 16) {
-    StoreEight(p + 8, LoadEight(from + 8));
+  while (at != text.size() && text[at] != character) {
+    ++at;
   }
-  StoreEight(p + size - 8, LoadEight(from + size - 8));
-  return p + size;
+  return at;
+}
+
+template <std::size_t N>
+char* CopyLiteral(char* p, char const (&literal)[N]) {
+  std::memcpy(p, literal, N - 1);
+  return p + (N - 1);
 }
 
 void AppendTime(SerializerBuffer& out, std::string_view time) {
-  out.Put(R"({"time":")");
-  out.Put(time);
-  out.Put(R"(","value":)");
+  constexpr char kBefore[] = R"({"time":")";
+  constexpr char kAfter[] = R"(","value":)";
+  char* const p = out.Grow(sizeof(kBefore) - 1 + time.size() + sizeof(kAfter) - 1);
+  CopyLiteral(CopyShortText(CopyLiteral(p, kBefore), time), kAfter);
+}
+
+/// The padded number, between quotes or as it is, and a comma in front of them if wanted.
+template <bool kIsQuoted>
+[[gnu::always_inline]] inline void AppendNumber(SerializerBuffer& out, std::string_view number,
+                                                ns_sensor::SK_NumberPattern const& pattern, bool hasComma) {
+  bool const isNegative = !number.empty() && number.front() == '-';
+  std::string_view const digits = number.substr(isNegative ? 1 : 0);
+  std::size_t const point = Find(digits, '.');
+  bool const hasPoint = point != digits.size();
+  std::size_t const digitsDecimal = hasPoint ? digits.size() - point - 1 : 0;
+  bool const needsPoint = !hasPoint && pattern.digitsDecimal != 0;
+  bool const needsPlus = pattern.isSigned && !isNegative;
+  std::size_t const zeroesInFront = Missing(point, pattern.digitsInteger);
+  std::size_t const zeroesBehind = Missing(digitsDecimal, pattern.digitsDecimal);
+
+  std::size_t const size =
+      (needsPlus ? 1u : 0u) + number.size() + zeroesInFront + (needsPoint ? 1u : 0u) + zeroesBehind;
+  std::size_t const before = kIsQuoted ? (hasComma ? 2u : 1u) : 0u;
+  std::size_t const sizeBefore = out.Size();
+  // The quote behind the number finds its place in what is behind anyway.
+  char* const start = out.Grow(before + size + kBehind);
+  char* p = start;
+  if (kIsQuoted) {
+    *p = ',';
+    p += hasComma ? 1 : 0;
+    *p++ = '"';
+  }
+  *p = isNegative ? '-' : '+';
+  p += needsPlus || isNegative ? 1 : 0;
+  p = FillShort(p, zeroesInFront, '0');
+  p = CopyShortText(p, digits);
+  *p = '.';
+  p += needsPoint ? 1 : 0;
+  p = FillShort(p, zeroesBehind, '0');
+  if (kIsQuoted) {
+    *p++ = '"';
+  }
+  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
 }  // namespace
 
 void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
-  bool const isNegative = !number.empty() && number.front() == '-';
-  std::string_view const digits = number.substr(isNegative ? 1 : 0);
-  std::size_t const point = static_cast<std::size_t>(std::find(digits.begin(), digits.end(), '.') - digits.begin());
-  bool const hasPoint = point != digits.size();
-  std::size_t const digitsInteger = hasPoint ? point : digits.size();
-  std::size_t const digitsDecimal = hasPoint ? digits.size() - point - 1 : 0;
-  bool const needsPoint = !hasPoint && pattern.digitsDecimal != 0;
-  bool const needsPlus = pattern.isSigned && !isNegative;
-  std::size_t const zeroesInFront = Missing(digitsInteger, pattern.digitsInteger);
-  std::size_t const zeroesBehind = Missing(digitsDecimal, pattern.digitsDecimal);
-
-  std::size_t const size =
-      (needsPlus ? 1u : 0u) + number.size() + zeroesInFront + (needsPoint ? 1u : 0u) + zeroesBehind;
-  std::size_t const sizeBefore = out.Size();
-  char* p = out.Grow(size + kBehind);
-  if (needsPlus || isNegative) {
-    *p++ = isNegative ? '-' : '+';
-  }
-  p = FillShort(p, zeroesInFront, '0');
-  p = CopyShort(p, digits);
-  if (needsPoint) {
-    *p++ = '.';
-  }
-  FillShort(p, zeroesBehind, '0');
-  out.Truncate(sizeBefore + size);
+  AppendNumber<false>(out, number, pattern, false);
 }
 
 void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value,
                         ns_sensor::SK_NumberPattern const& pattern) {
   AppendTime(out, time);
-  out.Put('"');
-  AppendPaddedNumber(out, value, pattern);
-  out.Put(R"("})");
+  AppendNumber<true>(out, value, pattern, false);
+  out.Put('}');
 }
 
 void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,
@@ -112,10 +136,8 @@ void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::
   out.Put('[');
   // As splitting at the commas gives them: behind a comma at the end there is no further element.
   for (bool isFirst = true; !value.empty(); isFirst = false) {
-    std::size_t const size = std::min(value.find(','), value.size());
-    out.Put(std::string_view(isFirst ? "\"" : ",\""));
-    AppendPaddedNumber(out, value.substr(0, size), pattern);
-    out.Put('"');
+    std::size_t const size = Find(value, ',');
+    AppendNumber<true>(out, value.substr(0, size), pattern, !isFirst);
     value.remove_prefix(std::min(size + 1, value.size()));
   }
   out.Put("]}");

@@ -147,15 +147,18 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
     return false;
   }
   mValueText.Clear();
+  // A copy, because the compiler has to think that text is written over the pattern itself.
+  ns_sensor::SK_NumberPattern pattern = mNumberArrayProperties.pattern;
   for (double const element : mElements) {
-    SK_WriterNumberText const text(element);
-    WidenNumberPattern(mNumberArrayProperties.pattern, mPatternAutomatic, element, text.View());
     std::size_t const size = mValueText.Size();
-    char* const start = mValueText.Grow(1 + SK_WriterNumberText::kLongest);
+    char* const start = mValueText.Grow(1 + SK_WriterNumberText::kRoom);
     *start = ',';
-    std::size_t const comma = size == 0 ? 0 : 1;
-    mValueText.Truncate(size + static_cast<std::size_t>(text.CopyTo(start + comma) - start));
+    SK_WriterNumberText::Digits digits;
+    char* const end = SK_WriterNumberText::Write(start + (size == 0 ? 0 : 1), element, digits);
+    WidenNumberPattern(pattern, mPatternAutomatic, element, digits);
+    mValueText.Truncate(size + static_cast<std::size_t>(end - start));
   }
+  mNumberArrayProperties.pattern = pattern;
   if (mOccurringAutomatic) {
     WidenOccurringRanges(mNumberArrayProperties.arrayRanges, mElements);
   }

@@ -109,7 +109,7 @@ bool TdjsonDynamicDataNumImpl::TakeSample(Time const& time, double value) {
     return false;
   }
   SK_WriterNumberText const text(value);
-  WidenNumberPattern(mNumberProperties.pattern, mPatternAutomatic, value, text.View());
+  WidenNumberPattern(mNumberProperties.pattern, mPatternAutomatic, value, text.Counts());
   if (mOccurringAutomatic) {
     calcOccurringRangeForSet(value, mNumberProperties.range.occurring.min, mNumberProperties.range.occurring.max);
   }
