@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "InputFile.h"
 #include "MotionCapture.h"
 #include "OpeningHost.h"
 #include "plain_rapidjson.h"
@@ -76,21 +77,6 @@ std::string Records(std::size_t size) {
   }
   return text + "]";
 }
-
-class InputFile {
- public:
-  InputFile(std::string const& name, std::string const& content) : mPath(TempFolder() + name) {
-    std::ofstream(mPath, std::ios::binary) << content;
-  }
-  ~InputFile() { ::unlink(mPath.c_str()); }
-  InputFile(InputFile const&) = delete;
-  InputFile& operator=(InputFile const&) = delete;
-
-  std::string const& Path() const { return mPath; }
-
- private:
-  std::string mPath;
-};
 
 /// Without the time to free the scene; negative if there is none.
 double SecondsToReadWithAssimp(std::string const& content) {

@@ -17,9 +17,9 @@
 #include <vector>
 
 #include "Conversion.h"
+#include "HostTables.h"
 #include "MotionCapture.h"
 #include "OpeningHost.h"
-#include "SK_PluginManager.h"
 
 namespace {
 
@@ -146,11 +146,8 @@ double SecondsOfBareParse(std::string const& path) {
 }
 
 void ConvertAlone(std::string const& input, std::string const& output) {
-  SK_PLUGIN::HostAPI tables{};
-  tables.mSize = sizeof(tables);
-  tables.mVersion = 1;
-  SK_PLUGIN::SK_PluginManager::SetupHostAPI(&tables);
-  senmark::kit::Output result(tables, output);
+  HostTables const tables;
+  senmark::kit::Output result(tables.Get(), output);
   senmark_motion::Convert(senmark::kit::Input(input, "bvh", "senmark.motion"), result);
   result.finish();
 }

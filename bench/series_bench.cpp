@@ -24,8 +24,9 @@
 #include <string_view>
 #include <vector>
 
+#include "HostTables.h"
+#include "InputFile.h"
 #include "OpeningHost.h"
-#include "SK_PluginManager.h"
 #include "Series.h"
 
 namespace {
@@ -72,21 +73,6 @@ std::string Weather() {
   }
   return text;
 }
-
-class InputFile {
- public:
-  InputFile(std::string const& name, std::string const& content) : mPath(TempFolder() + name) {
-    std::ofstream(mPath, std::ios::binary) << content;
-  }
-  ~InputFile() { ::unlink(mPath.c_str()); }
-  InputFile(InputFile const&) = delete;
-  InputFile& operator=(InputFile const&) = delete;
-
-  std::string const& Path() const { return mPath; }
-
- private:
-  std::string mPath;
-};
 
 // The bare parse.
 
@@ -189,24 +175,11 @@ std::optional<Cost> CostOf(Work&& work) {
 /// The module's own work, with the writer.
 class Conversion {
  public:
-  Conversion() {
-    mTables.mSize = sizeof(mTables);
-    mTables.mVersion = 1;
-    SK_PLUGIN::SK_PluginManager::SetupHostAPI(&mTables);
-  }
-  ~Conversion() {
-    delete mTables.mTdjsonWriterAPI;
-    delete mTables.mHandleExceptionAPI;
-    delete mTables.mHandleMemoryAPI;
-  }
-  Conversion(Conversion const&) = delete;
-  Conversion& operator=(Conversion const&) = delete;
-
   bool Run(std::string const& path, std::string const& output) {
     senmark::kit::Input const input(path, "csv", "senmark.series");
     bool const accepts = senmark_series::Accepts(input);
     {
-      senmark::kit::Output file(mTables, output);
+      senmark::kit::Output file(mTables.Get(), output);
       senmark_series::Convert(input, file);
       file.finish();
     }
@@ -214,7 +187,7 @@ class Conversion {
   }
 
  private:
-  SK_PLUGIN::HostAPI mTables{};
+  HostTables mTables;
 };
 
 struct Side {

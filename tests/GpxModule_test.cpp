@@ -8,7 +8,7 @@
 
 #include "GpxConverter.h"
 #include "GpxLimits.h"
-#include "RecordingHost.h"
+#include "ModuleHost.h"
 #include "TempFolder.h"
 
 namespace senmark_test {
@@ -20,27 +20,17 @@ using ns_sensor::ISensorFileHandler;
 
 class GpxModule : public testing::Test {
  protected:
-  GpxModule() {
-    void* api = nullptr;
-    CreateSenmark_1(&mManager, SENMARK_MODULES, "gpx", nullptr, nullptr, RecordingHost::Procs(), &api);
-    mHost = std::make_unique<RecordingHost>();
-  }
-  ~GpxModule() override {
-    mHost.reset();
-    DestroySenmark_1(&mManager, nullptr);
-  }
-
   /// Gives the bytes of the converted file, or the error.
   std::string ConvertFile(std::string const& path) {
     std::string const output = mFolder.Path("output.tdjson");
     fs::remove(output);
-    ISensorFileHandler* const handler = mHost->Open(path, output.c_str());
+    ISensorFileHandler* const handler = mModules.Host().Open(path, output.c_str());
     if (handler == nullptr) {
       EXPECT_FALSE(fs::exists(output));
-      ReportedError const error = mHost->TakeError();
+      ReportedError const error = mModules.Host().TakeError();
       return std::to_string(error.code) + " at " + std::to_string(error.offset) + ", " + std::to_string(error.line);
     }
-    mHost->Close(handler);
+    mModules.Host().Close(handler);
     return mFolder.Read(output);
   }
 
@@ -80,8 +70,7 @@ class GpxModule : public testing::Test {
   }
 
   TempFolder mFolder;
-  ns_sensor::ISenmark* mManager = nullptr;
-  std::unique_ptr<RecordingHost> mHost;
+  ModuleHost mModules{SENMARK_MODULES, "gpx"};
 };
 
 TEST_F(GpxModule, MakesADataFile) {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Conversion.h"
-#include "RecordingHost.h"
+#include "ModuleHost.h"
 #include "TempFolder.h"
 
 namespace senmark_test {
@@ -28,16 +28,6 @@ std::string Motion(std::string const& channels, std::string const& frames) {
 
 class MotionModule : public testing::Test {
  protected:
-  MotionModule() {
-    void* api = nullptr;
-    CreateSenmark_1(&mManager, SENMARK_MODULES, "motion", nullptr, nullptr, RecordingHost::Procs(), &api);
-    mHost = std::make_unique<RecordingHost>();
-  }
-  ~MotionModule() override {
-    mHost.reset();
-    DestroySenmark_1(&mManager, nullptr);
-  }
-
   /// The bytes of the converted file, or code, message, offset and line of the error.
   std::string Convert(std::string const& text, std::string const& options = std::string()) const {
     return ConvertFile(mFolder.Write("file.bvh", text), options);
@@ -51,13 +41,13 @@ class MotionModule : public testing::Test {
     }
     std::string const output = mFolder.Path("output.tdjson");
     fs::remove(output);
-    ISensorFileHandler* const handler = mHost->Open(path, output.c_str());
+    ISensorFileHandler* const handler = mModules.Host().Open(path, output.c_str());
     if (handler == nullptr) {
       EXPECT_FALSE(fs::exists(output));
-      ReportedError const error = mHost->TakeError();
+      ReportedError const error = mModules.Host().TakeError();
       return std::to_string(error.code) + ' ' + std::to_string(error.offset) + ' ' + std::to_string(error.line);
     }
-    mHost->Close(handler);
+    mModules.Host().Close(handler);
     return mFolder.Read(output);
   }
 
@@ -75,8 +65,7 @@ class MotionModule : public testing::Test {
   }
 
   TempFolder mFolder;
-  ns_sensor::ISenmark* mManager = nullptr;
-  std::unique_ptr<RecordingHost> mHost;
+  ModuleHost mModules{SENMARK_MODULES, "motion"};
 };
 
 std::size_t Count(std::string const& text, std::string const& part) {
@@ -259,14 +248,14 @@ TEST_F(MotionModule, NumbersOfAMinuteAreNotDropped) {
 }
 
 TEST_F(MotionModule, TimesStayRightAtAnyRate) {
-  ISensorFileHandler* const handler = mHost->Open(
+  ISensorFileHandler* const handler = mModules.Host().Open(
       mFolder.Write("file.bvh", std::string(kHead) + "Frames: 4\nFrame Time: 0.0123457\n1 1 1\n2 2 2\n3 3 3\n4 4 4\n"));
   ASSERT_NE(handler, nullptr);
-  mHost->TakeCalls();
-  handler->getDynamicSamples("Hipsrotation", 12, 0, 1, 1, 1, mHost.get(), mHost.get());
-  ExpectParts(mHost->TakeCalls(), {"count 4\n", "sample 0/1 ", "sample 123457/10000000 ", "sample 123457/5000000 ",
-                                   "sample 370371/10000000 "});
-  mHost->Close(handler);
+  mModules.Host().TakeCalls();
+  handler->getDynamicSamples("Hipsrotation", 12, 0, 1, 1, 1, &mModules.Host(), &mModules.Host());
+  ExpectParts(mModules.Host().TakeCalls(), {"count 4\n", "sample 0/1 ", "sample 123457/10000000 ",
+                                            "sample 123457/5000000 ", "sample 370371/10000000 "});
+  mModules.Host().Close(handler);
 }
 
 TEST_F(MotionModule, WorldPositionsOnDemand) {
