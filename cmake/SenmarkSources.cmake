@@ -42,6 +42,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/SK_NodePool.cpp
     plugin/source/tdjsonWriter/SK_NumberAnalysis.cpp
     plugin/source/tdjsonWriter/SK_NumberPropertyRules.cpp
+    plugin/source/tdjsonWriter/SK_PackedNumber.cpp
     plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
     plugin/source/tdjsonWriter/SK_StaticRecords.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp

@@ -22,6 +22,16 @@ inline std::uint64_t LoadEight(char const* bytes) {
   return number;
 }
 
+/// The same of four bytes.
+inline std::uint32_t LoadFour(char const* bytes) {
+  std::uint32_t number = 0;
+  std::memcpy(&number, bytes, sizeof(number));
+  if constexpr (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__) {
+    number = __builtin_bswap32(number);
+  }
+  return number;
+}
+
 inline void StoreEight(char* bytes, std::uint64_t number) {
   if constexpr (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__) {
     number = __builtin_bswap64(number);

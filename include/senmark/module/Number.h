@@ -24,6 +24,13 @@ struct NumberFormat {
 inline constexpr double kSmallestNumber = 1e-4;
 inline constexpr double kNumberLimit = 1e16;
 
+namespace detail {
+
+inline constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                          1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+}  // namespace detail
+
 /// `value` rounded to `decimals` digits behind the point, halves away from 0; never a negative zero.
 ///
 /// Closer to 0 than 0.0001 it is 0 or 0.0001 with the sign of `value`, whichever is nearer, however many decimals are
@@ -36,9 +43,7 @@ inline double Rounded(double value, unsigned decimals) {
     throw Refused(std::isfinite(value) ? "a number of 1e16 or more" : "NaN or infinity");
   }
   constexpr unsigned kMostDecimals = 15;
-  static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  double const power = kPowers[decimals < kMostDecimals ? decimals : kMostDecimals];
+  double const power = detail::kPowersOfTen[decimals < kMostDecimals ? decimals : kMostDecimals];
   double const scaled = magnitude * power;
   double rounded = magnitude;
   // From 2 to the 52nd on a double has no fraction that rounding could touch.
@@ -50,6 +55,23 @@ inline double Rounded(double value, unsigned decimals) {
     rounded = decimals < 4 || magnitude < kSmallestNumber / 2 ? 0 : kSmallestNumber;
   }
   return value < 0 && rounded != 0 ? -rounded : rounded;
+}
+
+/// A number as a text has it: `digits` over 10 to the power of `decimals`.
+struct Decimal {
+  /// A double holds so many digits of either exactly, and so their quotient is the double nearest to the text.
+  static constexpr std::int64_t kDigitsEnd = 1000000000000000;
+  static constexpr unsigned kMostDecimals = 15;
+
+  std::int64_t digits = 0;  ///< less than `kDigitsEnd` either way
+  unsigned decimals = 0;    ///< `kMostDecimals` or less
+};
+
+/// The double next to the number, rounded like any other; faster than that if it has no more decimals than are kept.
+inline double Rounded(Decimal const& number, unsigned decimals) {
+  double const value = static_cast<double>(number.digits) / detail::kPowersOfTen[number.decimals];
+  bool const isSmall = std::fabs(value) < kSmallestNumber && number.digits != 0;
+  return number.decimals <= decimals && !isSmall ? value : Rounded(value, decimals);
 }
 
 }  // namespace senmark::kit

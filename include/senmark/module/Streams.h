@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -101,9 +102,12 @@ class Moment {
   friend class Output;
   friend class Stream;
 
-  explicit Moment(detail::SampleKey const& key) : mKey(key) {}
+  friend class NumberStream;
+
+  explicit Moment(detail::SampleKey const& key) : mKey(key), mClockTime(detail::Clock().at(key)) {}
 
   detail::SampleKey mKey;
+  detail::ClockTime mClockTime;
 };
 
 /// One stream of samples. It belongs to the `Output`.
@@ -151,13 +155,18 @@ class Stream {
 
   /// Takes a sample that has been checked.
   void Add(detail::SampleKey const& key, std::string_view payload) {
+    Add(key, payload, [&] { Pass(key, payload); });
+  }
+  /// pass: hands the sample to the writer, if that is to be done at once.
+  template <typename PassNow>
+  void Add(detail::SampleKey const& key, std::string_view payload, PassNow&& pass) {
     Require(!mIsFinished, "a sample behind the end of the stream");
     if (mFormat.order == eOrder::kSorted) {
       mSorter.add(key, payload);
     } else {
       Require(mCount == 0 || !(key < mLast), "a sample that is earlier than the one before it");
       mLast = key;
-      Pass(key, payload);
+      pass();
     }
     ++mCount;
   }
@@ -165,13 +174,15 @@ class Stream {
   /// Hands a sample to the writer, in the arguments of a time code or of a moment.
   template <typename AddFrame, typename AddInstant>
   void PassTime(detail::SampleKey const& key, AddFrame&& addFrame, AddInstant&& addInstant) {
+    Write([&](void* result) {
+      return mBase.isGmt() ? addInstant(mClock.at(key), result) : addFrame(MakeTimeCode({key.major}, mBase), result);
+    });
+  }
+  /// call: the call of the writer, with the address of a result; gives whether the sample was taken.
+  template <typename Call>
+  void Write(Call&& call) const {
     SK_PLUGIN::SK_PluginResult result;
-    bool isTaken = false;
-    if (mBase.isGmt()) {
-      isTaken = addInstant(mClock.at(key), static_cast<void*>(&result));
-    } else {
-      isTaken = addFrame(MakeTimeCode({key.major}, mBase), static_cast<void*>(&result));
-    }
+    bool const isTaken = call(static_cast<void*>(&result));
     if (result.mErrorCode != ns_sensor::kNoError) {
       detail::ThrowReport("take a sample", result);
     }
@@ -180,7 +191,7 @@ class Stream {
 
   void Require(bool holds, char const* otherwise) const {
     if (!holds) {
-      throw Refused(mName + ": " + otherwise);
+      Refuse(otherwise);
     }
   }
 
@@ -188,6 +199,7 @@ class Stream {
   friend class Output;
   friend class Group;
 
+  [[noreturn]] void Refuse(char const* reason) const { throw Refused(mName + ": " + reason); }
   virtual void Pass(detail::SampleKey const& key, std::string_view payload) = 0;
   virtual SK_PLUGIN::ITdjsonDynamicData_v1* Node() const = 0;
 
@@ -242,8 +254,12 @@ class NumberStream : public Stream {
     if (!std::isfinite(value) && Format().keepsGaps) {
       return;
     }
-    double const rounded = Rounded(value, Format().decimals);
-    Add(KeyOf(time), detail::BytesOf(&rounded, 1));
+    AddRounded(time, Rounded(value, Format().decimals));
+  }
+  /// The same of a number whose digits are at hand.
+  template <typename Time>
+  void add(Time const& time, Decimal const& number) {
+    AddRounded(time, Rounded(number, Format().decimals));
   }
 
  private:
@@ -259,6 +275,17 @@ class NumberStream : public Stream {
     detail::SetAutomaticNumbers(*mNode.get(), 1);
   }
 
+  template <typename Time>
+  void AddRounded(Time const& time, double value) {
+    detail::SampleKey const key = KeyOf(time);
+    std::string_view const payload = detail::BytesOf(&value, 1);
+    if constexpr (std::is_same_v<Time, Moment>) {
+      Add(key, payload, [&] { Write([&](void* result) { return AddTo(time.mClockTime, value, result); }); });
+    } else {
+      Add(key, payload);
+    }
+  }
+
   void Pass(detail::SampleKey const& key, std::string_view payload) override {
     double value = 0;
     std::memcpy(&value, payload.data(), sizeof(value));
@@ -267,10 +294,11 @@ class NumberStream : public Stream {
         [&](TimeCode const& time, void* result) {
           return mNode->addSampleSMPTE(time.hours, time.minutes, time.seconds, time.frames, value, result);
         },
-        [&](detail::ClockTime const& time, void* result) {
-          return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
-                                     time.fraction, value, result);
-        });
+        [&](detail::ClockTime const& time, void* result) { return AddTo(time, value, result); });
+  }
+  bool AddTo(detail::ClockTime const& time, double value, void* result) const {
+    return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
+                               time.fraction, value, result);
   }
   SK_PLUGIN::ITdjsonDynamicData_v1* Node() const override { return mNode.get(); }
 

@@ -31,10 +31,11 @@ constexpr std::size_t kSmallestEarlySpill = 65536;
 // Buffers grow by powers of two, from here, and so end at the limit exactly.
 constexpr std::size_t kFirstCapacity = 256;
 
-using ValueLength = std::uint16_t;
-
 // What the buffers of all objects hold. Only a bound hangs on it and no memory, so no order is needed.
 std::atomic<std::size_t> gBufferedBytes{0};
+
+// What may be written behind a record.
+constexpr std::size_t kBehind = SK_TimeTail::kRoom;
 
 std::size_t CapacityFor(std::size_t size, std::size_t least) {
   if (size > kBufferLimit) {
@@ -57,6 +58,13 @@ SK_DumpSamplesUtils::~SK_DumpSamplesUtils() {
   DeleteTempFile();
 }
 
+void SK_DumpSamplesUtils::SetTimeLength(unsigned short length, eTimes times) {
+  mTimeLength = length;
+  mShortensTimes = times == eTimes::kShortened && length <= SK_TimeTail::kLongest;
+  mLastWritten.Reset(length);
+  mLastRead.Reset(length);
+}
+
 void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
   WriteSample(time, SK_WriterNumberText(value).View());
 }
@@ -77,16 +85,16 @@ void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string
 }
 
 void SK_DumpSamplesUtils::WriteSample(std::string_view time, std::string_view value) {
-  std::size_t const recordLength = time.size() + sizeof(ValueLength) + value.size();
+  std::size_t const recordLength = LongestRecord(time, value);
   if (mBufferSize + recordLength > kBufferLimit) {
     FlushBufferToFile();
-    AddToBuffer(recordLength, time, value, false);
+    AddToBuffer(time, value, false);
     return;
   }
   if (WouldPassShare(recordLength)) {
     SpillEarly();
   }
-  AddToBuffer(recordLength, time, value, true);
+  AddToBuffer(time, value, true);
 }
 
 void SK_DumpSamplesUtils::ReadSample(std::string& time, std::string& value) {
@@ -98,25 +106,27 @@ void SK_DumpSamplesUtils::ReadSample(std::string& time, std::string& value) {
   }
 }
 
-bool SK_DumpSamplesUtils::ReadSample(std::string_view& time, std::string_view& value) {
+bool SK_DumpSamplesUtils::ReadAnySample(std::string_view& time, std::string_view& value) {
   if (mReadDone) {
     return false;
   }
   // What lies in the file is older.
   if (mHasFileData) {
     ExecBeforeRead();
-    if (mMappedRead < mMappedEnd) {
-      return TakeRecord(mMappedRead, mMappedEnd, time, value);
+    if (mRead < mReadEnd) {
+      return TakeRecord(time, value);
     }
     // Only now: the texts of the call before lay in the mapping.
     mHasFileData = false;
     DropMapping();
   }
-  if (mHasBufferData && mBufferReadOffset < mBufferSize) {
-    char const* read = mBuffer.get() + mBufferReadOffset;
-    bool const isWhole = TakeRecord(read, mBuffer.get() + mBufferSize, time, value);
-    mBufferReadOffset = static_cast<std::size_t>(read - mBuffer.get());
-    return isWhole;
+  if (mHasBufferData && !mReadsBuffer) {
+    mReadsBuffer = true;
+    mRead = mBuffer.get();
+    mReadEnd = mRead + mBufferSize;
+  }
+  if (mRead < mReadEnd) {
+    return TakeRecord(time, value);
   }
   mReadDone = true;
   return false;
@@ -124,15 +134,17 @@ bool SK_DumpSamplesUtils::ReadSample(std::string_view& time, std::string_view& v
 
 void SK_DumpSamplesUtils::ClearDump() noexcept {
   FreeBuffer();
-  mBufferReadOffset = 0;
   mHasFileData = false;
   mHasBufferData = false;
   mFileBytes = 0;
   mFileIsWhole = true;
   mReadPrepared = false;
-  mMappedEnd = nullptr;
-  mMappedRead = nullptr;
+  mRead = nullptr;
+  mReadEnd = nullptr;
+  mReadsBuffer = false;
   mReadDone = false;
+  mLastWritten.Reset(mTimeLength);
+  mLastRead.Reset(mTimeLength);
   try {
     File_IO::Close(std::exchange(mFileDescriptor, -1));
     mFileMapper.reset();
@@ -145,23 +157,34 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   }
 }
 
-void SK_DumpSamplesUtils::AddToBuffer(std::size_t recordLength, std::string_view time, std::string_view value,
-                                      bool mayFlush) {
+// A time that is shortened may turn out to take less.
+std::size_t SK_DumpSamplesUtils::LongestRecord(std::string_view time, std::string_view value) const {
+  return (mShortensTimes ? 1 : 0) + time.size() + sizeof(ValueLength) + value.size();
+}
+
+void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view value, bool mayFlush) {
   try {
-    ReserveFor(recordLength);
+    ReserveFor(LongestRecord(time, value));
   } catch (...) {
     if (!mayFlush) {
       throw;
     }
     FlushBufferToFile();
-    AddToBuffer(recordLength, time, value, false);
+    AddToBuffer(time, value, false);
     return;
   }
-  ValueLength const valueLength = static_cast<ValueLength>(value.size());
-  char* const end = CopyShortText(mBuffer.get() + mBufferSize, time);
-  std::memcpy(end, &valueLength, sizeof(valueLength));
-  CopyShortText(end + sizeof(valueLength), value);
-  mBufferSize += recordLength;
+  char* out = mBuffer.get() + mBufferSize;
+  if (mShortensTimes) {
+    char* const head = out++;
+    std::size_t const tail = mLastWritten.Put(out, time.data());
+    *head = static_cast<char>(tail);
+    out += tail;
+  } else {
+    out = CopyShortText(out, time);
+  }
+  out += sizeof(ValueLength);
+  StoreLength(out, value.size());
+  mBufferSize = static_cast<std::size_t>(CopyShortText(out, value) - mBuffer.get());
   mHasBufferData = true;
 }
 
@@ -194,8 +217,8 @@ void SK_DumpSamplesUtils::ExecBeforeRead() {
   CloseTempFile();
   RunFileStep([this] {
     mFileMapper = std::make_unique<SK_NAMESPACE_INT::SK_FileMapper>(mTempFilePath);
-    mMappedRead = mFileMapper->GetFilePointer();
-    mMappedEnd = mMappedRead + mFileMapper->GetFileSize();
+    mRead = mFileMapper->GetFilePointer();
+    mReadEnd = mRead + mFileMapper->GetFileSize();
   });
   mReadDone = false;
 }
@@ -208,7 +231,7 @@ void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
   }
   // A node with a file fills its next buffer too, most likely.
   std::size_t const capacity = CapacityFor(size, mHasFileData ? kSmallestEarlySpill : kFirstCapacity);
-  std::unique_ptr<char[]> buffer(new char[capacity]);
+  std::unique_ptr<char[]> buffer(new char[capacity + kBehind]);
   if (mBufferSize != 0) {
     std::memcpy(buffer.get(), mBuffer.get(), mBufferSize);
   }
@@ -287,28 +310,44 @@ void SK_DumpSamplesUtils::DeleteTempFile() noexcept {
 }
 
 void SK_DumpSamplesUtils::DropMapping() noexcept {
-  mMappedRead = nullptr;
-  mMappedEnd = nullptr;
+  mRead = nullptr;
+  mReadEnd = nullptr;
   mFileMapper.reset();
 }
 
-// One record, if all of it lies in front of `end`. A length that lost its high bits sends the reading astray, so
-// nothing says that the next bytes are a record.
-bool SK_DumpSamplesUtils::TakeRecord(char const*& read, char const* end, std::string_view& time,
-                                     std::string_view& value) {
-  std::size_t const left = static_cast<std::size_t>(end - read);
-  std::size_t const head = mTimeLength + sizeof(ValueLength);
+// One record, if all of it is there. A length that lost its high bits sends the reading astray, so nothing says that
+// the next bytes are a record.
+bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& value) {
+  std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
+  std::size_t const before = mShortensTimes ? 1 : 0;
+  std::size_t const tail = mShortensTimes ? static_cast<unsigned char>(*mRead) : mTimeLength;
+  std::size_t const head = before + tail + sizeof(ValueLength);
   ValueLength valueLength = 0;
   if (left >= head) {
-    std::memcpy(&valueLength, read + mTimeLength, sizeof(valueLength));
+    std::memcpy(&valueLength, mRead + head - sizeof(valueLength), sizeof(valueLength));
   }
-  if (left < head || left - head < valueLength) {
+  if (left < head || left - head < valueLength || !TakeTime(mRead + before, tail, time)) {
     mReadDone = true;
+    mRead = mReadEnd;
     return false;
   }
-  time = std::string_view(read, mTimeLength);
-  value = std::string_view(read + head, valueLength);
-  read += head + valueLength;
+  value = std::string_view(mRead + head, valueLength);
+  mRead += head + valueLength;
+  return true;
+}
+
+bool SK_DumpSamplesUtils::TakeTime(char const* text, std::size_t length, std::string_view& time) {
+  if (!mShortensTimes) {
+    time = std::string_view(text, length);
+    return true;
+  }
+  // Behind the last record there may be no byte to read.
+  char tail[SK_TimeTail::kPadded] = {};
+  std::memcpy(tail, text, std::min(length, sizeof(tail)));
+  if (!mLastRead.Take(tail, length)) {
+    return false;
+  }
+  time = mLastRead.Text();
   return true;
 }
 

@@ -5,10 +5,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "SK_TimeTail.h"
 
 namespace SK_NAMESPACE_INT {
 class SK_FileMapper;
@@ -24,8 +28,16 @@ class SK_DumpSamplesUtils {
   SK_DumpSamplesUtils(SK_DumpSamplesUtils const&) = delete;
   SK_DumpSamplesUtils& operator=(SK_DumpSamplesUtils const&) = delete;
 
+  enum class eTimes : unsigned char {
+    kWhole,
+    /// A record holds what is new in its time. For values whose lengths lose no bits, and times that stand in memory
+    /// of `SK_TimeTail::kPadded` bytes.
+    kShortened,
+  };
   /// The length of every time text, in bytes. Called once, before the first sample.
-  void SetTimeLength(unsigned short length) { mTimeLength = length; }
+  void SetTimeLength(unsigned short length, eTimes times = eTimes::kWhole);
+
+  static constexpr std::size_t kPutRoom = 192;
 
   /// Codes of file operations plus 1000. `std::bad_alloc` when there is no memory even after a spill.
   void WriteSampleNum(std::string const& time, double const& value);
@@ -35,18 +47,70 @@ class SK_DumpSamplesUtils {
   void WriteSampleString(std::string const& time, std::string const& value);
   /// One record from its finished texts; `time` has the length that was set.
   void WriteSample(std::string_view time, std::string_view value);
+  /// The same of a value that `put` stores: it gets the place for it, with `kPutRoom` bytes, and gives its end there.
+  template <typename Put>
+  void PutSample(std::string_view time, Put&& put) {
+    if (mShortensTimes && mBufferCapacity - mBufferSize >= kShortenedRoom) {
+      char* const start = mBuffer.get() + mBufferSize;
+      std::size_t const tail = mLastWritten.Put(start + 1, time.data());
+      *start = static_cast<char>(tail);
+      char* const value = start + 1 + tail + sizeof(ValueLength);
+      char* const end = put(value);
+      StoreLength(value, static_cast<std::size_t>(end - value));
+      mBufferSize = static_cast<std::size_t>(end - mBuffer.get());
+      mHasBufferData = true;
+      return;
+    }
+    char value[kPutRoom];
+    char const* const end = put(value);
+    WriteSample(time, std::string_view(value, static_cast<std::size_t>(end - value)));
+  }
 
   /// The next sample in the order of writing. Behind the last one both texts stay as they were. Codes 1005, 1006,
   /// 1008, 1021, 1054, after which nothing more is delivered.
   void ReadSample(std::string& time, std::string& value);
   /// The same without a copy: the texts are good until the next call. False behind the last sample.
-  bool ReadSample(std::string_view& time, std::string_view& value);
+  bool ReadSample(std::string_view& time, std::string_view& value) {
+    return TakeShortened(time, value) || ReadAnySample(time, value);
+  }
 
   /// Drops everything and deletes the temporary file. No errors.
   void ClearDump() noexcept;
 
  private:
-  void AddToBuffer(std::size_t recordLength, std::string_view time, std::string_view value, bool mayFlush);
+  using ValueLength = std::uint16_t;
+  /// For a shortened time with its length and a value with its own.
+  static constexpr std::size_t kShortenedRoom = 1 + SK_TimeTail::kRoom + sizeof(ValueLength) + kPutRoom;
+
+  static void StoreLength(char* value, std::size_t length) {
+    auto const stored = static_cast<ValueLength>(length);
+    std::memcpy(value - sizeof(stored), &stored, sizeof(stored));
+  }
+
+  /// A record with a shortened time that is not the last of its buffer or file, if that is the next one.
+  bool TakeShortened(std::string_view& time, std::string_view& value) {
+    std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
+    if (!mShortensTimes || left < kShortenedRoom) {
+      return false;
+    }
+    std::size_t const tail = static_cast<unsigned char>(*mRead);
+    if (!mLastRead.Take(mRead + 1, tail)) {
+      return false;
+    }
+    ValueLength length = 0;
+    char const* const start = mRead + 1 + tail + sizeof(length);
+    std::memcpy(&length, start - sizeof(length), sizeof(length));
+    if (length > kPutRoom) {
+      return false;
+    }
+    time = mLastRead.Text();
+    value = std::string_view(start, length);
+    mRead = start + length;
+    return true;
+  }
+  bool ReadAnySample(std::string_view& time, std::string_view& value);
+  std::size_t LongestRecord(std::string_view time, std::string_view value) const;
+  void AddToBuffer(std::string_view time, std::string_view value, bool mayFlush);
   void FlushBufferToFile();
   void ExecBeforeRead();
 
@@ -60,13 +124,16 @@ class SK_DumpSamplesUtils {
   void CutFileBack() noexcept;
   void DeleteTempFile() noexcept;
   void DropMapping() noexcept;
-  bool TakeRecord(char const*& read, char const* end, std::string_view& time, std::string_view& value);
+  bool TakeRecord(std::string_view& time, std::string_view& value);
+  bool TakeTime(char const* text, std::size_t length, std::string_view& time);
 
   std::unique_ptr<char[]> mBuffer;  // not cleared
   std::size_t mBufferSize = 0;      // of the records in it
   std::size_t mBufferCapacity = 0;  // also part of the count of the process
-  std::size_t mBufferReadOffset = 0;
   unsigned short mTimeLength = 0;
+  bool mShortensTimes = false;
+  SK_TimeTail mLastWritten;
+  SK_TimeTail mLastRead;
   bool mHasFileData = false;
   bool mHasBufferData = false;
   int mFileDescriptor = -1;
@@ -75,8 +142,9 @@ class SK_DumpSamplesUtils {
   bool mFileIsWhole = true;  // nothing lies behind them
   bool mReadPrepared = false;
   std::unique_ptr<SK_NAMESPACE_INT::SK_FileMapper> mFileMapper;
-  char const* mMappedEnd = nullptr;
-  char const* mMappedRead = nullptr;
+  char const* mRead = nullptr;  // the next record, in the mapping or in the buffer
+  char const* mReadEnd = nullptr;
+  bool mReadsBuffer = false;
   bool mReadDone = false;
   std::string mArrayText;  // of the sample being written; kept for its memory
 };

@@ -24,24 +24,17 @@ class SK_SampleTimeText {
   bool IsOfKind(ns_sensor::SK_DateTimeSMPTE const&) const { return mTimeCodeUsed; }
   bool IsOfKind(ns_sensor::SK_DateTimeUTC const&) const { return !mTimeCodeUsed; }
 
-  /// The text of a time of the file's kind, good until the next call. Empty for one that does not come out at
-  /// the file's length.
+  /// The text of a time of the file's kind, good until the thread makes the next one. Empty for one that does not come
+  /// out at the file's length. One of up to `SK_TimeTail::kLongest` bytes stands in memory of
+  /// `SK_TimeTail::kPadded` bytes, with zeroes behind it.
   std::string_view Make(ns_sensor::SK_DateTimeSMPTE const& time);
   std::string_view Make(ns_sensor::SK_DateTimeUTC const& time);
 
  private:
-  enum class eKind : unsigned char { kNone, kSMPTE, kUTC };
+  template <typename Time>
+  std::string_view Keep(Time const& time, std::size_t restAt, unsigned short digits);
 
-  std::string_view Fitting() const;
-  /// Puts what stands behind the second into the text of the call before. False, with that text lost, for a value that
-  /// does not fit.
-  bool Replace(std::size_t at, unsigned short digits, int value);
-
-  std::string mText;           // kept between calls: a sample allocates nothing, and few begin a new second
-  eKind mLast = eKind::kNone;  // of the time whose text this is
-  ns_sensor::SK_DateTimeSMPTE mLastSMPTE;
-  ns_sensor::SK_DateTimeUTC mLastUTC;
-  std::size_t mFractionAt = 0;
+  std::string mText;  // kept for its memory
   bool mTimeCodeUsed;
   unsigned short mUTCPrecision;
   unsigned short mTimeLength;

@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <cstring>
 
+#include "SK_DecimalBinade.h"
 #include "SK_EightBytes.h"
+#include "SK_FixedNumber.h"
 
 namespace SK_PLUGIN {
 
@@ -16,27 +18,16 @@ using SK_NAMESPACE_INT::DigitsOfValue;
 using SK_NAMESPACE_INT::kEveryByte;
 using SK_NAMESPACE_INT::StoreEight;
 
-// NOLINTNEXTLINE(modernize-use-using): an extension cannot be marked as one in an alias
-__extension__ typedef unsigned __int128 Uint128;
-
 constexpr int kDigits = 16;  // significant ones
 constexpr std::uint64_t kTenToEight = 100000000;
 constexpr std::uint64_t kTenToFifteen = 1000000000000000;
 constexpr std::uint64_t kTenToSixteen = kTenToFifteen * 10;
 constexpr std::uint64_t kZeroes = kEveryByte * '0';
 
-// A double: sign, 11 bits of exponent, 52 bits of fraction.
-constexpr int kFractionBits = 52;
-constexpr int kExponentBias = 1023;
-constexpr std::uint64_t kExponentMask = 0x7FF;
-constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63U;
-
-// The numbers that are scaled here, by the exponents of their powers of two: from 1.8e-40 to 2^53, where numbers with
+// The numbers that are scaled here are those of the table of binades: from 1.8e-40 to 2^53, where numbers with
 // a fraction end. So the power of ten that makes sixteen digits of a number lies between 10^0 and 10^55, and each of
 // those has a factor, the power of five, that fits into 128 bits: nothing is lost, and the result is exact also
 // halfway between two texts.
-constexpr int kFirstBinade = -132;
-constexpr int kBinades = kFractionBits + 1 - kFirstBinade;
 constexpr int kPowers = 56;
 
 // 5^k, shifted to the left until its highest bit is set. The number is shifted in the same way, so the integer part of
@@ -64,55 +55,7 @@ constexpr std::array<PowerOfFive, kPowers> MakePowersOfFive() {
   return powers;
 }
 
-// From 2^b to 2^(b+1) the decimal exponent goes up by one at most: at `limit`, a number shifted to the left like the
-// number itself, or not at all.
-struct Binade {
-  std::uint64_t limit;
-  int exponent;
-};
-
-constexpr std::uint64_t kNoLimit = ~std::uint64_t{0};
-
-// 10^exponent * 2^(63 - binade), cut off; `kNoLimit` if that is 2^64 or more. It need not be exact: with sixteen digits
-// of either exponent, a number that near to a power of ten is rounded to that power.
-constexpr std::uint64_t ShiftedPowerOfTen(int exponent, int binade) {
-  Uint128 divisor = 1;
-  Uint128 remainder = 1;
-  for (int i = 0; i < exponent; ++i) {
-    remainder *= 10;
-  }
-  int shift = 63 - binade;
-  for (int i = 0; i > exponent; --i) {
-    divisor *= 5;
-    --shift;
-  }
-  // A division by hand, bit by bit, because the dividend has up to 157 of them.
-  Uint128 quotient = remainder / divisor;
-  remainder %= divisor;
-  for (int i = 0; i < shift; ++i) {
-    remainder *= 2;
-    quotient = quotient * 2 + (remainder >= divisor ? 1 : 0);
-    remainder -= remainder >= divisor ? divisor : 0;
-    if ((quotient >> 64U) != 0) {
-      return kNoLimit;
-    }
-  }
-  return static_cast<std::uint64_t>(quotient);
-}
-
-constexpr std::array<Binade, kBinades> MakeBinades() {
-  std::array<Binade, kBinades> binades = {};
-  for (int i = 0; i < kBinades; ++i) {
-    int const binade = kFirstBinade + i;
-    // The logarithm of 2 is 1233/4096, which is near enough for all of these; made positive, so that it is cut down.
-    int const exponent = (binade + 4096) * 1233 / 4096 - 1233;
-    binades[static_cast<std::size_t>(i)] = {ShiftedPowerOfTen(exponent + 1, binade), exponent};
-  }
-  return binades;
-}
-
 constexpr std::array<PowerOfFive, kPowers> kPowersOfFive = MakePowersOfFive();
-constexpr std::array<Binade, kBinades> kBinadeTable = MakeBinades();
 
 // 0.d1d2... times 10^(exponent + 1), sixteen digits.
 struct Decimal {
@@ -122,8 +65,7 @@ struct Decimal {
 
 // `mantissa` has its highest bit set and stands for mantissa * 2^(binade - 63).
 inline Decimal RoundToSixteenDigits(std::uint64_t mantissa, int binade) {
-  Binade const& row = kBinadeTable[static_cast<std::size_t>(binade - kFirstBinade)];
-  int exponent = row.exponent + (mantissa >= row.limit ? 1 : 0);
+  int exponent = DecimalExponentOf(mantissa, binade);
   PowerOfFive const& power = kPowersOfFive[static_cast<std::size_t>(kDigits - 1 - exponent)];
 
   Uint128 const lowProduct = Uint128{mantissa} * power.low;
@@ -208,30 +150,6 @@ char* WriteDecimal(char* out, Decimal decimal, char const*& point) {
   return out;
 }
 
-// Numbers with at most six decimals, which is what most recordings have, need no more than one product when it can be
-// told from that alone that sixteen digits show nothing else. The product of a number and 10^6 being an integer k, the
-// number differs from k / 10^6 by no more than half the distance between k and the next double, over 10^6. That has to
-// be less than half a unit of the sixteenth digit, so the distance less than 10^-16 of the power of ten above k. It is,
-// but for those k that have a power of ten above them among the numbers of the same exponent of two. A power of ten
-// itself is left out with them: a number just below it has its sixteenth digit one place further behind.
-constexpr double kMillion = 1e6;
-constexpr std::int32_t kLastOutOfReach = 100;  // millionths; below 0.0001 a text has an exponent
-constexpr std::uint32_t kEndOfMillionths = 1000000000;
-constexpr std::size_t kBitsOfMillionths = 30;
-
-// For each exponent of two the power of ten of the same exponent, or 0.
-constexpr std::array<std::uint32_t, kBitsOfMillionths> MakePowersOfTenByBinade() {
-  std::array<std::uint32_t, kBitsOfMillionths> powers = {};
-  for (std::uint64_t power = 1; power <= kEndOfMillionths; power *= 10) {
-    std::size_t binade = 0;
-    while (power >> (binade + 1) != 0) {
-      ++binade;
-    }
-    powers[binade] = static_cast<std::uint32_t>(power);
-  }
-  return powers;
-}
-
 // The digits of the numbers from 0 to 999, as numbers; the lowest byte is the first.
 constexpr std::array<std::uint32_t, 1000> MakeThreeDigits() {
   std::array<std::uint32_t, 1000> digits = {};
@@ -242,49 +160,20 @@ constexpr std::array<std::uint32_t, 1000> MakeThreeDigits() {
 }
 
 constexpr std::array<std::uint32_t, 1000> kThreeDigits = MakeThreeDigits();
-constexpr std::array<std::uint32_t, kBitsOfMillionths> kPowerOfTenByBinade = MakePowersOfTenByBinade();
 
-// Whether the distance between doubles is small enough, in each binade and from where numbers are taken there.
-constexpr bool AreMillionthsExact() {
-  for (std::size_t binade = 0; binade < kBitsOfMillionths; ++binade) {
-    std::uint64_t const first = std::max(std::uint64_t{1} << binade, std::uint64_t{kPowerOfTenByBinade[binade]});
-    std::uint64_t unitsPerOne = kTenToSixteen;  // of the sixteenth digit
-    for (std::uint64_t power = 1; power <= first; power *= 10) {
-      unitsPerOne /= 10;
-    }
-    if (unitsPerOne >= std::uint64_t{1} << (kFractionBits - binade)) {
-      return false;
-    }
+// A number of eight decimals. point: as in `WriteDecimal`.
+char* WriteFixedNumber(char* out, std::uint64_t fixed, char const*& point) {
+  std::uint32_t const integer = static_cast<std::uint32_t>(fixed / kTenToEight);
+  std::uint64_t const decimals = DigitsOfValue(static_cast<std::uint32_t>(fixed - integer * kTenToEight));
+  if (integer < kThreeDigits.size()) {
+    std::uint64_t const digits = kThreeDigits[integer];
+    // The last digit stays, also of 0.
+    unsigned const leadingZeroes = static_cast<unsigned>(__builtin_ctzll(digits | std::uint64_t{1} << 16U)) / 8;
+    StoreEight(out, (digits | kZeroes) >> (8 * leadingZeroes));
+    out += 3 - leadingZeroes;
+  } else {
+    out = WriteInteger(out, integer);
   }
-  return true;
-}
-static_assert(AreMillionthsExact());
-
-// The number of millionths of a value, which is not negative, if the text of that is the text of the value; else 0.
-std::uint32_t MillionthsOf(double value) {
-  double const scaled = value * kMillion;
-  if (!(scaled < static_cast<double>(kEndOfMillionths))) {
-    return 0;
-  }
-  auto const millionths = static_cast<std::int32_t>(scaled);
-  if (static_cast<double>(millionths) != scaled || millionths <= kLastOutOfReach) {
-    return 0;
-  }
-  auto const result = static_cast<std::uint32_t>(millionths);
-  return result > kPowerOfTenByBinade[31U - static_cast<unsigned>(__builtin_clz(result))] ? result : 0;
-}
-
-// point: as in `WriteDecimal`.
-char* WriteMillionths(char* out, std::uint32_t millionths, char const*& point) {
-  std::uint32_t const thousandths = millionths / 1000;
-  std::uint32_t const integer = thousandths / 1000;
-  std::uint64_t const digits = kThreeDigits[integer];
-  std::uint64_t const decimals =
-      kThreeDigits[thousandths - integer * 1000] | std::uint64_t{kThreeDigits[millionths - thousandths * 1000]} << 24U;
-  // The last digit stays, also of 0.
-  unsigned const leadingZeroes = static_cast<unsigned>(__builtin_ctzll(digits | std::uint64_t{1} << 16U)) / 8;
-  StoreEight(out, (digits | kZeroes) >> (8 * leadingZeroes));
-  out += 3 - leadingZeroes;
   point = out;
   *out = '.';
   StoreEight(out + 1, decimals | kZeroes);
@@ -304,7 +193,7 @@ char* WriteAnything(char* out, char* end, double value) {
   return end;
 }
 
-// Any number but 0, without its sign. bits: those of the value. end: of the room for it.
+// Any number that is none of eight decimals, without its sign. bits: those of the value. end: of the room for it.
 char* WriteAnyNumber(char* out, char* end, std::uint64_t bits, double value, char const*& point) {
   int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
   if (binade >= kFirstBinade && binade <= kFractionBits) {
@@ -335,18 +224,18 @@ char* SK_WriterNumberText::Write(char* out, double value, Digits& digits) {
   bits &= ~kSignBit;
   std::memcpy(&value, &bits, sizeof(bits));
 
-  if (bits == 0) {
-    *out = '0';
-    digits = {1, 0};
-    return out + 1;
-  }
   char const* point = nullptr;
-  std::uint32_t const millionths = MillionthsOf(value);
+  std::uint64_t fixed = 0;
   char* const end =
-      millionths != 0 ? WriteMillionths(out, millionths, point) : WriteAnyNumber(out, roomEnd, bits, value, point);
+      ToFixed(bits, fixed) ? WriteFixedNumber(out, fixed, point) : WriteAnyNumber(out, roomEnd, bits, value, point);
   digits.integer = static_cast<std::size_t>(point - out);
   digits.decimal = static_cast<std::size_t>(end - point) - (end != point ? 1 : 0);
   return end;
+}
+
+char* SK_WriterNumberText::WriteFixed(char* out, std::uint64_t fixed) {
+  char const* point = nullptr;
+  return WriteFixedNumber(out, fixed, point);
 }
 
 }  // namespace SK_PLUGIN

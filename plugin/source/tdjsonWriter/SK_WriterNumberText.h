@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -28,6 +29,8 @@ class SK_WriterNumberText {
 
   /// Writes the text to where there is room for `kRoom` bytes, all of which may change, and gives its end there.
   static char* Write(char* out, double value, Digits& digits);
+  /// The same for an integer of `ToFixed`.
+  static char* WriteFixed(char* out, std::uint64_t fixed);
 
   std::string_view View() const { return std::string_view(mText, mLength); }
   Digits const& Counts() const { return mDigits; }

@@ -18,8 +18,9 @@ namespace SK_PLUGIN {
 
 namespace {
 
-/// Samples go to the file in pieces of at most so many bytes; a sample that is longer is one of its own.
-constexpr std::size_t kChunkSize = std::size_t{1} << 20;
+/// Samples go to the file once there are so many bytes: few enough to stay in the processor's cache until the system
+/// has taken them.
+constexpr std::size_t kChunkSize = std::size_t{256} << 10;
 
 void serialize_TimeCodeInfo(SerializerBuffer& text, ns_sensor::SK_TimeCodeInfo const& info) {
   JSON_BoolObj(text, "useTimecodeB", true);
@@ -84,18 +85,20 @@ void Serializer::serializeVersionToFile() {
 void Serializer::serialize_NumDynamicSamples(std::string const& sampleSetID, SK_DumpSamplesUtils& dump,
                                              std::uint64_t sampleCount,
                                              ns_sensor::SK_NumberProperties const& properties) {
+  NumberField const field(properties.pattern);
   serializeSet(sampleSetID, dump, sampleCount,
                [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
-                 AppendNumberSample(text, time, value, properties.pattern);
+                 AppendNumberSample(text, time, value, field);
                });
 }
 
 void Serializer::serialize_NumArrDynamicSamples(std::string const& sampleSetID, SK_DumpSamplesUtils& dump,
                                                 std::uint64_t sampleCount,
                                                 ns_sensor::SK_NumberArrayProperties const& properties) {
+  NumberField const field(properties.pattern);
   serializeSet(sampleSetID, dump, sampleCount,
                [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
-                 AppendNumberArraySample(text, time, value, properties.pattern);
+                 AppendNumberArraySample(text, time, value, field);
                });
 }
 
@@ -257,8 +260,7 @@ void Serializer::serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtil
   mSamplesStarted = true;
 }
 
-// A sample with which the buffer would pass its limit, or for which there is no memory beside what it holds, goes
-// into the empty buffer.
+// A sample for which there is no memory beside what the buffer holds goes into the empty buffer.
 template <typename AppendSample>
 void Serializer::addToBuffer(SerializerBuffer& buffer, AppendSample const& appendSample) {
   std::size_t const before = buffer.Size();
@@ -269,11 +271,10 @@ void Serializer::addToBuffer(SerializerBuffer& buffer, AppendSample const& appen
     serializeSamplesToFile(buffer.View(), false);
     buffer.Clear();
     appendSample();
-    return;
   }
-  if (buffer.Size() > kChunkSize) {
-    serializeSamplesToFile(buffer.View().substr(0, before), false);
-    buffer.DropFront(before);
+  if (buffer.Size() >= kChunkSize) {
+    serializeSamplesToFile(buffer.View(), false);
+    buffer.Clear();
   }
 }
 

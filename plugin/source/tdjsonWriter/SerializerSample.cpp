@@ -8,6 +8,9 @@
 #include <new>
 
 #include "SK_EightBytes.h"
+#include "SK_FixedNumber.h"
+#include "SK_PackedNumber.h"
+#include "SK_WriterNumberText.h"
 
 namespace SK_PLUGIN {
 
@@ -15,8 +18,10 @@ namespace {
 
 using SK_NAMESPACE_INT::AnyBelow;
 using SK_NAMESPACE_INT::CopyShortText;
+using SK_NAMESPACE_INT::DigitsOfValue;
 using SK_NAMESPACE_INT::kEveryByte;
 using SK_NAMESPACE_INT::LoadEight;
+using SK_NAMESPACE_INT::MaskOfLast;
 using SK_NAMESPACE_INT::StoreEight;
 
 /// How many bytes `used` lacks of `wanted`. More than a buffer takes is no memory, before sums of it wrap.
@@ -71,11 +76,50 @@ char* CopyLiteral(char* p, char const (&literal)[N]) {
   return p + (N - 1);
 }
 
+constexpr char kBeforeTime[] = R"({"time":")";
+constexpr char kBeforeValue[] = R"(","value":)";
+
+constexpr std::size_t TimeRoom(std::string_view time) {
+  return sizeof(kBeforeTime) - 1 + time.size() + sizeof(kBeforeValue) - 1;
+}
+
+char* CopyTime(char* p, std::string_view time) {
+  return CopyLiteral(CopyShortText(CopyLiteral(p, kBeforeTime), time), kBeforeValue);
+}
+
 void AppendTime(SerializerBuffer& out, std::string_view time) {
-  constexpr char kBefore[] = R"({"time":")";
-  constexpr char kAfter[] = R"(","value":)";
-  char* const p = out.Grow(sizeof(kBefore) - 1 + time.size() + sizeof(kAfter) - 1);
-  CopyLiteral(CopyShortText(CopyLiteral(p, kBefore), time), kAfter);
+  CopyTime(out.Grow(TimeRoom(time)), time);
+}
+
+/// What a number and its stores take behind each other: sign, digits, point, a quote, and what changes behind.
+constexpr std::size_t kFieldRoom = 1 + NumberField::kMostIntegers + 1 + NumberField::kMostDecimals + 1 + kBehind;
+
+/// The digits of a number with eight decimals, as numbers; the lowest byte is the first.
+struct FixedDigits {
+  std::uint64_t integer;
+  std::uint64_t decimals;
+
+  explicit FixedDigits(std::uint64_t fixed) {
+    constexpr std::uint64_t kTenToEight = 100000000;
+    std::uint64_t const whole = fixed / kTenToEight;
+    integer = DigitsOfValue(static_cast<std::uint32_t>(whole));
+    decimals = DigitsOfValue(static_cast<std::uint32_t>(fixed - whole * kTenToEight));
+  }
+};
+
+/// To where there is room for it, with a narrow pattern in which the digits fit. Gives the end.
+[[gnu::always_inline]] inline char* PutPadded(char* p, FixedDigits const& digits, bool isNegative,
+                                              NumberField const& field) {
+  constexpr std::uint64_t kZeroes = kEveryByte * '0';
+  *p = isNegative ? '-' : '+';
+  p += static_cast<unsigned>(field.pattern.isSigned) | static_cast<unsigned>(isNegative);
+  StoreEight(p, (digits.integer | kZeroes) >> field.integerShift);
+  p += field.pattern.digitsInteger;
+  *p = '.';
+  StoreEight(p + 1, digits.decimals | kZeroes);
+  StoreEight(p + 1 + kFixedDecimals, kZeroes);
+  StoreEight(p + 1 + 2 * kFixedDecimals, kZeroes);
+  return p + field.sizeBehind;
 }
 
 /// The padded number, between quotes or as it is, and a comma in front of them if wanted.
@@ -117,28 +161,88 @@ template <bool kIsQuoted>
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
+/// The number that `value` begins with, packed or as a text up to a comma, which is taken off it, between quotes.
+void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField const& field, bool hasComma) {
+  if (!SK_PackedNumber::Begins(value)) {
+    std::string_view const text = value.substr(0, Find(value, ','));
+    AppendNumber<true>(out, text, field.pattern, hasComma);
+    value.remove_prefix(text.size());
+    return;
+  }
+  SK_PackedNumber const number = SK_PackedNumber::Take(value);
+  FixedDigits const digits(number.fixed);
+  if (!field.Fits(digits.integer, digits.decimals)) {
+    char text[SK_WriterNumberText::kRoom];
+    AppendNumber<true>(out, number.CopyTextTo(text), field.pattern, hasComma);
+    return;
+  }
+  std::size_t const sizeBefore = out.Size();
+  char* const start = out.Grow(2 + kFieldRoom);
+  char* p = start;
+  *p = ',';
+  p += hasComma ? 1 : 0;
+  *p = '"';
+  p = PutPadded(p + 1, digits, number.isNegative, field);
+  *p++ = '"';
+  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
+}
+
+/// What most samples are: one number that is packed and fits. False, with nothing appended, for any other.
+bool AppendPackedSample(SerializerBuffer& out, std::string_view time, std::string_view value,
+                        NumberField const& field) {
+  if (!SK_PackedNumber::Begins(value)) {
+    return false;
+  }
+  SK_PackedNumber const number = SK_PackedNumber::Take(value);
+  FixedDigits const digits(number.fixed);
+  if (!field.Fits(digits.integer, digits.decimals)) {
+    return false;
+  }
+  std::size_t const sizeBefore = out.Size();
+  char* const start = out.Grow(TimeRoom(time) + 2 + kFieldRoom);
+  char* p = CopyTime(start, time);
+  *p = '"';
+  p = PutPadded(p + 1, digits, number.isNegative, field);
+  p = CopyLiteral(p, "\"}");
+  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
+  return true;
+}
+
 }  // namespace
+
+NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pattern(numberPattern) {
+  if (pattern.digitsInteger - 1 >= kMostIntegers || pattern.digitsDecimal > kMostDecimals) {
+    return;
+  }
+  auto const integers = static_cast<unsigned>(pattern.digitsInteger);
+  auto const decimals = static_cast<unsigned>(pattern.digitsDecimal);
+  integerShift = 8 * (kMostIntegers - integers);
+  sizeBehind = decimals == 0 ? 0 : 1 + decimals;
+  otherIntegers = ~MaskOfLast(integers);
+  otherDecimals = decimals < kFixedDecimals ? MaskOfLast(kFixedDecimals - decimals) : 0;
+}
 
 void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
   AppendNumber<false>(out, number, pattern, false);
 }
 
 void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                        ns_sensor::SK_NumberPattern const& pattern) {
-  AppendTime(out, time);
-  AppendNumber<true>(out, value, pattern, false);
-  out.Put('}');
+                        NumberField const& field) {
+  if (!AppendPackedSample(out, time, value, field)) {
+    AppendTime(out, time);
+    AppendElement(out, value, field, false);
+    out.Put('}');
+  }
 }
 
 void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                             ns_sensor::SK_NumberPattern const& pattern) {
+                             NumberField const& field) {
   AppendTime(out, time);
   out.Put('[');
   // As splitting at the commas gives them: behind a comma at the end there is no further element.
   for (bool isFirst = true; !value.empty(); isFirst = false) {
-    std::size_t const size = Find(value, ',');
-    AppendNumber<true>(out, value.substr(0, size), pattern, !isFirst);
-    value.remove_prefix(std::min(size + 1, value.size()));
+    AppendElement(out, value, field, !isFirst);
+    value.remove_prefix(value.empty() ? 0 : 1);
   }
   out.Put("]}");
 }

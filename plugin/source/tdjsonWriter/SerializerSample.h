@@ -2,6 +2,7 @@
 /// than its pattern: nothing checks that, and the number is written whole.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "SerializerBuffer.h"
@@ -13,12 +14,36 @@ namespace SK_PLUGIN {
 /// pattern has a place for the sign. An exponent is treated like digits.
 void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern);
 
+/// How the numbers of a set are padded.
+struct NumberField {
+  /// Up to these widths a packed number is padded by stores of eight bytes.
+  static constexpr unsigned kMostIntegers = 8;
+  static constexpr unsigned kMostDecimals = 24;
+
+  // NOLINTNEXTLINE(google-explicit-constructor): it is a pattern, looked at once for all samples
+  NumberField(ns_sensor::SK_NumberPattern const& numberPattern);
+
+  /// Whether a number with eight digits each in front of the point and behind it, as numbers, the lowest byte the
+  /// first, has no more than there are places; never with a pattern that is too wide for stores.
+  bool Fits(std::uint64_t integer, std::uint64_t decimals) const {
+    return ((integer & otherIntegers) | (decimals & otherDecimals)) == 0 && otherIntegers != kNone;
+  }
+
+  static constexpr std::uint64_t kNone = ~std::uint64_t{0};
+
+  ns_sensor::SK_NumberPattern pattern;
+  unsigned integerShift = 0;            ///< bits, of digits that have no place in front of the point
+  unsigned sizeBehind = 0;              ///< of the decimals with their point
+  std::uint64_t otherIntegers = kNone;  ///< the digits for which there is no place
+  std::uint64_t otherDecimals = kNone;
+};
+
 /// time   the text of the sample's time.
-/// value  as it was parked: the text of a number; those of several, with commas between them; an escaped text.
-void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                        ns_sensor::SK_NumberPattern const& pattern);
+/// value  as it was parked: a number, packed or as its text; several of either, with commas between them; an
+///        escaped text.
+void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value, NumberField const& field);
 void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                             ns_sensor::SK_NumberPattern const& pattern);
+                             NumberField const& field);
 void AppendStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
                         ns_sensor::SK_StringProperties const& properties);
 

@@ -26,8 +26,9 @@ std::shared_ptr<TdjsonRootImpl> RootWithTimeBase(void* key) {
 
 }  // namespace
 
-TdjsonDynamicDataImpl::TdjsonDynamicDataImpl(void* key) : mConverterKey(key), mTimeText(*RootWithTimeBase(key)) {
-  mDumpSamples.SetTimeLength(mTimeText.Length());
+TdjsonDynamicDataImpl::TdjsonDynamicDataImpl(void* key, SK_DumpSamplesUtils::eTimes times)
+    : mConverterKey(key), mTimeText(*RootWithTimeBase(key)) {
+  mDumpSamples.SetTimeLength(mTimeText.Length(), times);
 }
 
 void TdjsonDynamicDataImpl::SetSampleCount(unsigned long long sampleCount) {
@@ -79,11 +80,6 @@ void TdjsonDynamicDataImpl::SetDynamicDataInfo(ns_sensor::SK_DynamicDataFields c
   });
 }
 
-void TdjsonDynamicDataImpl::StoreSample(std::string_view time, std::string_view value) {
-  mDumpSamples.WriteSample(time, value);
-  ++mSampleCounter;
-}
-
 bool TdjsonDynamicDataImpl::CommitSamples(std::function<void()> const& complete,
                                           std::function<void(Serializer&, SK_DumpSamplesUtils&)> const& serialize) {
   RefuseIfDirty();
@@ -111,10 +107,8 @@ void TdjsonDynamicDataImpl::ThrowUnknownKindOfTime() {
   SK_NAMESPACE_INT::ThrowError({kEmptySampleTime, SK_Message::kConverterFailure, -1, -1});
 }
 
-void TdjsonDynamicDataImpl::RefuseIfDirty() const {
-  if (mIsDirty) {
-    ThrowWriterError(kDynamicNodeUnusable);
-  }
+void TdjsonDynamicDataImpl::ThrowDirty() {
+  ThrowWriterError(kDynamicNodeUnusable);
 }
 
 void TdjsonDynamicDataImpl::LoseSamples() noexcept {

@@ -40,7 +40,7 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
   bool mCommitted = false;
 
   /// `SK_PluginException` 2005 without a root under `key`, 2028 if the root has no time base.
-  explicit TdjsonDynamicDataImpl(void* key);
+  explicit TdjsonDynamicDataImpl(void* key, SK_DumpSamplesUtils::eTimes times = SK_DumpSamplesUtils::eTimes::kWhole);
 
   /// The frame of every border form that brings samples: `step` says whether it took what it was given. After
   /// a failure the node is dirty.
@@ -76,7 +76,16 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
     }
   }
   /// Keeps a sample until the commit.
-  void StoreSample(std::string_view time, std::string_view value);
+  void StoreSample(std::string_view time, std::string_view value) {
+    mDumpSamples.WriteSample(time, value);
+    ++mSampleCounter;
+  }
+  /// The same of a value that `put` stores, as records take it.
+  template <typename Put>
+  void PutSample(std::string_view time, Put&& put) {
+    mDumpSamples.PutSample(time, std::forward<Put>(put));
+    ++mSampleCounter;
+  }
 
   /// The frame of every `Commit`: `complete` fills in what the properties still lack, `serialize` writes the set.
   bool CommitSamples(std::function<void()> const& complete,
@@ -84,7 +93,12 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
 
  private:
   [[noreturn]] static void ThrowUnknownKindOfTime();
-  void RefuseIfDirty() const;
+  [[noreturn]] static void ThrowDirty();
+  void RefuseIfDirty() const {
+    if (mIsDirty) {
+      ThrowDirty();
+    }
+  }
   void LoseSamples() noexcept;
 
   void* mConverterKey;

@@ -2,7 +2,7 @@
 
 #include "SK_NumberAnalysis.h"
 #include "SK_NumberPropertyRules.h"
-#include "SK_WriterNumberText.h"
+#include "SK_PackedNumber.h"
 #include "Serializer.h"
 
 namespace SK_PLUGIN {
@@ -10,7 +10,15 @@ namespace SK_PLUGIN {
 using ns_sensor::SK_DateTimeSMPTE;
 using ns_sensor::SK_DateTimeUTC;
 
-TdjsonDynamicDataNumArrImpl::TdjsonDynamicDataNumArrImpl(void* key) : TdjsonDynamicDataImpl(key) {}
+namespace {
+
+/// With the comma.
+constexpr std::size_t kElementRoom = 1 + SK_WriterNumberText::kRoom;
+
+}  // namespace
+
+TdjsonDynamicDataNumArrImpl::TdjsonDynamicDataNumArrImpl(void* key)
+    : TdjsonDynamicDataImpl(key, SK_DumpSamplesUtils::eTimes::kShortened) {}
 
 bool TdjsonDynamicDataNumArrImpl::Commit() {
   return CommitSamples(
@@ -146,24 +154,31 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   if (timeText.empty()) {
     return false;
   }
-  mValueText.Clear();
-  // A copy, because the compiler has to think that text is written over the pattern itself.
-  ns_sensor::SK_NumberPattern pattern = mNumberArrayProperties.pattern;
-  for (double const element : mElements) {
-    std::size_t const size = mValueText.Size();
-    char* const start = mValueText.Grow(1 + SK_WriterNumberText::kRoom);
-    *start = ',';
-    SK_WriterNumberText::Digits digits;
-    char* const end = SK_WriterNumberText::Write(start + (size == 0 ? 0 : 1), element, digits);
-    WidenNumberPattern(pattern, mPatternAutomatic, element, digits);
-    mValueText.Truncate(size + static_cast<std::size_t>(end - start));
-  }
-  mNumberArrayProperties.pattern = pattern;
   if (mOccurringAutomatic) {
     WidenOccurringRanges(mNumberArrayProperties.arrayRanges, mElements);
   }
-  StoreSample(timeText, mValueText.View());
+  auto const put = [this](char* out) { return PutElements(out); };
+  if (mElements.size() * kElementRoom <= SK_DumpSamplesUtils::kPutRoom) {
+    PutSample(timeText, put);
+    return true;
+  }
+  mValueText.Clear();
+  char* const start = mValueText.Grow(mElements.size() * kElementRoom);
+  StoreSample(timeText, std::string_view(start, static_cast<std::size_t>(put(start) - start)));
   return true;
+}
+
+/// The elements as a record has them, with commas between them.
+char* TdjsonDynamicDataNumArrImpl::PutElements(char* out) {
+  // A copy, because the compiler has to think that bytes are written over the pattern itself.
+  ns_sensor::SK_NumberPattern pattern = mNumberArrayProperties.pattern;
+  char* end = out;
+  for (double const element : mElements) {
+    *end = ',';
+    end = PackNumber(end + (end == out ? 0 : 1), element, pattern, mPatternAutomatic);
+  }
+  mNumberArrayProperties.pattern = pattern;
+  return end;
 }
 
 }  // namespace SK_PLUGIN

@@ -2,7 +2,7 @@
 
 #include "SK_NumberAnalysis.h"
 #include "SK_NumberPropertyRules.h"
-#include "SK_WriterNumberText.h"
+#include "SK_PackedNumber.h"
 #include "Serializer.h"
 
 namespace SK_PLUGIN {
@@ -10,7 +10,8 @@ namespace SK_PLUGIN {
 using ns_sensor::SK_DateTimeSMPTE;
 using ns_sensor::SK_DateTimeUTC;
 
-TdjsonDynamicDataNumImpl::TdjsonDynamicDataNumImpl(void* key) : TdjsonDynamicDataImpl(key) {}
+TdjsonDynamicDataNumImpl::TdjsonDynamicDataNumImpl(void* key)
+    : TdjsonDynamicDataImpl(key, SK_DumpSamplesUtils::eTimes::kShortened) {}
 
 bool TdjsonDynamicDataNumImpl::Commit() {
   return CommitSamples(
@@ -108,12 +109,10 @@ bool TdjsonDynamicDataNumImpl::TakeSample(Time const& time, double value) {
   if (timeText.empty()) {
     return false;
   }
-  SK_WriterNumberText const text(value);
-  WidenNumberPattern(mNumberProperties.pattern, mPatternAutomatic, value, text.Counts());
   if (mOccurringAutomatic) {
     calcOccurringRangeForSet(value, mNumberProperties.range.occurring.min, mNumberProperties.range.occurring.max);
   }
-  StoreSample(timeText, text.View());
+  PutSample(timeText, [&](char* out) { return PackNumber(out, value, mNumberProperties.pattern, mPatternAutomatic); });
   return true;
 }
 

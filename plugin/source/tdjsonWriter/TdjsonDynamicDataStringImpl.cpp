@@ -10,7 +10,8 @@ namespace SK_PLUGIN {
 using ns_sensor::SK_DateTimeSMPTE;
 using ns_sensor::SK_DateTimeUTC;
 
-TdjsonDynamicDataStringImpl::TdjsonDynamicDataStringImpl(void* key) : TdjsonDynamicDataImpl(key) {}
+TdjsonDynamicDataStringImpl::TdjsonDynamicDataStringImpl(void* key)
+    : TdjsonDynamicDataImpl(key, SK_DumpSamplesUtils::eTimes::kWhole) {}
 
 bool TdjsonDynamicDataStringImpl::Commit() {
   return CommitSamples([] {},
