@@ -94,6 +94,14 @@ void AppendTime(SerializerBuffer& out, std::string_view time) {
 /// What a number and its stores take behind each other: sign, digits, point, a quote, and what changes behind.
 constexpr std::size_t kFieldRoom = 1 + NumberField::kMostIntegers + 1 + NumberField::kMostDecimals + 1 + kBehind;
 
+/// The same as `DigitsOfValue` of a value below 1000, which is what most integer parts are.
+std::uint64_t DigitsOfThree(std::uint32_t value) {
+  std::uint32_t const hundreds = value * 41 >> 12U;
+  std::uint32_t const rest = value - hundreds * 100;
+  std::uint32_t const tens = rest * 103 >> 10U;
+  return std::uint64_t{hundreds | tens << 8U | (rest - tens * 10) << 16U} << 40U;
+}
+
 /// The digits of a number with eight decimals, as numbers; the lowest byte is the first.
 struct FixedDigits {
   std::uint64_t integer;
@@ -102,7 +110,8 @@ struct FixedDigits {
   explicit FixedDigits(std::uint64_t fixed) {
     constexpr std::uint64_t kTenToEight = 100000000;
     std::uint64_t const whole = fixed / kTenToEight;
-    integer = DigitsOfValue(static_cast<std::uint32_t>(whole));
+    integer = whole < 1000 ? DigitsOfThree(static_cast<std::uint32_t>(whole))
+                           : DigitsOfValue(static_cast<std::uint32_t>(whole));
     decimals = DigitsOfValue(static_cast<std::uint32_t>(fixed - whole * kTenToEight));
   }
 };
