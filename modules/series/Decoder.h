@@ -19,6 +19,9 @@ class Decoder {
   /// Appends what is left of a file that is cut off.
   void finish(std::string& text);
 
+  /// Bytes of the text are those of the file.
+  bool isBytewise() const { return mEncoding == eEncoding::kUtf8; }
+
   /// How many bytes of the file `text` was, which begins and ends with whole characters.
   std::uint64_t sourceSize(std::string_view text) const;
 

@@ -22,15 +22,72 @@ bool IsLineEnd(char character) {
   return character == '\n' || character == '\r';
 }
 
+/// None where the mark delimits.
+char MarkIn(Dialect const& dialect) {
+  return dialect.decimalMark == dialect.delimiter ? '\0' : dialect.decimalMark;
+}
+
+/// Cells without blanks or quotes around them, which most are.
+///
+/// Of its own, so that all it needs stays in registers while cells are written.
+class UsualCells {
+ public:
+  UsualCells(TextMap::View const& map, char const* start, char const* end, Dialect const& dialect, char mark)
+      : mMap(map), mDelimiter(dialect.delimiter), mQuote(dialect.quote), mMark(mark) {
+    // What is part of a number has to be nothing else.
+    auto const isPart = [](char character) { return IsDigit(character) || character == '-'; };
+    mReadsNumbers = !isPart(mDelimiter) && !isPart(mQuote) && end - start >= PlainNumber::kReach;
+    mLastNumber = mReadsNumbers ? end - PlainNumber::kReach : start;
+  }
+
+  /// Gives the place of the stop behind the cell, null for other cells. It may be a control character that is none.
+  char* cut(char* p, Cell& cell) const {
+    std::uint64_t const stops = mMap.stopsFrom(p);
+    if (stops == 0) {
+      return nullptr;
+    }
+    unsigned const size = LowestBit(stops);
+    PlainNumber number;
+    bool const isNumber =
+        p <= mLastNumber && mReadsNumbers && FindPlainNumber(p, size, mMap.nonDigitsFrom(p), mMark, number);
+    if (!isNumber) {
+      // Tabs are stops.
+      if (size == 0 || *p == ' ' || *p == mQuote || p[size - 1] == ' ') {
+        return nullptr;
+      }
+      number = PlainNumber();
+    }
+    cell.text = std::string_view(p, size);
+    cell.plain = number;
+    return p + size;
+  }
+
+ private:
+  TextMap::View mMap;
+  char const* mLastNumber = nullptr;  ///< where one may begin
+  char mDelimiter;
+  char mQuote;
+  char mMark;  ///< of decimals
+  bool mReadsNumbers = false;
+};
+
 }  // namespace
 
-DelimitedRows::DelimitedRows(TextBuffer& text, Dialect dialect) : mText(text), mDialect(std::move(dialect)) {
+DelimitedRows::DelimitedRows(TextBuffer& text, Dialect dialect)
+    : mText(text), mDialect(std::move(dialect)), mMark(MarkIn(mDialect)), mMap(mDialect.delimiter) {
   mStops['\n'] = true;
   mStops['\r'] = true;
   mStops[static_cast<unsigned char>(mDialect.delimiter)] = true;
   if (mDialect.isBlankDelimited()) {
     mStops['\t'] = true;
   }
+  for (char const character : {' ', '\t', '\n', '\r'}) {
+    mOtherStarts[static_cast<unsigned char>(character)] = true;
+  }
+  for (std::string const& comment : mDialect.comments) {
+    mOtherStarts[static_cast<unsigned char>(comment.front())] = true;
+  }
+  MapText();
 }
 
 bool DelimitedRows::next(Row& row) {
@@ -58,7 +115,7 @@ bool DelimitedRows::next(Row& row) {
     if (!mHasLineEnd && !mText.isWhole()) {
       return false;
     }
-    if (std::any_of(row.cells.begin(), row.cells.end(), [](std::string_view cell) { return !cell.empty(); })) {
+    if (std::any_of(row.cells.begin(), row.cells.end(), [](Cell const& cell) { return !cell.text.empty(); })) {
       return true;
     }
   }
@@ -69,6 +126,9 @@ bool DelimitedRows::MoveToRow() {
   for (;;) {
     char* const end = mText.end();
     char* const start = mText.begin();
+    if (start != end && !MayBeNoRow(*start)) {
+      return true;
+    }
     char* const p = SkipBlanks(start, end);
     if (p == end) {
       if (mText.isAtEnd()) {
@@ -147,71 +207,95 @@ bool DelimitedRows::TakeComment(char* start, char* end) {
 
 /// Gives the place behind the row and its line end.
 char* DelimitedRows::CutRow(char* start, char* end, Row& row) {
-  row.cells.clear();
   mDoubled.clear();
   mLinesInRow = 0;
-  mHasLineEnd = true;
-  mLineEnd = mQuotesSpanLines || mDialect.quote == 0 ? nullptr : EndOfLine(start, end);
-  char* p = start;
-  for (;;) {
-    char* const first = SkipBlanks(p, end);
-    bool const isRowEnd = first == end || IsLineEnd(*first);
-    if (IsMissing(first, end)) {
-      return kCutOff;
+  mLineEnd = nullptr;
+  UsualCells const usual(mMap.view(), start, end, mDialect, mMark);
+  char const delimiter = mDialect.delimiter;
+  // Written over those of the row before: most rows have as many.
+  Cell* cell = row.cells.data();
+  Cell* cellsEnd = cell + row.cells.size();
+  for (char* p = start;;) {
+    if (cell == cellsEnd) {
+      row.cells.emplace_back();
+      cellsEnd = row.cells.data() + row.cells.size();
+      cell = cellsEnd - 1;
     }
-    if (mDialect.isBlankDelimited() && isRowEnd) {
-      p = first;
-    } else {
-      if (row.cells.size() == kMostColumns) {
-        throw kit::Failure("a row of more than " + std::to_string(kMostColumns) + " cells", mText.offsetOf(start),
-                           mLine);
+    char* stop = usual.cut(p, *cell);
+    if (stop != nullptr && *stop == delimiter) {
+      ++cell;
+      p = stop + 1;
+      continue;
+    }
+    bool isCell = true;
+    if (stop == nullptr || !IsStop(*stop)) {
+      char* const first = SkipBlanks(p, end);
+      if (first != p) {
+        p = first;
+        continue;
       }
-      bool const isQuoted = !isRowEnd && mDialect.quote != 0 && *first == mDialect.quote;
-      p = isQuoted ? CutQuoted(first, end, row) : CutPlain(first, end, row);
-      if (p == kCutOff) {
+      stop = CutOther(p, end, *cell, static_cast<std::size_t>(cell - row.cells.data()));
+      if (stop == kCutOff) {
         return kCutOff;
       }
+      // Where blanks delimit, nothing at the end of the line is no cell.
+      isCell = stop != p || !mDialect.isBlankDelimited();
     }
-    if (p == end) {
-      mHasLineEnd = false;
-      return end;
+    cell += isCell ? 1 : 0;
+    if (stop == end || IsLineEnd(*stop)) {
+      auto const count = static_cast<std::size_t>(cell - row.cells.data());
+      RequireWidth(count);
+      row.cells.resize(count);
+      mHasLineEnd = stop != end;
+      return mHasLineEnd ? BehindLineEnd(stop, end) : end;
     }
-    if (IsLineEnd(*p)) {
-      return BehindLineEnd(p, end);
-    }
-    ++p;
+    p = stop + 1;
   }
 }
 
-/// Eight bytes at a time, which are more than most cells have.
+void DelimitedRows::RequireWidth(std::size_t cells) {
+  if (cells > kMostColumns) {
+    throw kit::Failure("a row of more than " + std::to_string(kMostColumns) + " cells", mText.offsetOf(mText.begin()),
+                       mLine);
+  }
+}
+
+/// Any cell, without blanks in front. Gives the place of what ends it.
+///
+/// index  of the cell in its row.
+char* DelimitedRows::CutOther(char* p, char* end, Cell& cell, std::size_t index) {
+  if (IsMissing(p, end)) {
+    RequireWidth(index);
+    return kCutOff;
+  }
+  if (p == end || IsLineEnd(*p)) {
+    cell = Cell();
+    return p;
+  }
+  RequireWidth(index + 1);
+  bool const isQuoted = mDialect.quote != 0 && *p == mDialect.quote;
+  return isQuoted ? CutQuoted(p, end, cell, index) : CutPlain(p, end, cell);
+}
+
+/// The first place from `p` on with what ends a bare cell, or `end`.
 char* DelimitedRows::FindStop(char* p, char* end) const {
-  constexpr std::uint64_t kOnes = 0x0101010101010101U;
-  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
-  // Line ends are the only ones below, but for tabs and what tables have not.
-  constexpr std::uint64_t kBehindLineEnds = kOnes * ('\r' + 1);
-  std::uint64_t const delimiters = kOnes * static_cast<unsigned char>(mDialect.delimiter);
-  for (std::uint64_t word = 0; end - p >= 8; p += 8) {
-    std::memcpy(&word, p, sizeof(word));
-    std::uint64_t const difference = word ^ delimiters;
-    std::uint64_t const isDelimiter = (difference - kOnes) & ~difference;
-    std::uint64_t const isBelow = (word - kBehindLineEnds) & ~word;
-    if (((isDelimiter | isBelow) & kHighBits) != 0) {
-      // A sign as small as line ends may be none.
-      for (int i = 0; i != 8; ++i) {
-        if (IsStop(p[i])) {
-          return p + i;
-        }
+  TextMap::View const map = mMap.view();
+  for (;;) {
+    for (std::uint64_t stops = map.stopsFrom(p); stops != 0; stops &= stops - 1) {
+      char* const stop = p + LowestBit(stops);
+      if (IsStop(*stop)) {
+        return stop;
       }
     }
+    if (static_cast<std::size_t>(end - p) <= TextMap::kWindow) {
+      return end;
+    }
+    p += TextMap::kWindow;
   }
-  while (p != end && !IsStop(*p)) {
-    ++p;
-  }
-  return p;
 }
 
 /// Gives the place of what ends the cell.
-char* DelimitedRows::CutPlain(char* start, char* end, Row& row) const {
+char* DelimitedRows::CutPlain(char* start, char* end, Cell& cell) const {
   char* const p = FindStop(start, end);
   if (IsMissing(p, end)) {
     return kCutOff;
@@ -220,11 +304,14 @@ char* DelimitedRows::CutPlain(char* start, char* end, Row& row) const {
   while (last != start && IsBlank(last[-1])) {
     --last;
   }
-  row.cells.emplace_back(start, static_cast<std::size_t>(last - start));
+  cell = std::string_view(start, static_cast<std::size_t>(last - start));
   return p;
 }
 
-char* DelimitedRows::CutQuoted(char* start, char* end, Row& row) {
+char* DelimitedRows::CutQuoted(char* start, char* end, Cell& cell, std::size_t index) {
+  if (!mQuotesSpanLines && mLineEnd == nullptr) {
+    mLineEnd = EndOfLine(start, end);
+  }
   char* const limit =
       mLineEnd != nullptr ? mLineEnd : start + std::min(end - start, static_cast<std::ptrdiff_t>(kLongestQuotedCell));
   bool hasDoubled = false;
@@ -238,11 +325,11 @@ char* DelimitedRows::CutQuoted(char* start, char* end, Row& row) {
       if (mLineEnd != nullptr) {
         // Nor will a later one of the row end before it, most likely, and each look for its end costs a line.
         mLineEnd = start;
-        return CutPlain(start, end, row);
+        return CutPlain(start, end, cell);
       }
       if (mText.isAtEnd() && !mText.isWhole() && limit == end) {
         // A part of a file: the quote may well end behind it.
-        row.cells.emplace_back();
+        cell = Cell();
         return end;
       }
       mQuotesSpanLines = false;
@@ -266,10 +353,10 @@ char* DelimitedRows::CutQuoted(char* start, char* end, Row& row) {
     }
     if (behind == end || IsStop(*behind)) {
       if (hasDoubled) {
-        mDoubled.push_back(row.cells.size());
+        mDoubled.push_back(index);
       }
       mLinesInRow += CountLineEnds(start, quote);
-      row.cells.push_back(Trim(std::string_view(start + 1, static_cast<std::size_t>(quote - start - 1))));
+      cell = Trim(std::string_view(start + 1, static_cast<std::size_t>(quote - start - 1)));
       return behind;
     }
     p = quote + 1;
@@ -277,12 +364,12 @@ char* DelimitedRows::CutQuoted(char* start, char* end, Row& row) {
 }
 
 /// Each pair of quotes becomes one. The row is whole, so that nobody reads its text again.
-void DelimitedRows::Unescape(std::string_view& cell) const {
-  char* const start = mText.begin() + (cell.data() - mText.begin());
+void DelimitedRows::Unescape(Cell& cell) const {
+  char* const start = mText.begin() + (cell.text.data() - mText.begin());
   char* out = start;
-  for (std::size_t i = 0; i != cell.size(); ++i) {
+  for (std::size_t i = 0; i != cell.text.size(); ++i) {
     *out++ = start[i];
-    i += start[i] == mDialect.quote && i + 1 != cell.size() && start[i + 1] == mDialect.quote ? 1 : 0;
+    i += start[i] == mDialect.quote && i + 1 != cell.text.size() && start[i + 1] == mDialect.quote ? 1 : 0;
   }
   cell = std::string_view(start, static_cast<std::size_t>(out - start));
 }
@@ -293,6 +380,11 @@ void DelimitedRows::Fetch() {
                        mLine);
   }
   mText.more();
+  MapText();
+}
+
+void DelimitedRows::MapText() {
+  mMap.mark(std::string_view(mText.begin(), static_cast<std::size_t>(mText.end() - mText.begin())));
 }
 
 }  // namespace senmark_series

@@ -12,6 +12,7 @@
 #include "Dialect.h"
 #include "Row.h"
 #include "TextBuffer.h"
+#include "TextMap.h"
 
 namespace senmark_series {
 
@@ -45,21 +46,28 @@ class DelimitedRows : public RowReader {
   char* BehindLineEnd(char* p, char* end) const;
   bool TakeComment(char* start, char* end);
   char* CutRow(char* start, char* end, Row& row);
+  void RequireWidth(std::size_t cells);
+  char* CutOther(char* p, char* end, Cell& cell, std::size_t index);
   char* FindStop(char* p, char* end) const;
-  char* CutQuoted(char* start, char* end, Row& row);
-  char* CutPlain(char* start, char* end, Row& row) const;
-  void Unescape(std::string_view& cell) const;
+  char* CutQuoted(char* start, char* end, Cell& cell, std::size_t index);
+  char* CutPlain(char* start, char* end, Cell& cell) const;
+  void Unescape(Cell& cell) const;
   bool IsStop(char character) const { return mStops[static_cast<unsigned char>(character)]; }
   bool IsMissing(char const* p, char const* end) const { return p == end && !mText.isAtEnd(); }
+  bool MayBeNoRow(char first) const { return mOtherStarts[static_cast<unsigned char>(first)]; }
   void Fetch();
+  void MapText();
 
   TextBuffer& mText;
   Dialect mDialect;
-  std::array<bool, 256> mStops{};  ///< what ends a bare cell
+  char mMark;  ///< of decimals, if that can stand in a cell
+  TextMap mMap;
+  std::array<bool, 256> mStops{};        ///< what ends a bare cell
+  std::array<bool, 256> mOtherStarts{};  ///< what lines may begin with that are no rows
   std::int64_t mLine = 1;
   bool mQuotesSpanLines = true;
   bool mHasDistrusted = false;  ///< a quote that did not end was met in this row
-  char* mLineEnd = nullptr;     ///< of the row, where no cell goes beyond its line
+  char* mLineEnd = nullptr;     ///< of the row, where no cell goes beyond its line, once it was looked for
   bool mHasLineEnd = true;      ///< the row ends before the text does
   std::int64_t mLinesInRow = 0;
   std::vector<std::size_t> mDoubled;  ///< cells of the row with doubled quotes

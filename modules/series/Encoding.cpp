@@ -1,8 +1,7 @@
 #include "Encoding.h"
 
-#include <cstring>
-
 #include "Ascii.h"
+#include "EightBytes.h"
 
 namespace senmark_series {
 
@@ -54,20 +53,30 @@ ByteOrderMark MarkOf(std::string_view head) {
   return {};
 }
 
+namespace {
+
+/// Steps over blocks of nothing but ASCII.
+char const* SkipAscii(char const* p, char const* end) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  for (; end - p >= 32; p += 32) {
+    if (((LoadEight(p) | LoadEight(p + 8) | LoadEight(p + 16) | LoadEight(p + 24)) & kHighBits) != 0) {
+      break;
+    }
+  }
+  for (; end - p >= 8 && (LoadEight(p) & kHighBits) == 0; p += 8) {
+  }
+  return p;
+}
+
+}  // namespace
+
 bool Utf8Check::feed(std::string_view piece) {
   char const* p = piece.data();
   char const* const end = p + piece.size();
   while (p != end && mIsValid) {
     if (mMissing == 0) {
       // Most tables are ASCII throughout.
-      std::uint64_t word = 0;
-      while (end - p >= 8) {
-        std::memcpy(&word, p, sizeof(word));
-        if ((word & 0x8080808080808080U) != 0) {
-          break;
-        }
-        p += 8;
-      }
+      p = SkipAscii(p, end);
       if (p == end) {
         break;
       }

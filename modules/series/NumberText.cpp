@@ -21,11 +21,6 @@ constexpr unsigned kMostDecimals = 15;
 /// Longer than any number that somebody wrote for its digits.
 constexpr std::size_t kLongestNumber = 64;
 
-/// So many digits are a whole number that a double holds, and so are the powers of ten up to here: their quotient is
-/// the double nearest to the text.
-constexpr std::ptrdiff_t kExactDigits = 15;
-constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-
 constexpr int kLargestExponent = 999;
 
 struct Digits {
@@ -38,10 +33,6 @@ struct Digits {
   int exponent = 0;
 
   bool isExact() const { return !hasExponent && integers + fraction <= kExactDigits; }
-  double number() const {
-    double const magnitude = static_cast<double>(value) / kPowers[fraction];
-    return isNegative ? -magnitude : magnitude;
-  }
 };
 
 inline char const* TakeDigits(char const* p, char const* end, std::uint64_t& value) {
@@ -113,10 +104,7 @@ NumberShape ShapeOf(std::string_view text, char decimalMark) {
       static_cast<unsigned>(std::clamp<std::ptrdiff_t>(digits.fraction - digits.exponent, 0, kMostDecimals));
   if (digits.isExact()) {
     shape.isNumber = true;
-    // At four decimals or less there is nothing so small.
-    constexpr std::ptrdiff_t kDecimalsOfSmallest = 4;
-    shape.isTiny =
-        digits.fraction > kDecimalsOfSmallest && digits.value != 0 && std::fabs(digits.number()) < kit::kSmallestNumber;
+    shape.isTiny = IsTiny(digits.value, static_cast<std::size_t>(digits.fraction));
     return shape;
   }
   std::optional<double> const value = Convert(text, decimalMark);
@@ -130,15 +118,26 @@ std::optional<double> ToNumber(std::string_view text, char decimalMark) {
   if (!digits.isNumber) {
     return std::nullopt;
   }
-  return digits.isExact() ? digits.number() : Convert(text, decimalMark);
+  return digits.isExact() ? ExactNumber(digits.value, static_cast<std::size_t>(digits.fraction), digits.isNegative)
+                          : Convert(text, decimalMark);
+}
+
+bool IsTiny(std::uint64_t digits, std::size_t fraction) {
+  // At four decimals or less there is nothing so small.
+  constexpr std::size_t kDecimalsOfSmallest = 4;
+  return fraction > kDecimalsOfSmallest && digits != 0 && ExactNumber(digits, fraction, false) < kit::kSmallestNumber;
 }
 
 bool IsGapWord(std::string_view text) {
   constexpr std::size_t kLongestWord = 4;
-  if (text.size() > kLongestWord) {
+  if (text.empty()) {
+    return true;
+  }
+  char const first = Lower(text.front());
+  if (text.size() > kLongestWord || (first != 'n' && first != '-')) {
     return false;
   }
-  static constexpr std::string_view kWords[] = {"", "-", "--", "na", "n/a", "nan", "null", "none"};
+  static constexpr std::string_view kWords[] = {"-", "--", "na", "n/a", "nan", "null", "none"};
   return std::any_of(std::begin(kWords), std::end(kWords),
                      [&](std::string_view word) { return EqualsLower(text, word); });
 }

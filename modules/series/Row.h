@@ -6,16 +6,33 @@
 #include <string_view>
 #include <vector>
 
+#include "PlainNumber.h"
+
 namespace senmark_series {
 
-/// Cells in their columns, without blanks at both ends; an empty one is a gap. Valid until the next row.
+/// Without blanks at both ends; an empty one is a gap.
+struct Cell {
+  constexpr Cell() = default;
+  Cell(std::string_view bytes) : text(bytes) {}
+  Cell(char const* bytes) : text(bytes) {}
+  Cell(std::string_view bytes, PlainNumber const& read) : text(bytes), plain(read) {}
+  operator std::string_view() const { return text; }
+
+  std::string_view text;
+  PlainNumber plain;  ///< what cutting it has found out: if it is there, `PlainNumber::kReach` bytes may be read
+};
+
+/// Cells in their columns. Valid until the next row.
 struct Row {
-  std::vector<std::string_view> cells;
+  std::vector<Cell> cells;
   std::int64_t line = 0;    ///< in which it begins, the first one of the file is 1
   std::int64_t offset = 0;  ///< of that line, in bytes
   bool isBroken = false;    ///< it is there, but cannot be cut into cells
 
-  std::string_view cell(std::size_t column) const { return column < cells.size() ? cells[column] : std::string_view(); }
+  Cell const& cell(std::size_t column) const { return column < cells.size() ? cells[column] : kGap; }
+
+ private:
+  static constexpr Cell kGap{};
 };
 
 class RowReader {

@@ -23,9 +23,9 @@ void ReadRows(RowReader& reader, SampleTable& table) {
     }
     char const* start = text.data();
     Row kept = row;
-    for (std::string_view& cell : kept.cells) {
-      cell = std::string_view(start, cell.size());
-      start += cell.size();
+    for (Cell& cell : kept.cells) {
+      cell = std::string_view(start, cell.text.size());
+      start += cell.text.size();
     }
     table.rows.push_back(std::move(kept));
   }

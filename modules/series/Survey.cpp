@@ -1,11 +1,11 @@
 #include "Survey.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "Ascii.h"
 #include "JsonLines.h"
 #include "NumberText.h"
+#include "RowTimes.h"
 #include "TimeGuess.h"
 
 namespace senmark_series {
@@ -23,32 +23,43 @@ struct TimeTrack {
   kit::Instant last;
   kit::Instant before;
   unsigned digits = 0;
+  std::int32_t digitUnit = kSecond;  ///< nanoseconds of the last of them
 
-  void take(std::optional<kit::Instant> const& time, Row const& row) {
-    if (!time) {
-      if (bad++ == 0) {
-        firstBadLine = row.line;
-        firstBadOffset = row.offset;
-      }
-      return;
-    }
+  static constexpr std::int32_t kSecond = 1000000000;
+
+  void take(kit::Instant const& time) {
     if (good++ == 0) {
-      first = last = before = *time;
+      first = last = before = time;
     }
-    isOrdered = isOrdered && !(*time < before);
-    first = *time < first ? *time : first;
-    last = last < *time ? *time : last;
-    before = *time;
+    isOrdered = isOrdered && !(time < before);
+    if (time < first) {
+      first = time;
+    }
+    if (last < time) {
+      last = time;
+    }
+    before = time;
     // Most times have as many digits as those before.
-    if (time->nanoseconds != 0) {
-      digits = std::max(digits, DigitsOf(*time));
+    if (time.nanoseconds % digitUnit != 0) {
+      digits = DigitsOf(time);
+      digitUnit = kSecond / static_cast<std::int32_t>(kPowersOfTen[digits]);
+    }
+  }
+
+  void takeBad(Row const& row) {
+    if (bad++ == 0) {
+      firstBadLine = row.line;
+      firstBadOffset = row.offset;
     }
   }
 };
 
 class Surveyor {
  public:
-  explicit Surveyor(Layout const& layout) { mSurvey.layout = layout; }
+  explicit Surveyor(Layout const& layout)
+      : mTimes(layout.time, layout.time.order), mOtherTimes(layout.time, eDateOrder::kMonthFirst) {
+    mSurvey.layout = layout;
+  }
 
   /// False if the bytes turn out to be no UTF-8.
   bool read(kit::Input const& input) {
@@ -100,56 +111,69 @@ class Surveyor {
 
  private:
   void Take(Row const& row) {
-    Layout const& layout = mSurvey.layout;
-    std::optional<kit::Instant> const time = TimeOf(row, layout.time, layout.time.order);
-    mTracks[0].take(time, row);
-    bool hasTime = time.has_value();
-    if (layout.isDateOrderGuessed) {
-      // The layout begins with the day first.
-      std::optional<kit::Instant> const other = TimeOf(row, layout.time, eDateOrder::kMonthFirst);
-      mTracks[1].take(other, row);
-      mDiffer = mDiffer || time.has_value() != other.has_value() || (time && !(*time == *other));
-      hasTime = hasTime || other;
-      if (!mHasHalves) {
-        mHasHalves = HasHalfOfDay(row.cell(layout.time.column)) || HasHalfOfDay(row.cell(layout.time.clockColumn));
-      }
-      mHasSlashes = mHasSlashes || row.cell(layout.time.column).find('/') != std::string_view::npos;
+    kit::Instant time;
+    bool hasTime = mTimes.read(row, time);
+    Note(mTracks[0], hasTime, time, row);
+    if (mSurvey.layout.isDateOrderGuessed) {
+      hasTime = TakeOtherOrder(row, hasTime, time) || hasTime;
     }
     if (hasTime) {
       TakeCells(row);
     }
   }
 
+  static void Note(TimeTrack& track, bool hasTime, kit::Instant const& time, Row const& row) {
+    if (hasTime) {
+      track.take(time);
+    } else {
+      track.takeBad(row);
+    }
+  }
+
+  /// The layout begins with the day first.
+  bool TakeOtherOrder(Row const& row, bool hasTime, kit::Instant const& time) {
+    TimeForm const& form = mSurvey.layout.time;
+    kit::Instant other;
+    bool const hasOther = mOtherTimes.read(row, other);
+    Note(mTracks[1], hasOther, other, row);
+    mDiffer = mDiffer || hasTime != hasOther || (hasTime && !(time == other));
+    mHasHalves =
+        mHasHalves || HasHalfOfDay(row.cell(form.column).text) || HasHalfOfDay(row.cell(form.clockColumn).text);
+    mHasSlashes = mHasSlashes || row.cell(form.column).text.find('/') != std::string_view::npos;
+    return hasOther;
+  }
+
   void TakeCells(Row const& row) {
-    std::size_t const count = std::max(row.cells.size(), mSurvey.columns.size());
-    if (mSurvey.columns.size() < count) {
+    if (mSurvey.columns.size() < row.cells.size()) {
       // Gaps of the rows before are made up for in the end.
-      mSurvey.columns.resize(count);
+      mSurvey.columns.resize(row.cells.size());
     }
     ++mRows;
+    TimeForm const& form = mSurvey.layout.time;
     char const mark = mSurvey.layout.dialect.decimalMark;
-    for (std::size_t i = 0; i != row.cells.size(); ++i) {
-      if (!mSurvey.layout.time.isTimeColumn(i)) {
-        TakeCell(row.cells[i], mark, mSurvey.columns[i]);
+    ColumnSurvey* column = mSurvey.columns.data();
+    for (std::size_t i = 0; i != row.cells.size(); ++i, ++column) {
+      if (!form.isTimeColumn(i)) {
+        TakeCell(row.cells[i], mark, *column);
       }
     }
   }
 
-  static void TakeCell(std::string_view cell, char mark, ColumnSurvey& column) {
-    NumberShape const shape = ShapeOf(cell, mark);
+  static void TakeCell(Cell const& cell, char mark, ColumnSurvey& column) {
+    NumberShape const shape = ShapeOfCell(cell, mark);
     if (shape.isNumber) {
       ++column.numbers;
       column.tiny += shape.isTiny ? 1 : 0;
       column.decimals = std::max(column.decimals, shape.decimals);
-    } else if (IsGapWord(cell)) {
-      column.gapWords += cell.empty() ? 0 : 1;
+    } else if (IsGapWord(cell.text)) {
+      column.gapWords += cell.text.empty() ? 0 : 1;
     } else if (column.texts++ == 0) {
-      column.firstText = cell;
+      column.firstText = cell.text;
     }
     if (column.firstValue.empty()) {
-      column.firstValue = cell;
+      column.firstValue = cell.text;
     }
-    column.longest = std::max(column.longest, cell.size());
+    column.longest = std::max(column.longest, cell.text.size());
   }
 
   void AddColumns(std::vector<std::string> const& names) {
@@ -209,6 +233,8 @@ class Surveyor {
   }
 
   Survey mSurvey;
+  RowTimes mTimes;
+  RowTimes mOtherTimes;
   TimeTrack mTracks[2];  ///< the second with the month first, if the order is not known
   std::uint64_t mRows = 0;
   bool mDiffer = false;  ///< a row means another time in the other order

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "NumberText.h"
+#include "RowTimes.h"
 
 namespace senmark_series {
 
@@ -55,38 +56,36 @@ Target MakeTarget(Survey const& survey, std::size_t index, kit::Group& group) {
   return target;
 }
 
-void AddCell(Target const& target, kit::Moment const& time, std::string_view cell, char decimalMark) {
+void AddCell(Target const& target, kit::Moment const& time, Cell const& cell, char decimalMark) {
   if (target.numbers != nullptr) {
-    if (std::optional<double> const value = ToNumber(cell, decimalMark)) {
+    if (std::optional<double> const value = NumberOfCell(cell, decimalMark)) {
       target.numbers->add(time, *value);
     }
-  } else if (!cell.empty()) {
-    target.texts->add(time, CutTo(cell, target.longest));
+  } else if (!cell.text.empty()) {
+    target.texts->add(time, CutTo(cell.text, target.longest));
   }
 }
 
 void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Target> const& targets,
                   kit::Output const& output) {
   Layout const& layout = survey.layout;
-  TextBuffer text(input, layout.encoding);
+  TextBuffer text(input, layout.encoding, false);
   std::unique_ptr<RowReader> const reader = MakeRowReader(text, layout);
+  RowTimes times(layout.time, layout.time.order);
   Row row;
+  kit::Instant time;
   while (reader->next(row)) {
-    if (row.line < layout.firstDataLine) {
-      continue;
-    }
-    std::optional<kit::Instant> const time = TimeOf(row, layout.time, layout.time.order);
-    if (!time) {
+    if (row.line < layout.firstDataLine || !times.read(row, time)) {
       continue;
     }
     try {
-      kit::Moment const moment = output.moment(*time);
+      kit::Moment const moment = output.moment(time);
       for (Target const& target : targets) {
         // They are in the order of their columns.
         if (target.column >= row.cells.size()) {
           break;
         }
-        AddCell(target, moment, row.cell(target.column), layout.dialect.decimalMark);
+        AddCell(target, moment, row.cells[target.column], layout.dialect.decimalMark);
       }
     } catch (kit::Failure const& failure) {
       throw failure.at(row.offset, row.line);

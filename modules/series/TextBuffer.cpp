@@ -2,8 +2,10 @@
 
 namespace senmark_series {
 
-TextBuffer::TextBuffer(kit::Input const& input, eEncoding encoding)
-    : mBytes(std::make_unique<kit::Bytes>(input)), mDecoder(encoding), mChecks(encoding == eEncoding::kUtf8) {
+TextBuffer::TextBuffer(kit::Input const& input, eEncoding encoding, bool checksUtf8, std::size_t pieceSize)
+    : mBytes(std::make_unique<kit::Bytes>(input, pieceSize)),
+      mDecoder(encoding),
+      mChecks(checksUtf8 && encoding == eEncoding::kUtf8) {
   std::string_view const first = mBytes->next();
   mIsAtEnd = first.empty();
   std::size_t const mark = MarkOf(first).size;
@@ -24,7 +26,7 @@ bool TextBuffer::more() {
   if (mIsAtEnd) {
     return false;
   }
-  offsetOf(begin());
+  CountTo(begin());
   mText.erase(0, mPosition);
   mPosition = 0;
   mKnownPosition = 0;
@@ -40,7 +42,8 @@ bool TextBuffer::more() {
   return true;
 }
 
-std::int64_t TextBuffer::offsetOf(char const* position) {
+/// Remembers the place: the next one that is asked for is near.
+std::int64_t TextBuffer::CountTo(char const* position) {
   auto const place = static_cast<std::size_t>(position - mText.data());
   std::string_view const text = mText;
   if (place >= mKnownPosition) {

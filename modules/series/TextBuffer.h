@@ -17,7 +17,10 @@ namespace kit = senmark::kit;
 class TextBuffer {
  public:
   /// The whole file, behind its mark.
-  TextBuffer(kit::Input const& input, eEncoding encoding);
+  ///
+  /// checksUtf8  whether `isUtf8` will be asked.
+  /// pieceSize   bytes that are read at once.
+  TextBuffer(kit::Input const& input, eEncoding encoding, bool checksUtf8 = true, std::size_t pieceSize = kPieceSize);
   /// Bytes that are there already: the start of a file, or a part of it.
   ///
   /// offset   of the bytes in the file.
@@ -41,13 +44,21 @@ class TextBuffer {
   void skipTo(char const* position) { mPosition = static_cast<std::size_t>(position - mText.data()); }
 
   /// The offset in the file of a place behind `begin`, in bytes.
-  std::int64_t offsetOf(char const* position);
+  std::int64_t offsetOf(char const* position) {
+    if (mDecoder.isBytewise()) {
+      return mKnownOffset + (position - mText.data()) - static_cast<std::int64_t>(mKnownPosition);
+    }
+    return CountTo(position);
+  }
 
   /// The bytes so far were UTF-8; asked of files that are taken for that.
   bool isUtf8() const { return mIsUtf8; }
 
  private:
+  static constexpr std::size_t kPieceSize = std::size_t{256} << 10;
+
   void Take(std::string_view bytes);
+  std::int64_t CountTo(char const* position);
 
   std::unique_ptr<kit::Bytes> mBytes;
   Decoder mDecoder;

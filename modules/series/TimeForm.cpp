@@ -4,6 +4,7 @@
 
 #include "Ascii.h"
 #include "NumberText.h"
+#include "RowTimes.h"
 
 namespace senmark_series {
 
@@ -11,58 +12,19 @@ namespace {
 
 constexpr unsigned kNanosecondDigits = 9;
 
-constexpr std::uint64_t kPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
-
-/// 1000-01-01T00:00:00Z: a data file has four digits for a year.
-constexpr std::int64_t kFirstSecond = kit::detail::kFirstWrittenSecond;
-
 std::optional<kit::Instant> MakeMoment(bool isNegative, std::uint64_t seconds, std::uint64_t nanoseconds) {
-  seconds += nanoseconds / kPowers[kNanosecondDigits];
-  nanoseconds %= kPowers[kNanosecondDigits];
+  seconds += nanoseconds / kPowersOfTen[kNanosecondDigits];
+  nanoseconds %= kPowersOfTen[kNanosecondDigits];
   constexpr auto kMost = static_cast<std::uint64_t>(kit::detail::kLastSecond);
   if (seconds > kMost) {
     return std::nullopt;
   }
-  kit::Instant instant{static_cast<std::int64_t>(seconds), static_cast<std::int32_t>(nanoseconds)};
-  if (isNegative) {
-    instant.seconds = -instant.seconds - (nanoseconds != 0 ? 1 : 0);
-    instant.nanoseconds = nanoseconds == 0 ? 0 : static_cast<std::int32_t>(kPowers[kNanosecondDigits] - nanoseconds);
-  }
+  kit::Instant const instant =
+      MakeCountedInstant(isNegative, static_cast<std::int64_t>(seconds), static_cast<std::int32_t>(nanoseconds));
   if (instant.seconds < kit::detail::kFirstSecond) {
     return std::nullopt;
   }
   return instant;
-}
-
-std::optional<kit::Instant> PairTime(std::string_view date, std::string_view clock, eDateOrder order, int zoneMinutes) {
-  std::optional<kit::CivilTime> time = ParseDate(date, order);
-  if (!time) {
-    return std::nullopt;
-  }
-  time->zoneMinutes = zoneMinutes;
-  return ParseClock(clock, true, *time) ? kit::MakeInstant(*time) : std::nullopt;
-}
-
-std::optional<kit::Instant> ClockTime(std::string_view text, int zoneMinutes) {
-  kit::CivilTime time;
-  time.zoneMinutes = zoneMinutes;
-  return ParseClock(text, false, time) ? kit::MakeInstant(time) : std::nullopt;
-}
-
-std::optional<kit::Instant> ReadTime(Row const& row, TimeForm const& form, eDateOrder order) {
-  std::string_view const cell = row.cell(form.column);
-  switch (form.kind) {
-    case eTimeKind::kIso:
-      return kit::ParseInstant(cell, form.zoneMinutes);
-    case eTimeKind::kDate:
-      return ParseMoment(cell, order, form.zoneMinutes);
-    case eTimeKind::kPair:
-      return PairTime(cell, row.cell(form.clockColumn), order, form.zoneMinutes);
-    case eTimeKind::kClock:
-      return ClockTime(cell, form.zoneMinutes);
-    default:
-      return CountedTime(cell, form.unitDigits, form.decimalMark);
-  }
 }
 
 }  // namespace
@@ -80,8 +42,8 @@ std::optional<kit::Instant> CountedTime(std::string_view text, unsigned unitDigi
     count = count * 10 + digit;
   }
   bool hasDigits = rest.size() != start;
-  std::uint64_t const unit = kPowers[unitDigits];
-  std::uint64_t nanoseconds = count % unit * kPowers[kNanosecondDigits - unitDigits];
+  std::uint64_t const unit = kPowersOfTen[unitDigits];
+  std::uint64_t nanoseconds = count % unit * kPowersOfTen[kNanosecondDigits - unitDigits];
   if (!rest.empty() && rest.front() == decimalMark) {
     rest.remove_prefix(1);
     unsigned left = kNanosecondDigits - unitDigits;
@@ -89,7 +51,7 @@ std::optional<kit::Instant> CountedTime(std::string_view text, unsigned unitDigi
     for (; !rest.empty() && IsDigit(rest.front()); rest.remove_prefix(1)) {
       hasDigits = true;
       if (left != 0) {
-        nanoseconds += static_cast<std::uint64_t>(rest.front() - '0') * kPowers[--left];
+        nanoseconds += static_cast<std::uint64_t>(rest.front() - '0') * kPowersOfTen[--left];
       }
     }
     nanoseconds += rounds ? 1 : 0;
@@ -103,10 +65,8 @@ std::optional<kit::Instant> CountedTime(std::string_view text, unsigned unitDigi
 }
 
 std::optional<kit::Instant> TimeOf(Row const& row, TimeForm const& form, eDateOrder order) {
-  std::optional<kit::Instant> const time = row.isBroken ? std::nullopt : ReadTime(row, form, order);
-  // What rounding takes beyond the last second of all is not worth a digit.
-  bool const canBeWritten = time && time->seconds >= kFirstSecond && time->seconds < kit::detail::kLastSecond;
-  return canBeWritten ? time : std::nullopt;
+  kit::Instant time;
+  return RowTimes(form, order).read(row, time) ? std::optional<kit::Instant>(time) : std::nullopt;
 }
 
 std::string NameOf(TimeForm const& form) {

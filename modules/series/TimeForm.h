@@ -44,6 +44,9 @@ std::optional<kit::Instant> TimeOf(Row const& row, TimeForm const& form, eDateOr
 /// A count of units from 1970-01-01T00:00:00Z, to the nanosecond.
 std::optional<kit::Instant> CountedTime(std::string_view text, unsigned unitDigits, char decimalMark);
 
+/// The same of a number that was read when its cell was cut; false for others, and for more digits than nanoseconds.
+inline bool CountedTimeOfCell(Cell const& cell, unsigned unitDigits, kit::Instant& time);
+
 /// Like "ISO 8601" or "milliseconds from 1970-01-01".
 std::string NameOf(TimeForm const& form);
 
@@ -53,5 +56,33 @@ unsigned DigitsOf(kit::Instant const& instant);
 /// Digits with which readers can tell moments apart that lie within so many seconds: they keep times as fractions of
 /// 32 bits from the first one on.
 unsigned DigitsWithin(std::int64_t seconds);
+
+/// seconds, nanoseconds  of a time on one side or the other of 1970.
+inline kit::Instant MakeCountedInstant(bool isNegative, std::int64_t seconds, std::int32_t nanoseconds) {
+  constexpr std::int32_t kSecond = 1000000000;
+  if (!isNegative) {
+    return {seconds, nanoseconds};
+  }
+  return nanoseconds == 0 ? kit::Instant{-seconds, 0} : kit::Instant{-seconds - 1, kSecond - nanoseconds};
+}
+
+inline bool CountedTimeOfCell(Cell const& cell, unsigned unitDigits, kit::Instant& time) {
+  constexpr unsigned kNanosecondDigits = 9;
+  unsigned const left = kNanosecondDigits - unitDigits;
+  if (!cell.plain.isThere() || cell.plain.fraction > left) {
+    return false;
+  }
+  char const* const start = cell.text.data();
+  std::uint64_t seconds = cell.plain.whole(start);
+  std::uint64_t nanoseconds = cell.plain.behindMark(start) * kPowersOfTen[left - cell.plain.fraction];
+  if (unitDigits != 0) {
+    std::uint64_t const unit = kPowersOfTen[unitDigits];
+    nanoseconds += seconds % unit * kPowersOfTen[left];
+    seconds /= unit;
+  }
+  time = MakeCountedInstant(cell.plain.isNegative, static_cast<std::int64_t>(seconds),
+                            static_cast<std::int32_t>(nanoseconds));
+  return true;
+}
 
 }  // namespace senmark_series
