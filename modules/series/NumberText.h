@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "Row.h"
+#include "senmark/module/Number.h"
 
 namespace senmark_series {
 
@@ -54,6 +55,12 @@ inline NumberShape ShapeOfCell(Cell const& cell, char decimalMark) {
   shape.isTiny =
       cell.plain.startsWithZeroes(cell.text.data()) && IsTiny(cell.plain.digits(cell.text.data()), cell.plain.fraction);
   return shape;
+}
+
+/// Of a cell whose number is there.
+inline senmark::kit::Decimal DecimalOf(Cell const& cell) {
+  auto const digits = static_cast<std::int64_t>(cell.plain.digits(cell.text.data()));
+  return {cell.plain.isNegative ? -digits : digits, cell.plain.fraction};
 }
 
 inline std::optional<double> NumberOfCell(Cell const& cell, char decimalMark) {

@@ -58,7 +58,9 @@ Target MakeTarget(Survey const& survey, std::size_t index, kit::Group& group) {
 
 void AddCell(Target const& target, kit::Moment const& time, Cell const& cell, char decimalMark) {
   if (target.numbers != nullptr) {
-    if (std::optional<double> const value = NumberOfCell(cell, decimalMark)) {
+    if (cell.plain.isThere()) {
+      target.numbers->add(time, DecimalOf(cell));
+    } else if (std::optional<double> const value = ToNumber(cell.text, decimalMark)) {
       target.numbers->add(time, *value);
     }
   } else if (!cell.text.empty()) {

@@ -1,6 +1,8 @@
 /// Names for nodes, made from any text.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -128,7 +130,8 @@ inline bool BracketsNest(std::string_view text) {
 inline void AppendSampleText(std::string_view text, std::string& clean) {
   std::size_t const start = clean.size();
   AppendUtf8(text, clean);
-  if (clean.find_first_of("\"[]", start) == std::string::npos) {
+  auto const isSpecial = [](char character) { return character == '"' || character == '[' || character == ']'; };
+  if (std::none_of(clean.begin() + static_cast<std::ptrdiff_t>(start), clean.end(), isSpecial)) {
     return;
   }
   std::string const counted = clean.substr(start);

@@ -127,7 +127,7 @@ class Output {
     if (!detail::CanBeWritten(key)) {
       throw Refused("a year that has not four digits");
     }
-    return Moment(key);
+    return Moment(key, mClock.at(key));
   }
 
   /// The top of the tree.
@@ -198,6 +198,7 @@ class Output {
   detail::StreamRoom mRoom;
   Registration mRegistration;
   std::string mPath;
+  mutable detail::Clock mClock;  ///< of the moments that it gives
   MatchNames mNames;
   detail::Held<SK_PLUGIN::ITdjsonRoot_v1> mRoot;
   std::unique_ptr<Group> mTop;

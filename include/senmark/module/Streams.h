@@ -103,8 +103,9 @@ class Moment {
   friend class Stream;
 
   friend class NumberStream;
+  friend class TextStream;
 
-  explicit Moment(detail::SampleKey const& key) : mKey(key), mClockTime(detail::Clock().at(key)) {}
+  Moment(detail::SampleKey const& key, detail::ClockTime const& time) : mKey(key), mClockTime(time) {}
 
   detail::SampleKey mKey;
   detail::ClockTime mClockTime;
@@ -386,8 +387,13 @@ class TextStream : public Stream {
     // Kept from text to text, so that its memory is.
     mClean.clear();
     detail::AppendSampleText(text, mClean);
-    Require(EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
-    Add(KeyOf(time), mClean);
+    Require(mClean.size() <= kLongest / 2 || EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
+    detail::SampleKey const key = KeyOf(time);
+    if constexpr (std::is_same_v<Time, Moment>) {
+      Add(key, mClean, [&] { Write([&](void* result) { return AddTo(time.mClockTime, mClean, result); }); });
+    } else {
+      Add(key, mClean);
+    }
   }
 
  private:
@@ -424,10 +430,11 @@ class TextStream : public Stream {
         [&](TimeCode const& time, void* result) {
           return mNode->addSampleSMPTE(time.hours, time.minutes, time.seconds, time.frames, mPassed.c_str(), result);
         },
-        [&](detail::ClockTime const& time, void* result) {
-          return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
-                                     time.fraction, mPassed.c_str(), result);
-        });
+        [&](detail::ClockTime const& time, void* result) { return AddTo(time, mPassed, result); });
+  }
+  bool AddTo(detail::ClockTime const& time, std::string const& text, void* result) const {
+    return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
+                               time.fraction, text.c_str(), result);
   }
   SK_PLUGIN::ITdjsonDynamicData_v1* Node() const override { return mNode.get(); }
 

@@ -1,5 +1,6 @@
 #include "SK_SampleTimeText.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "SK_NumberAnalysis.h"
@@ -24,29 +25,63 @@ int RestOf(SK_DateTimeUTC const& time) {
   return time.fraction;
 }
 
-// Without a decision for each field: nearly all of them are the same nearly always.
-bool AreInOneSecond(SK_DateTimeSMPTE const& a, SK_DateTimeSMPTE const& b) {
-  return ((a.seconds ^ b.seconds) | (a.minutes ^ b.minutes) | (a.hours ^ b.hours)) == 0;
+// What a clock shows, with two digits each if it can.
+struct Clock {
+  int hours;
+  int minutes;
+  int seconds;
+};
+Clock ClockOf(SK_DateTimeSMPTE const& time) {
+  return {time.hours, time.minutes, time.seconds};
 }
-bool AreInOneSecond(SK_DateTimeUTC const& a, SK_DateTimeUTC const& b) {
-  return ((a.second ^ b.second) | (a.minute ^ b.minute) | (a.hour ^ b.hour) | (a.day ^ b.day) | (a.month ^ b.month) |
-          (a.year ^ b.year) | (a.offsetSign ^ b.offsetSign) | (a.offsetHour ^ b.offsetHour) |
-          (a.offsetMinute ^ b.offsetMinute)) == 0;
+Clock ClockOf(SK_DateTimeUTC const& time) {
+  return {time.hour, time.minute, time.second};
 }
 
-// The text that was made last. Few samples begin a new second, and many streams get a sample at the same time.
+// Without a decision for each field: nearly all of them are the same nearly always.
+bool AreEqual(Clock const& a, Clock const& b) {
+  return ((a.seconds ^ b.seconds) | (a.minutes ^ b.minutes) | (a.hours ^ b.hours)) == 0;
+}
+bool AreOnOneDay(SK_DateTimeSMPTE const& /*a*/, SK_DateTimeSMPTE const& /*b*/) {
+  return true;
+}
+bool AreOnOneDay(SK_DateTimeUTC const& a, SK_DateTimeUTC const& b) {
+  return ((a.day ^ b.day) | (a.month ^ b.month) | (a.year ^ b.year) | (a.offsetSign ^ b.offsetSign) |
+          (a.offsetHour ^ b.offsetHour) | (a.offsetMinute ^ b.offsetMinute)) == 0;
+}
+
+// The text that was made last. Few samples begin a new day, and many streams get a sample at the same time.
 template <typename Time>
 struct LastText {
+  static constexpr std::size_t kNoClock = ~std::size_t{0};
+
   Time time;
-  std::size_t length;  // 0: none
+  std::size_t length;   // 0: none
+  std::size_t clockAt;  // where the hours stand
   std::size_t restAt;
   unsigned short digits;            // of the rest; 0 if it has no place in the text
   char text[SK_TimeTail::kPadded];  // with zeroes behind it
 
   std::string_view View() const { return std::string_view(text, length); }
 
+  // Puts the time of day into the text. False, with the text as it was, for one of other than two digits each, and for
+  // a text that has others.
+  bool ReplaceClock(Clock const& clock) {
+    constexpr unsigned kEnd = 100;
+    auto const hours = static_cast<unsigned>(clock.hours);
+    auto const minutes = static_cast<unsigned>(clock.minutes);
+    auto const seconds = static_cast<unsigned>(clock.seconds);
+    if (clockAt == kNoClock || hours >= kEnd || minutes >= kEnd || seconds >= kEnd) {
+      return false;
+    }
+    PutTwoDigits(text + clockAt, hours);
+    PutTwoDigits(text + clockAt + 3, minutes);
+    PutTwoDigits(text + clockAt + 6, seconds);
+    return true;
+  }
+
   // Puts what stands behind the second into the text. False, with that text lost, for a value that does not fit.
-  bool Replace(int value) {
+  bool ReplaceRest(int value) {
     unsigned rest = static_cast<unsigned>(value);
     char* const first = text + restAt;
     for (char* digit = first + digits; digit != first;) {
@@ -59,6 +94,12 @@ struct LastText {
     }
     return true;
   }
+
+ private:
+  static void PutTwoDigits(char* out, unsigned value) {
+    out[0] = static_cast<char>('0' + value / 10);
+    out[1] = static_cast<char>('0' + value % 10);
+  }
 };
 
 // Of the thread, so that streams share it although nothing is locked.
@@ -68,19 +109,24 @@ LastText<Time>& Last() {
   return last;
 }
 
-// The text of the time if it is the last one, or in the same second; else an empty one.
+// The text of the time if it is the last one, or one of the same day; else an empty one.
 template <typename Time>
 std::string_view TextFromLast(Time const& time, unsigned short length, unsigned short digits) {
   LastText<Time>& last = Last<Time>();
-  if (last.length != length || last.digits != digits || length == 0 || !AreInOneSecond(time, last.time)) {
+  if (last.length != length || last.digits != digits || length == 0 || !AreOnOneDay(time, last.time)) {
     return std::string_view();
   }
-  if (digits != 0 && RestOf(time) != RestOf(last.time)) {
-    if (!last.Replace(RestOf(time))) {
+  if (!AreEqual(ClockOf(time), ClockOf(last.time))) {
+    if (!last.ReplaceClock(ClockOf(time))) {
       return std::string_view();
     }
-    last.time = time;
+  } else if (digits == 0 || RestOf(time) == RestOf(last.time)) {
+    return last.View();
   }
+  if (digits != 0 && !last.ReplaceRest(RestOf(time))) {
+    return std::string_view();
+  }
+  last.time = time;
   return last.View();
 }
 
@@ -97,7 +143,7 @@ std::string_view SK_SampleTimeText::Make(SK_DateTimeSMPTE const& time) {
   }
   mText.clear();
   serializeTimeSMPTE(mText, time.hours, time.minutes, time.seconds, time.frames, digits);
-  return Keep(time, kLengthBeforeFrames, digits);
+  return Keep(time, 0, kLengthBeforeFrames, digits);
 }
 
 std::string_view SK_SampleTimeText::Make(SK_DateTimeUTC const& time) {
@@ -108,12 +154,13 @@ std::string_view SK_SampleTimeText::Make(SK_DateTimeUTC const& time) {
   mText.clear();
   serializeTimeUTC(mText, time.year, time.month, time.day, time.hour, time.minute, time.second, time.offsetSign,
                    time.offsetHour, time.offsetMinute, time.fraction, mUTCPrecision);
-  return Keep(time, mText.find('.') + 1, mUTCPrecision);
+  return Keep(time, mText.find('T') + 1, mText.find('.') + 1, mUTCPrecision);
 }
 
 // `mText` is the text of the time.
 template <typename Time>
-std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t restAt, unsigned short digits) {
+std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, std::size_t restAt,
+                                         unsigned short digits) {
   if (mText.size() != mTimeLength) {
     return std::string_view();
   }
@@ -123,6 +170,10 @@ std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t restAt, u
   LastText<Time>& last = Last<Time>();
   last.time = time;
   last.length = mText.size();
+  Clock const clock = ClockOf(time);
+  bool const isPlain = std::max({clock.hours, clock.minutes, clock.seconds}) < 100 &&
+                       std::min({clock.hours, clock.minutes, clock.seconds}) >= 0;
+  last.clockAt = isPlain ? clockAt : LastText<Time>::kNoClock;
   last.restAt = restAt;
   last.digits = digits;
   std::memset(last.text, 0, sizeof(last.text));

@@ -32,7 +32,7 @@ class SK_SampleTimeText {
 
  private:
   template <typename Time>
-  std::string_view Keep(Time const& time, std::size_t restAt, unsigned short digits);
+  std::string_view Keep(Time const& time, std::size_t clockAt, std::size_t restAt, unsigned short digits);
 
   std::string mText;  // kept for its memory
   bool mTimeCodeUsed;
