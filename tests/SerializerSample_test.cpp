@@ -8,12 +8,14 @@
 #include <string>
 
 #include "FailingMemory.h"
+#include "NumberTexts.h"
 
 namespace SK_PLUGIN {
 namespace {
 
 using ns_sensor::SK_NumberPattern;
 using ns_sensor::SK_StringProperties;
+using senmark_test::PaddedStepByStep;
 
 SK_NumberPattern Pattern(std::uint64_t digitsInteger, std::uint64_t digitsDecimal, bool isSigned) {
   SK_NumberPattern pattern;
@@ -100,27 +102,6 @@ Padding const kPaddings[] = {
 
 INSTANTIATE_TEST_SUITE_P(SerializerSample, PaddedNumber, testing::ValuesIn(kPaddings),
                          [](auto const& row) { return std::string(row.param.name); });
-
-/// The steps of padding, one after the other, on a text of its own.
-std::string PaddedStepByStep(std::string text, SK_NumberPattern const& pattern) {
-  std::size_t const signs = text.substr(0, 1) == "-" ? 1 : 0;
-  std::size_t const point = text.find('.');
-  std::size_t decimals = 0;
-  std::size_t integers = text.size() - signs;
-  if (point != std::string::npos) {
-    decimals = text.size() - point - 1;
-    integers = text.size() - decimals - signs - 1;
-  } else if (pattern.digitsDecimal != 0) {
-    text += '.';
-  }
-  for (; integers < pattern.digitsInteger; ++integers) {
-    text.insert(signs, "0");
-  }
-  for (; decimals < pattern.digitsDecimal; ++decimals) {
-    text += '0';
-  }
-  return pattern.isSigned && signs == 0 ? '+' + text : text;
-}
 
 TEST(SerializerSample, AnyTextIsPaddedStepByStep) {
   std::mt19937 random(5);
