@@ -228,7 +228,7 @@ TEST_P(FailingSet, LeavesTheFileAsItWas) {
   }
 }
 
-// Three samples of over half a mebibyte: the first fits beside the set's head, each further one takes an append.
+// Three samples of over half a mebibyte: each one takes an append, and so does the end of the set.
 Step const kSetSteps[] = {
     {"Open", senmark_test::kOpen, EMFILE, 0, 1006},
     {"OpenWithoutPermission", senmark_test::kOpen, EACCES, 0, 1013},
@@ -237,8 +237,8 @@ Step const kSetSteps[] = {
     {"Write", senmark_test::kWrite, EIO, 0, 1055},
     {"WriteInTheMiddleToFullDisk", senmark_test::kWrite, ENOSPC, 1, 1034},
     {"WriteInTheMiddle", senmark_test::kWrite, EIO, 1, 1055},
-    {"WriteTheLastToFullDisk", senmark_test::kWrite, ENOSPC, 2, 1034},
-    {"WriteTheLast", senmark_test::kWrite, EIO, 2, 1055},
+    {"WriteTheLastToFullDisk", senmark_test::kWrite, ENOSPC, 3, 1034},
+    {"WriteTheLast", senmark_test::kWrite, EIO, 3, 1055},
     {"Close", senmark_test::kClose, EIO, 0, 1008},
 };
 
@@ -272,7 +272,7 @@ void PrintTo(Appends const& row, std::ostream* out) {
 
 class SetAppends : public SerializerFailures, public testing::WithParamInterface<Appends> {};
 
-TEST_P(SetAppends, AreAsLargeAsTheyMayBe) {
+TEST_P(SetAppends, GoOutOnceThereIsEnough) {
   Appends const& row = GetParam();
   mSerializer.serializeVersionToFile();
   std::size_t expected = File().size();
@@ -294,12 +294,13 @@ TEST_P(SetAppends, AreAsLargeAsTheyMayBe) {
 // A set begins with the 53 bytes of ,"dataDynamicSamples":[{"sampleSetID":"a","samples":[ and ends with ]}. A sample
 // is its digits and the 24 bytes of {"time":"T1","value":""}, and a comma if it is not the first.
 Appends const kAppends[] = {
-    {"OneByteBelowTheLimit", 1, 1048498, {1048577}},
-    {"AtTheLimit", 1, 1048499, {1048578}},
-    {"OneByteAboveTheLimit", 1, 1048500, {53, 1048526}},
-    {"FarAboveTheLimit", 2, 3000000, {53, 3000024, 3000027}},
-    {"TwoAtTheLimit", 2, 524237, {1048578}},
-    {"TwoAbove", 2, 524238, {524315, 524265}},
+    {"OneByteBelowTheLimit", 1, 262066, {262145}},
+    {"AtTheLimit", 1, 262067, {262144, 2}},
+    {"OneByteAboveTheLimit", 1, 262068, {262145, 2}},
+    {"FarAboveTheLimit", 2, 3000000, {3000077, 3000025, 2}},
+    {"TwoBelow", 2, 131020, {262144}},
+    {"TwoAtTheLimit", 2, 131021, {262144, 2}},
+    {"ThirdBehindTheLimit", 3, 131021, {262144, 131048}},
     {"Small", 3, 2, {53 + 26 + 27 + 27 + 2}},
 };
 
@@ -514,11 +515,11 @@ TEST_F(SerializerFailures, SampleThatLacksMemoryBesideTheOthersGoesOutAlone) {
   dump.WriteSample("T1", "7");
   dump.WriteSample("T2", "8");
   ns_sensor::SK_NumberProperties properties;
-  properties.pattern = {500000, 0, false};
+  properties.pattern = {130000, 0, false};
   mSerializer.serializeVersionToFile();
   std::string const expected =
       File() + R"(,"dataDynamicSamples":[{"sampleSetID":"a","samples":[{"time":"T1","value":")" +
-      std::string(499999, '0') + R"(7"},{"time":"T2","value":")" + std::string(499999, '0') + R"(8"}]})";
+      std::string(129999, '0') + R"(7"},{"time":"T2","value":")" + std::string(129999, '0') + R"(8"}]})";
   // The buffer's first memory is enough for the head of the set, the second for one sample; the third fails.
   FailingMemory const memory(3);
   FailingCall const noThirdWrite(senmark_test::kWrite, EIO, 2);

@@ -200,7 +200,7 @@ TYPED_TEST(EveryDynamicNode, FrameNumberThatIsTooLongIsNotTaken) {
 /// Fills a node until its samples no longer fit in memory and the disk is asked for.
 template <typename Node>
 bool FillUntilRefused(Node& node, SK_PluginResult& result) {
-  for (int count = 0; count < 100'000; ++count) {
+  for (int count = 0; count < 200'000; ++count) {
     if (!Add(node, TimeCode(count % 2500), result)) {
       return true;
     }
@@ -238,7 +238,7 @@ TYPED_TEST(EveryDynamicNode, SamplesBeyondOneMebibyteComeBackFromTheDisk) {
   std::shared_ptr<TypeParam> const node = this->template Make<TypeParam>();
   SK_PluginResult result;
   std::string samples;
-  for (int index = 0; index < 90'000; ++index) {
+  for (int index = 0; index < 150'000; ++index) {
     ASSERT_TRUE(Add(*node, TimeCode(index % 1000), result));
     int const second = index % 1000 / 25;
     int const frame = index % 25;
@@ -344,7 +344,7 @@ TYPED_TEST(EveryDynamicNode, SamplesBehindTheCommitReachNoFile) {
   EXPECT_TRUE(Add(*node, TimeCode(0), result));
   EXPECT_TRUE(node->Commit());
   std::string const before = this->FileText();
-  for (int index = 0; index < 90'000; ++index) {
+  for (int index = 0; index < 150'000; ++index) {
     ASSERT_TRUE(Add(*node, TimeCode(index % 1000), result));
   }
   EXPECT_FALSE(node->Commit());

@@ -205,6 +205,8 @@ void SK_DumpSamplesUtils::FlushBufferToFile() {
   FreeBuffer();
   mHasBufferData = false;
   mHasFileData = true;
+  // The next buffer begins with a whole time, so that it can be read also if the file lost its end.
+  mLastWritten.Reset(mTimeLength);
 }
 
 void SK_DumpSamplesUtils::ExecBeforeRead() {

@@ -1,0 +1,427 @@
+// Samples that wait with what is new in their times: as numbers do.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <new>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "FailingCalls.h"
+#include "FailingMemory.h"
+#include "SK_DumpSamplesUtils.h"
+#include "SK_PluginException.h"
+#include "TempFolder.h"
+
+namespace SK_PLUGIN {
+namespace {
+
+namespace fs = std::filesystem;
+
+using senmark_test::CountOpenDescriptors;
+using senmark_test::FailingCall;
+using senmark_test::FailingMemory;
+using senmark_test::FileSizeLimit;
+using senmark_test::TempFolder;
+
+constexpr std::size_t kLimit = 1048576;
+constexpr std::size_t kRoom = SK_DumpSamplesUtils::kPutRoom;
+constexpr auto kShortened = SK_DumpSamplesUtils::eTimes::kShortened;
+
+using Random = std::mt19937;
+using Sample = std::pair<std::string, std::string>;
+using Samples = std::vector<Sample>;
+
+/// The next time: now and then all of it is new, mostly its end, and sometimes nothing.
+std::string NextTime(std::string time, Random& random) {
+  if (!time.empty()) {
+    std::size_t const changed = random() % 20 == 0 ? time.size() : random() % std::min<std::size_t>(time.size() + 1, 4);
+    for (std::size_t i = 0; i != changed; ++i) {
+      time[time.size() - 1 - i] = static_cast<char>('0' + random() % 10);
+    }
+  }
+  return time;
+}
+
+/// Its length and its first bytes tell which one it is.
+std::string Value(std::size_t i, std::size_t size) {
+  std::string value = std::to_string(i) + ' ';
+  value.resize(size, static_cast<char>('a' + i % 26));
+  return value;
+}
+
+/// Samples with values of sizes that `sizeOf` gives.
+template <typename SizeOf>
+Samples MakeSamples(std::size_t count, std::size_t timeLength, SizeOf&& sizeOf) {
+  Random random(static_cast<unsigned>(count + timeLength));
+  Samples samples;
+  std::string time(timeLength, '0');
+  for (std::size_t i = 0; i != count; ++i) {
+    time = NextTime(time, random);
+    samples.emplace_back(time, Value(i, sizeOf(i, random)));
+  }
+  return samples;
+}
+
+/// Writes the sample as the nodes do, without memory of its own. All of the room that a value has is written to, with
+/// what it does not take too.
+void Put(SK_DumpSamplesUtils& dump, Sample const& sample) {
+  std::string const& value = sample.second;
+  char time[SK_TimeTail::kPadded] = {};
+  std::string_view const timeText(time, sample.first.copy(time, sizeof(time)));
+  if (value.size() > kRoom) {
+    dump.WriteSample(timeText, value);
+    return;
+  }
+  dump.PutSample(timeText, [&](char* out) {
+    std::memset(out, 0xEE, kRoom);
+    return std::copy(value.begin(), value.end(), out);
+  });
+}
+
+void PutAll(SK_DumpSamplesUtils& dump, Samples const& samples) {
+  for (Sample const& sample : samples) {
+    Put(dump, sample);
+  }
+}
+
+Samples ReadAll(SK_DumpSamplesUtils& dump) {
+  Samples samples;
+  std::string_view time;
+  std::string_view value;
+  while (dump.ReadSample(time, value)) {
+    samples.emplace_back(time, value);
+  }
+  return samples;
+}
+
+class DumpSamplesShortened : public testing::Test {
+ protected:
+  ~DumpSamplesShortened() override {
+    mDump.reset();
+    EXPECT_EQ(mFolder.TempNames(), "");
+    EXPECT_EQ(CountOpenDescriptors(), mDescriptors);
+  }
+
+  void Begin(std::size_t timeLength) {
+    mDump = std::make_unique<SK_DumpSamplesUtils>();
+    mDump->SetTimeLength(static_cast<unsigned short>(timeLength), kShortened);
+  }
+  std::string TempFile() const {
+    auto const first = fs::directory_iterator(mFolder.TempPath());
+    return first == fs::directory_iterator() ? std::string() : first->path().string();
+  }
+  std::size_t TempSize() const { return TempFile().empty() ? 0 : fs::file_size(TempFile()); }
+  /// Puts them all, and gives how many of them were there when the file was made.
+  std::size_t PutAndCount(Samples const& samples) const {
+    std::size_t inFile = 0;
+    for (Sample const& sample : samples) {
+      Put(*mDump, sample);
+      inFile += TempFile().empty() ? 1 : 0;
+    }
+    return inFile;
+  }
+
+  TempFolder mFolder;
+  std::size_t mDescriptors = CountOpenDescriptors();
+  std::unique_ptr<SK_DumpSamplesUtils> mDump;
+};
+
+class DumpWithTimesOf : public DumpSamplesShortened, public testing::WithParamInterface<std::size_t> {};
+
+// In memory, at the edges of a buffer that grows.
+TEST_P(DumpWithTimesOf, ValuesOfEverySizeComeBack) {
+  for (std::size_t size = 0; size <= kRoom + 8; ++size) {
+    Begin(GetParam());
+    Samples const samples = MakeSamples(60, GetParam(), [&](std::size_t, Random&) { return size; });
+    PutAll(*mDump, samples);
+    ASSERT_EQ(TempFile(), "");
+    ASSERT_TRUE(ReadAll(*mDump) == samples) << size;
+  }
+}
+
+TEST_P(DumpWithTimesOf, ValuesOfManySizesComeBackFromFileAndBuffer) {
+  Begin(GetParam());
+  Samples const samples = MakeSamples(40000, GetParam(), [](std::size_t i, Random& random) {
+    return i % 1000 == 999 ? random() % 65536 : i % 100 == 99 ? kRoom - 2 + random() % 5 : random() % 160;
+  });
+  PutAll(*mDump, samples);
+  EXPECT_GT(TempSize(), 2 * kLimit);
+  EXPECT_TRUE(ReadAll(*mDump) == samples);
+  EXPECT_EQ(ReadAll(*mDump), Samples());
+}
+
+TEST_P(DumpWithTimesOf, ClearedDumpBeginsWithAWholeTime) {
+  Samples const samples = MakeSamples(20000, GetParam(), [](std::size_t i, Random&) { return 60 + i % 80; });
+  std::size_t const last = samples.size() - 1;
+  for (std::size_t const written : {std::size_t{1}, std::size_t{50}, last}) {
+    for (std::size_t const read : {std::size_t{0}, std::size_t{1}, written / 2, written}) {
+      Begin(GetParam());
+      PutAll(*mDump, Samples(samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(written)));
+      std::string_view time;
+      std::string_view value;
+      for (std::size_t i = 0; i != read; ++i) {
+        ASSERT_TRUE(mDump->ReadSample(time, value));
+      }
+      mDump->ClearDump();
+      EXPECT_FALSE(mDump->ReadSample(time, value));
+      mDump->ClearDump();
+      // The time that was written last comes first.
+      Samples again = {{samples[written - 1].first, "first"}};
+      again.insert(again.end(), samples.begin(), samples.begin() + 100);
+      PutAll(*mDump, again);
+      EXPECT_TRUE(ReadAll(*mDump) == again) << written << ' ' << read;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, DumpWithTimesOf, testing::Values(0, 1, 7, 8, 11, 16, 17, 20, 24, 31, 32, 33, 40),
+                         [](auto const& length) { return "Of" + std::to_string(length.param) + "Bytes"; });
+
+// A first record with all of its time, and then others with as much as is new.
+TEST_F(DumpSamplesShortened, RecordsHoldWhatIsNewInTheirTimes) {
+  struct Row {
+    std::size_t timeLength;
+    std::size_t recordBytes;  ///< beside the value, of a time whose last character is new
+  };
+  for (Row const& row : {Row{11, 4}, Row{32, 4}, Row{33, 35}, Row{64, 66}}) {
+    Begin(row.timeLength);
+    std::size_t bytes = row.timeLength + 3;
+    std::string time(row.timeLength, '0');
+    for (std::size_t count = 0; TempFile().empty(); ++count) {
+      if (count > 1) {
+        bytes += row.recordBytes + 150;
+      }
+      time.back() = static_cast<char>('0' + count % 10);
+      Put(*mDump, {time, std::string(150, 'v')});
+    }
+    // The first one takes its whole time, and a longer time has no length in front of it.
+    bytes += 150 - (row.timeLength > SK_TimeTail::kLongest ? 1 : 0);
+    EXPECT_EQ(TempSize(), bytes) << row.timeLength;
+    mDump.reset();
+  }
+}
+
+TEST_F(DumpSamplesShortened, TextsStayAsTheyWereBehindTheLast) {
+  Begin(8);
+  Put(*mDump, {"00:00:01", "1"});
+  std::string time;
+  std::string value;
+  mDump->ReadSample(time, value);
+  mDump->ReadSample(time, value);
+  EXPECT_EQ(time, "00:00:01");
+  EXPECT_EQ(value, "1");
+}
+
+// A record larger than a buffer may be: whatever comes behind it still stays within the limit.
+TEST_F(DumpSamplesShortened, RecordLargerThanTheLimitGoesToTheFileWithTheNext) {
+  Begin(11);
+  Samples const small = MakeSamples(3, 11, [](std::size_t, Random&) { return std::size_t{20}; });
+  Put(*mDump, {small[0].first, std::string(16 * 65536, 'x')});
+  EXPECT_EQ(TempSize(), 0u);
+  Put(*mDump, small[1]);
+  EXPECT_EQ(TempSize(), 1 + 11 + 2 + 16 * 65536u);
+}
+
+class CutDump : public DumpSamplesShortened {
+ protected:
+  // Samples that fill the file once, and some that stay in the buffer.
+  CutDump() {
+    mSamples = MakeSamples(12000, 24, [](std::size_t i, Random&) { return 70 + i % 60; });
+    Begin(24);
+    mInFile = PutAndCount(mSamples);
+    mFileSize = TempSize();
+  }
+
+  /// What is read from a dump that is written anew, and whose file `damage` has been at.
+  template <typename Damage>
+  Samples ReadDamaged(Damage&& damage) {
+    Begin(24);
+    PutAll(*mDump, mSamples);
+    damage(TempFile());
+    return ReadAll(*mDump);
+  }
+
+  Samples mSamples;
+  std::size_t mInFile = 0;
+  std::size_t mFileSize = 0;
+};
+
+// What comes is right, and where a record is cut is the end. Between two records nothing shows that some are missing;
+// those in memory are right then too.
+TEST_F(CutDump, NoSampleIsWrongWhereverTheFileEnds) {
+  ASSERT_GT(mInFile, 0u);
+  ASSERT_LT(mInFile, mSamples.size());
+  std::vector<std::size_t> sizes = {1, 2, 26, 27, 28, 4096, 65536, mFileSize / 4096 * 4096};
+  for (std::size_t i = 1; i != 420; ++i) {
+    sizes.push_back(mFileSize - i);
+  }
+  int betweenRecords = 0;
+  for (std::size_t const size : sizes) {
+    Samples const found = ReadDamaged([&](std::string const& file) { fs::resize_file(file, size); });
+    std::size_t right = 0;
+    while (right != found.size() && right != mInFile && found[right] == mSamples[right]) {
+      ++right;
+    }
+    ASSERT_LT(right, mInFile) << size;
+    Samples const others(found.begin() + static_cast<std::ptrdiff_t>(right), found.end());
+    if (!others.empty()) {
+      ASSERT_TRUE(others == Samples(mSamples.begin() + static_cast<std::ptrdiff_t>(mInFile), mSamples.end())) << size;
+      ++betweenRecords;
+    }
+  }
+  EXPECT_GE(betweenRecords, 2);
+}
+
+TEST_F(CutDump, TailThatIsLongerThanTheTimeEndsTheReading) {
+  for (int const tail : {25, 33, 127, 128, 255}) {
+    // Of the second record, behind the first with its whole time.
+    std::streamoff const second = 1 + 24 + 2 + 70;
+    Samples const found = ReadDamaged([&](std::string const& path) {
+      std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+      file.seekp(second);
+      file.put(static_cast<char>(tail));
+    });
+    EXPECT_TRUE(found == Samples({mSamples[0]})) << tail;
+  }
+}
+
+// Nothing is read that is not there, whatever the file holds.
+TEST_F(CutDump, AnyBytesAreReadToAnEnd) {
+  Random random(3);
+  for (int i = 0; i != 100; ++i) {
+    std::size_t const size = i % 2 == 0 ? 1 + random() % 400 : mFileSize;
+    Samples const found = ReadDamaged([&](std::string const& path) {
+      fs::resize_file(path, size);
+      std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+      for (int changes = i % 2 == 0 ? 400 : 20; changes != 0; --changes) {
+        file.seekp(static_cast<std::streamoff>(random() % size));
+        file.put(static_cast<char>(random() % 256));
+      }
+    });
+    for (Sample const& sample : found) {
+      ASSERT_EQ(sample.first.size(), 24u);
+    }
+  }
+}
+
+/// What became of samples that were put one after the other; those that failed were not tried again.
+class Attempts {
+ public:
+  explicit Attempts(Samples const& samples) : mSamples(samples) {
+    mTaken.reserve(samples.size());
+    mCodes.reserve(samples.size());
+  }
+
+  /// Goes on until so many have failed, at most. 1034 is a lack of memory.
+  void Put(SK_DumpSamplesUtils& dump, std::size_t mostFailures) {
+    for (std::size_t const before = mCodes.size(); mNext != mSamples.size() && mCodes.size() - before != mostFailures;
+         ++mNext) {
+      try {
+        SK_PLUGIN::Put(dump, mSamples[mNext]);
+        mTaken.push_back(mNext);
+      } catch (std::bad_alloc const&) {
+        mCodes.push_back(1034);
+      } catch (SK_PluginException const& error) {
+        mCodes.push_back(error.GetErrorCode());
+      }
+    }
+  }
+  Samples Taken() const {
+    Samples taken;
+    for (std::size_t const i : mTaken) {
+      taken.push_back(mSamples[i]);
+    }
+    return taken;
+  }
+  std::vector<int> const& Codes() const { return mCodes; }
+
+ private:
+  Samples const& mSamples;
+  std::size_t mNext = 0;
+  std::vector<std::size_t> mTaken;
+  std::vector<int> mCodes;
+};
+
+// Memory that is short goes to the file, and a sample for which there is none even then leaves the others whole.
+TEST_F(DumpSamplesShortened, SamplesWithoutMemoryLeaveTheOthersWhole) {
+  Samples const samples = MakeSamples(2000, 24, [](std::size_t i, Random&) { return i % 40; });
+  std::size_t refused = 0;
+  std::size_t spilled = 0;
+  for (std::uint64_t const count : {1, 2, 20, 60}) {
+    bool hasFailed = true;
+    for (std::uint64_t first = 1; hasFailed; ++first) {
+      ASSERT_LT(first, 200u);
+      Begin(24);
+      Attempts attempts(samples);
+      {
+        FailingMemory const memory(first, count);
+        attempts.Put(*mDump, samples.size());
+        hasFailed = memory.HasFailed();
+      }
+      refused += attempts.Codes().size();
+      spilled += TempFile().empty() ? 0 : 1;
+      EXPECT_TRUE(ReadAll(*mDump) == attempts.Taken()) << first << ' ' << count;
+    }
+  }
+  EXPECT_GT(refused, 0u);
+  EXPECT_GT(spilled, 0u);
+}
+
+TEST_F(DumpSamplesShortened, FailedWritesLeaveTheOthersWhole) {
+  Samples const samples = MakeSamples(80000, 24, [](std::size_t i, Random&) { return i % 100; });
+  for (std::size_t const limit : {std::size_t{0}, std::size_t{1000}, kLimit / 2, kLimit, kLimit + 5000}) {
+    Begin(24);
+    Attempts attempts(samples);
+    {
+      FileSizeLimit const room(limit);
+      attempts.Put(*mDump, 20);
+    }
+    EXPECT_EQ(attempts.Codes(), std::vector<int>(20, 1055));
+    attempts.Put(*mDump, 1);
+    EXPECT_EQ(attempts.Codes().size(), 20u);
+    EXPECT_TRUE(ReadAll(*mDump) == attempts.Taken()) << limit;
+  }
+}
+
+TEST_F(DumpSamplesShortened, FullDiskIsToldAndLosesNothing) {
+  Samples const samples = MakeSamples(30000, 11, [](std::size_t i, Random&) { return i % 100; });
+  Begin(11);
+  Attempts attempts(samples);
+  {
+    FailingCall const full(senmark_test::kWrite, ENOSPC, 0, 1);
+    attempts.Put(*mDump, samples.size());
+  }
+  EXPECT_EQ(attempts.Codes(), std::vector<int>{1034});
+  EXPECT_TRUE(ReadAll(*mDump) == attempts.Taken());
+}
+
+// Others hold so much that this one spills at 64 KiB: the order and the times are the same.
+TEST_F(DumpSamplesShortened, EarlySpillsKeepOrderAndTimes) {
+  std::vector<std::unique_ptr<SK_DumpSamplesUtils>> others;
+  Samples const large = MakeSamples(kLimit / 256, 24, [](std::size_t, Random&) { return std::size_t{250}; });
+  for (int i = 0; i != 9; ++i) {
+    others.push_back(std::make_unique<SK_DumpSamplesUtils>());
+    others.back()->SetTimeLength(24, kShortened);
+    PutAll(*others.back(), large);
+  }
+  Begin(24);
+  Samples const samples = MakeSamples(20000, 24, [](std::size_t i, Random&) { return i % 100; });
+  PutAll(*mDump, samples);
+  EXPECT_TRUE(ReadAll(*mDump) == samples);
+  for (auto const& other : others) {
+    EXPECT_TRUE(ReadAll(*other) == large);
+  }
+}
+
+}  // namespace
+}  // namespace SK_PLUGIN
