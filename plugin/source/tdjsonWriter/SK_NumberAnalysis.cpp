@@ -176,16 +176,6 @@ void calcSign(double const& value, unsigned char& isSigned) {
   }
 }
 
-void calcOccurringRangeForSet(double const& value, double& min, double& max) {
-  // Two comparisons, both false for a NaN. The first value of a set may change both bounds.
-  if (value < min) {
-    min = value;
-  }
-  if (value > max) {
-    max = value;
-  }
-}
-
 void calcPaddedStringProperties(std::string_view value, unsigned long long& maxLength,
                                 unsigned long long& maxDigitsInLength) {
   unsigned long long const length = value.size();

@@ -23,7 +23,15 @@ void calcNumberPatternForText(std::string_view text, unsigned long long& digitsI
 /// Sets the flag for a value that prints a minus, also for negative zero; never clears it.
 void calcSign(double const& value, unsigned char& isSigned);
 /// Widens the range to hold `value`; a NaN changes nothing.
-void calcOccurringRangeForSet(double const& value, double& min, double& max);
+inline void calcOccurringRangeForSet(double const& value, double& min, double& max) {
+  // Two comparisons, both false for a NaN. The first value of a set may change both bounds.
+  if (value < min) {
+    min = value;
+  }
+  if (value > max) {
+    max = value;
+  }
+}
 /// Raises the length in bytes, and the digits that it takes to write that length.
 void calcPaddedStringProperties(std::string_view value, unsigned long long& maxLength,
                                 unsigned long long& maxDigitsInLength);

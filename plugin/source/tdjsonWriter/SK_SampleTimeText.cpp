@@ -9,13 +9,10 @@
 
 namespace SK_PLUGIN {
 
-namespace {
-
 using ns_sensor::SK_DateTimeSMPTE;
 using ns_sensor::SK_DateTimeUTC;
 
-// Hours, minutes and seconds with two digits each, and the colon behind each.
-constexpr std::size_t kLengthBeforeFrames = 9;
+namespace {
 
 // What stands behind the second: frames, or a fraction.
 int RestOf(SK_DateTimeSMPTE const& time) {
@@ -50,80 +47,56 @@ bool AreOnOneDay(SK_DateTimeUTC const& a, SK_DateTimeUTC const& b) {
           (a.offsetHour ^ b.offsetHour) | (a.offsetMinute ^ b.offsetMinute)) == 0;
 }
 
-// The text that was made last. Few samples begin a new day, and many streams get a sample at the same time.
-template <typename Time>
-struct LastText {
-  static constexpr std::size_t kNoClock = ~std::size_t{0};
-
-  Time time;
-  std::size_t length;   // 0: none
-  std::size_t clockAt;  // where the hours stand
-  std::size_t restAt;
-  unsigned short digits;            // of the rest; 0 if it has no place in the text
-  char text[SK_TimeTail::kPadded];  // with zeroes behind it
-
-  std::string_view View() const { return std::string_view(text, length); }
-
-  // Puts the time of day into the text. False, with the text as it was, for one of other than two digits each, and for
-  // a text that has others.
-  bool ReplaceClock(Clock const& clock) {
-    constexpr unsigned kEnd = 100;
-    auto const hours = static_cast<unsigned>(clock.hours);
-    auto const minutes = static_cast<unsigned>(clock.minutes);
-    auto const seconds = static_cast<unsigned>(clock.seconds);
-    if (clockAt == kNoClock || hours >= kEnd || minutes >= kEnd || seconds >= kEnd) {
-      return false;
-    }
-    PutTwoDigits(text + clockAt, hours);
-    PutTwoDigits(text + clockAt + 3, minutes);
-    PutTwoDigits(text + clockAt + 6, seconds);
-    return true;
-  }
-
-  // Puts what stands behind the second into the text. False, with that text lost, for a value that does not fit.
-  bool ReplaceRest(int value) {
-    unsigned rest = static_cast<unsigned>(value);
-    char* const first = text + restAt;
-    for (char* digit = first + digits; digit != first;) {
-      *--digit = static_cast<char>('0' + rest % 10);
-      rest /= 10;
-    }
-    if (value < 0 || rest != 0) {
-      length = 0;
-      return false;
-    }
-    return true;
-  }
-
- private:
-  static void PutTwoDigits(char* out, unsigned value) {
-    out[0] = static_cast<char>('0' + value / 10);
-    out[1] = static_cast<char>('0' + value % 10);
-  }
-};
-
-// Of the thread, so that streams share it although nothing is locked.
-template <typename Time>
-LastText<Time>& Last() {
-  static thread_local LastText<Time> last = {};
-  return last;
+void PutTwoDigits(char* out, unsigned value) {
+  out[0] = static_cast<char>('0' + value / 10);
+  out[1] = static_cast<char>('0' + value % 10);
 }
 
-// The text of the time if it is the last one, or one of the same day; else an empty one.
+// Puts the time of day into the text. False, with the text as it was, for one of other than two digits each, and for
+// a text that has others.
+template <typename Time>
+bool ReplaceClock(SK_LastTimeText<Time>& last, Clock const& clock) {
+  constexpr unsigned kEnd = 100;
+  auto const hours = static_cast<unsigned>(clock.hours);
+  auto const minutes = static_cast<unsigned>(clock.minutes);
+  auto const seconds = static_cast<unsigned>(clock.seconds);
+  if (last.clockAt == SK_LastTimeText<Time>::kNoClock || hours >= kEnd || minutes >= kEnd || seconds >= kEnd) {
+    return false;
+  }
+  char* const text = last.text + last.clockAt;
+  PutTwoDigits(text, hours);
+  PutTwoDigits(text + 3, minutes);
+  PutTwoDigits(text + 6, seconds);
+  return true;
+}
+
+// Puts what stands behind the second into the text. False, with that text lost, for a value that does not fit.
+template <typename Time>
+bool ReplaceRest(SK_LastTimeText<Time>& last, int value) {
+  unsigned rest = static_cast<unsigned>(value);
+  char* const first = last.text + last.restAt;
+  for (char* digit = first + last.digits; digit != first;) {
+    *--digit = static_cast<char>('0' + rest % 10);
+    rest /= 10;
+  }
+  if (value < 0 || rest != 0) {
+    last.length = 0;
+    return false;
+  }
+  return true;
+}
+
+// Makes the text of a time of the same day of the last one. Empty if that cannot be.
 template <typename Time>
 std::string_view TextFromLast(Time const& time, unsigned short length, unsigned short digits) {
-  LastText<Time>& last = Last<Time>();
+  SK_LastTimeText<Time>& last = SK_LastTimeText<Time>::Get();
   if (last.length != length || last.digits != digits || length == 0 || !AreOnOneDay(time, last.time)) {
     return std::string_view();
   }
-  if (!AreEqual(ClockOf(time), ClockOf(last.time))) {
-    if (!last.ReplaceClock(ClockOf(time))) {
-      return std::string_view();
-    }
-  } else if (digits == 0 || RestOf(time) == RestOf(last.time)) {
-    return last.View();
+  if (!AreEqual(ClockOf(time), ClockOf(last.time)) && !ReplaceClock(last, ClockOf(time))) {
+    return std::string_view();
   }
-  if (digits != 0 && !last.ReplaceRest(RestOf(time))) {
+  if (digits != 0 && !ReplaceRest(last, RestOf(time))) {
     return std::string_view();
   }
   last.time = time;
@@ -135,18 +108,17 @@ std::string_view TextFromLast(Time const& time, unsigned short length, unsigned 
 SK_SampleTimeText::SK_SampleTimeText(TdjsonRootImpl const& root)
     : mTimeCodeUsed(root.IsTimeCodeUsed()), mUTCPrecision(root.GetUTCPrecision()), mTimeLength(root.GetTimeLength()) {}
 
-std::string_view SK_SampleTimeText::Make(SK_DateTimeSMPTE const& time) {
-  unsigned short const digits = static_cast<unsigned short>(mTimeLength - kLengthBeforeFrames);
-  std::string_view const text = TextFromLast(time, mTimeLength, digits);
+std::string_view SK_SampleTimeText::MakeNew(SK_DateTimeSMPTE const& time) {
+  std::string_view const text = TextFromLast(time, mTimeLength, DigitsOf(time));
   if (!text.empty()) {
     return text;
   }
   mText.clear();
-  serializeTimeSMPTE(mText, time.hours, time.minutes, time.seconds, time.frames, digits);
-  return Keep(time, 0, kLengthBeforeFrames, digits);
+  serializeTimeSMPTE(mText, time.hours, time.minutes, time.seconds, time.frames, DigitsOf(time));
+  return Keep(time, 0, kLengthBeforeFrames);
 }
 
-std::string_view SK_SampleTimeText::Make(SK_DateTimeUTC const& time) {
+std::string_view SK_SampleTimeText::MakeNew(SK_DateTimeUTC const& time) {
   std::string_view const text = TextFromLast(time, mTimeLength, mUTCPrecision);
   if (!text.empty()) {
     return text;
@@ -154,28 +126,27 @@ std::string_view SK_SampleTimeText::Make(SK_DateTimeUTC const& time) {
   mText.clear();
   serializeTimeUTC(mText, time.year, time.month, time.day, time.hour, time.minute, time.second, time.offsetSign,
                    time.offsetHour, time.offsetMinute, time.fraction, mUTCPrecision);
-  return Keep(time, mText.find('T') + 1, mText.find('.') + 1, mUTCPrecision);
+  return Keep(time, mText.find('T') + 1, mText.find('.') + 1);
 }
 
 // `mText` is the text of the time.
 template <typename Time>
-std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, std::size_t restAt,
-                                         unsigned short digits) {
+std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, std::size_t restAt) {
   if (mText.size() != mTimeLength) {
     return std::string_view();
   }
   if (mText.size() > SK_TimeTail::kLongest) {
     return mText;
   }
-  LastText<Time>& last = Last<Time>();
+  SK_LastTimeText<Time>& last = SK_LastTimeText<Time>::Get();
   last.time = time;
   last.length = mText.size();
   Clock const clock = ClockOf(time);
   bool const isPlain = std::max({clock.hours, clock.minutes, clock.seconds}) < 100 &&
                        std::min({clock.hours, clock.minutes, clock.seconds}) >= 0;
-  last.clockAt = isPlain ? clockAt : LastText<Time>::kNoClock;
+  last.clockAt = isPlain ? clockAt : SK_LastTimeText<Time>::kNoClock;
   last.restAt = restAt;
-  last.digits = digits;
+  last.digits = DigitsOf(time);
   std::memset(last.text, 0, sizeof(last.text));
   std::memcpy(last.text, mText.data(), mText.size());
   return last.View();

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "SK_LastTimeText.h"
 #include "senmark/SK_Records.h"
 
 namespace SK_PLUGIN {
@@ -27,12 +28,27 @@ class SK_SampleTimeText {
   /// The text of a time of the file's kind, good until the thread makes the next one. Empty for one that does not come
   /// out at the file's length. One of up to `SK_TimeTail::kLongest` bytes stands in memory of
   /// `SK_TimeTail::kPadded` bytes, with zeroes behind it.
-  std::string_view Make(ns_sensor::SK_DateTimeSMPTE const& time);
-  std::string_view Make(ns_sensor::SK_DateTimeUTC const& time);
+  template <typename Time>
+  std::string_view Make(Time const& time) {
+    SK_LastTimeText<Time> const& last = SK_LastTimeText<Time>::Get();
+    bool const isLast = last.length == mTimeLength && last.digits == DigitsOf(time) && AreSame(time, last.time);
+    return isLast ? last.View() : MakeNew(time);
+  }
 
  private:
+  /// Hours, minutes and seconds with two digits each, and the colon behind each.
+  static constexpr unsigned kLengthBeforeFrames = 9;
+
+  // Of what stands behind the second.
+  unsigned short DigitsOf(ns_sensor::SK_DateTimeSMPTE const& /*time*/) const {
+    return static_cast<unsigned short>(mTimeLength - kLengthBeforeFrames);
+  }
+  unsigned short DigitsOf(ns_sensor::SK_DateTimeUTC const& /*time*/) const { return mUTCPrecision; }
+
+  std::string_view MakeNew(ns_sensor::SK_DateTimeSMPTE const& time);
+  std::string_view MakeNew(ns_sensor::SK_DateTimeUTC const& time);
   template <typename Time>
-  std::string_view Keep(Time const& time, std::size_t clockAt, std::size_t restAt, unsigned short digits);
+  std::string_view Keep(Time const& time, std::size_t clockAt, std::size_t restAt);
 
   std::string mText;  // kept for its memory
   bool mTimeCodeUsed;

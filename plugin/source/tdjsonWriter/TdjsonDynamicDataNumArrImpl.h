@@ -13,8 +13,8 @@
 namespace SK_PLUGIN {
 
 class TdjsonDynamicDataNumArrImpl : public virtual ITdjsonDynamicDataNumArr_I,
-                                          public virtual TdjsonDynamicDataImpl,
-                                          public virtual SharedObjectImpl {
+                                    public virtual TdjsonDynamicDataImpl,
+                                    public virtual SharedObjectImpl {
  public:
   /// `SK_PluginException` 2005 without a root under `key`, 2028 if the root has no time base.
   explicit TdjsonDynamicDataNumArrImpl(void* key);
