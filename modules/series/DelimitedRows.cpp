@@ -22,22 +22,22 @@ bool IsLineEnd(char character) {
   return character == '\n' || character == '\r';
 }
 
-/// None where the mark delimits.
-char MarkIn(Dialect const& dialect) {
-  return dialect.decimalMark == dialect.delimiter ? '\0' : dialect.decimalMark;
-}
-
 /// Cells without blanks or quotes around them, which most are.
 ///
 /// Of its own, so that all it needs stays in registers while cells are written.
 class UsualCells {
  public:
-  UsualCells(TextMap::View const& map, char const* start, char const* end, Dialect const& dialect, char mark)
-      : mMap(map), mDelimiter(dialect.delimiter), mQuote(dialect.quote), mMark(mark) {
+  /// Of a row that begins at `start`.
+  UsualCells(TextMap::View const& map, char const* start, char const* end, Dialect const& dialect)
+      : mMap(map),
+        mNumbersEnd(start),
+        mQuote(dialect.quote),
+        mMark(dialect.decimalMark == dialect.delimiter ? '\0' : dialect.decimalMark) {
     // What is part of a number has to be nothing else.
     auto const isPart = [](char character) { return IsDigit(character) || character == '-'; };
-    mReadsNumbers = !isPart(mDelimiter) && !isPart(mQuote) && end - start >= PlainNumber::kReach;
-    mLastNumber = mReadsNumbers ? end - PlainNumber::kReach : start;
+    if (end - start >= PlainNumber::kReach && !isPart(dialect.delimiter) && !isPart(dialect.quote)) {
+      mNumbersEnd = end - PlainNumber::kReach + 1;
+    }
   }
 
   /// Gives the place of the stop behind the cell, null for other cells. It may be a control character that is none.
@@ -48,8 +48,7 @@ class UsualCells {
     }
     unsigned const size = LowestBit(stops);
     PlainNumber number;
-    bool const isNumber =
-        p <= mLastNumber && mReadsNumbers && FindPlainNumber(p, size, mMap.nonDigitsFrom(p), mMark, number);
+    bool const isNumber = p < mNumbersEnd && FindPlainNumber(p, size, mMap.nonDigitsFrom(p), mMark, number);
     if (!isNumber) {
       // Tabs are stops.
       if (size == 0 || *p == ' ' || *p == mQuote || p[size - 1] == ' ') {
@@ -64,17 +63,15 @@ class UsualCells {
 
  private:
   TextMap::View mMap;
-  char const* mLastNumber = nullptr;  ///< where one may begin
-  char mDelimiter;
+  char const* mNumbersEnd;  ///< in front of which they may begin
   char mQuote;
-  char mMark;  ///< of decimals
-  bool mReadsNumbers = false;
+  char mMark;  ///< of decimals; 0, which is a stop, where it delimits
 };
 
 }  // namespace
 
 DelimitedRows::DelimitedRows(TextBuffer& text, Dialect dialect)
-    : mText(text), mDialect(std::move(dialect)), mMark(MarkIn(mDialect)), mMap(mDialect.delimiter) {
+    : mText(text), mDialect(std::move(dialect)), mMap(mDialect.delimiter) {
   mStops['\n'] = true;
   mStops['\r'] = true;
   mStops[static_cast<unsigned char>(mDialect.delimiter)] = true;
@@ -210,7 +207,7 @@ char* DelimitedRows::CutRow(char* start, char* end, Row& row) {
   mDoubled.clear();
   mLinesInRow = 0;
   mLineEnd = nullptr;
-  UsualCells const usual(mMap.view(), start, end, mDialect, mMark);
+  UsualCells const usual(mMap.view(), start, end, mDialect);
   char const delimiter = mDialect.delimiter;
   // Written over those of the row before: most rows have as many.
   Cell* cell = row.cells.data();

@@ -60,7 +60,6 @@ class DelimitedRows : public RowReader {
 
   TextBuffer& mText;
   Dialect mDialect;
-  char mMark;  ///< of decimals, if that can stand in a cell
   TextMap mMap;
   std::array<bool, 256> mStops{};        ///< what ends a bare cell
   std::array<bool, 256> mOtherStarts{};  ///< what lines may begin with that are no rows

@@ -152,10 +152,12 @@ class Surveyor {
     TimeForm const& form = mSurvey.layout.time;
     char const mark = mSurvey.layout.dialect.decimalMark;
     ColumnSurvey* column = mSurvey.columns.data();
-    for (std::size_t i = 0; i != row.cells.size(); ++i, ++column) {
-      if (!form.isTimeColumn(i)) {
-        TakeCell(row.cells[i], mark, *column);
+    std::size_t index = 0;
+    for (Cell const& cell : row.cells) {
+      if (!form.isTimeColumn(index++)) {
+        TakeCell(cell, mark, *column);
       }
+      ++column;
     }
   }
 

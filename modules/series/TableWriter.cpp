@@ -82,9 +82,10 @@ void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Tar
     }
     try {
       kit::Moment const moment = output.moment(time);
+      std::size_t const width = row.cells.size();
       for (Target const& target : targets) {
         // They are in the order of their columns.
-        if (target.column >= row.cells.size()) {
+        if (target.column >= width) {
           break;
         }
         AddCell(target, moment, row.cells[target.column], layout.dialect.decimalMark);
