@@ -46,11 +46,14 @@ TEST(SerializerBuffer, KeepsItsTextWhileItGrows) {
   EXPECT_EQ(buffer.View(), expected);
 }
 
-TEST(SerializerBuffer, TruncateKeepsTheFront) {
+TEST(SerializerBuffer, TruncateKeepsTheFrontAndDropFrontTheRest) {
   SerializerBuffer buffer;
   buffer.Put("0123456789");
   buffer.Truncate(8);
-  EXPECT_EQ(buffer.View(), "01234567");
+  buffer.DropFront(3);
+  EXPECT_EQ(buffer.View(), "34567");
+  buffer.DropFront(5);
+  EXPECT_EQ(buffer.View(), "");
   buffer.Put("new");
   buffer.Clear();
   EXPECT_EQ(buffer.View(), "");

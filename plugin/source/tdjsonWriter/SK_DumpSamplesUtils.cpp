@@ -28,6 +28,9 @@ constexpr std::size_t kBufferLimit = 1048576;
 constexpr std::size_t kProcessLimit = 8 * kBufferLimit;
 constexpr std::size_t kSmallestEarlySpill = 65536;
 
+// Bytes of one write. Systems keep what is written in pieces of its size, and have large ones less at hand.
+constexpr std::size_t kPieceSize = std::size_t{256} << 10;
+
 // Buffers grow by powers of two, from here, and so end at the limit exactly.
 constexpr std::size_t kFirstCapacity = 256;
 
@@ -86,7 +89,7 @@ void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string
 
 void SK_DumpSamplesUtils::WriteSample(std::string_view time, std::string_view value) {
   std::size_t const recordLength = LongestRecord(time, value);
-  if (mBufferSize + recordLength > kBufferLimit) {
+  if (mBufferSize + recordLength > BufferLimit()) {
     FlushBufferToFile();
     AddToBuffer(time, value, false);
     return;
@@ -157,6 +160,11 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   }
 }
 
+// What is written at once anyway need not be collected further once there is a file.
+std::size_t SK_DumpSamplesUtils::BufferLimit() const {
+  return mShortensTimes && mHasFileData ? kPieceSize : kBufferLimit;
+}
+
 // A time that is shortened may turn out to take less.
 std::size_t SK_DumpSamplesUtils::LongestRecord(std::string_view time, std::string_view value) const {
   return (mShortensTimes ? 1 : 0) + time.size() + sizeof(ValueLength) + value.size();
@@ -201,10 +209,13 @@ void SK_DumpSamplesUtils::FlushBufferToFile() {
     }
     AppendBufferToFile();
   });
-  // The memory too: the node may get no further sample, while others need theirs.
-  FreeBuffer();
   mHasBufferData = false;
   mHasFileData = true;
+  mBufferSize = 0;
+  // The memory too: the node may get no further sample, while others need theirs. Not what goes on in small pieces.
+  if (!mShortensTimes || mBufferCapacity > kPieceSize) {
+    FreeBuffer();
+  }
   // The next buffer begins with a whole time, so that it can be read also if the file lost its end.
   mLastWritten.Reset(mTimeLength);
 }
@@ -278,10 +289,13 @@ void SK_DumpSamplesUtils::MakeTempFile() {
 }
 
 void SK_DumpSamplesUtils::AppendBufferToFile() {
-  if (!File_IO::AppendToTempFile(mFileDescriptor, mBuffer.get(), mBufferSize, false)) {
-    int const reason = errno;
-    CutFileBack();
-    File_IO::ThrowWriteFailed(reason);
+  for (std::size_t at = 0; at < mBufferSize; at += kPieceSize) {
+    std::size_t const size = std::min(kPieceSize, mBufferSize - at);
+    if (!File_IO::AppendToTempFile(mFileDescriptor, mBuffer.get() + at, size, false)) {
+      int const reason = errno;
+      CutFileBack();
+      File_IO::ThrowWriteFailed(reason);
+    }
   }
   mFileBytes += static_cast<long long>(mBufferSize);
 }

@@ -109,6 +109,7 @@ class SK_DumpSamplesUtils {
     return true;
   }
   bool ReadAnySample(std::string_view& time, std::string_view& value);
+  std::size_t BufferLimit() const;
   std::size_t LongestRecord(std::string_view time, std::string_view value) const;
   void AddToBuffer(std::string_view time, std::string_view value, bool mayFlush);
   void FlushBufferToFile();

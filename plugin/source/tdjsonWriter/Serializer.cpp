@@ -18,9 +18,9 @@ namespace SK_PLUGIN {
 
 namespace {
 
-/// Samples go to the file once there are so many bytes: few enough to stay in the processor's cache until the system
-/// has taken them.
-constexpr std::size_t kChunkSize = std::size_t{256} << 10;
+/// Samples go to the file in pieces that begin and end at multiples of this, but for the first and the last: whole
+/// pages, and few enough bytes to stay in the processor's cache until the system has taken them.
+constexpr std::size_t kPieceSize = std::size_t{256} << 10;
 
 void serialize_TimeCodeInfo(SerializerBuffer& text, ns_sensor::SK_TimeCodeInfo const& info) {
   JSON_BoolObj(text, "useTimecodeB", true);
@@ -227,6 +227,8 @@ void Serializer::serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtil
   if (!mVersionWritten) {
     serializeVersionToFile();
   }
+  // Where the file ends is known only once there is something to write.
+  mBytesToPieceEnd = kPieceSize;
   SerializerBuffer buffer;
   if (!mSamplesStarted) {
     buffer.Put(R"(,"dataDynamicSamples":[)");
@@ -272,9 +274,10 @@ void Serializer::addToBuffer(SerializerBuffer& buffer, AppendSample const& appen
     buffer.Clear();
     appendSample();
   }
-  if (buffer.Size() >= kChunkSize) {
-    serializeSamplesToFile(buffer.View(), false);
-    buffer.Clear();
+  if (buffer.Size() >= mBytesToPieceEnd) {
+    std::size_t const size = buffer.Size() - (buffer.Size() - mBytesToPieceEnd) % kPieceSize;
+    serializeSamplesToFile(buffer.View().substr(0, size), false);
+    buffer.DropFront(size);
   }
 }
 
@@ -283,9 +286,12 @@ void Serializer::serializeSamplesToFile(std::string_view text, bool last) {
     mFileDescriptor = OpenForAppending(mFilePath);
     if (mSetStartOffset == -1) {
       mSetStartOffset = RunFileStep([&] { return File_IO::Seek(mFileDescriptor, 0, File_IO::kSeekFromEnd); });
+      mLength = mSetStartOffset;
     }
   }
   AppendText(mFileDescriptor, text);
+  mLength += static_cast<std::int64_t>(text.size());
+  mBytesToPieceEnd = kPieceSize - static_cast<std::size_t>(mLength) % kPieceSize;
   if (last) {
     CloseDescriptor(mFileDescriptor);
     mSetStartOffset = -1;

@@ -66,6 +66,8 @@ class Serializer {
   bool mVersionWritten = false;
   bool mSamplesStarted = false;        ///< the array of sets is open and one set is in it
   std::int64_t mSetStartOffset = -1;   ///< length of the file before the set that is being written
+  std::int64_t mLength = 0;            ///< of the file with what of that set has been written
+  std::size_t mBytesToPieceEnd = 0;    ///< of its samples, so many make the next piece
   std::int64_t mHeaderEndOffset = -1;  ///< length of the opening brace and the version
 };
 

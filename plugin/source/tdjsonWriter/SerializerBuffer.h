@@ -24,6 +24,12 @@ class SerializerBuffer {
   /// Keeps the first `size` bytes.
   void Truncate(std::size_t size) { mSize = size; }
 
+  /// Takes the first `count` bytes away.
+  void DropFront(std::size_t count) {
+    mSize -= count;
+    std::memmove(mText.get(), mText.get() + count, mSize);
+  }
+
   /// Appends `count` bytes, which the caller has to fill at the address that is returned.
   char* Grow(std::size_t count) {
     if (count > mCapacity - mSize) {
