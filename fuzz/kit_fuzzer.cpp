@@ -417,8 +417,11 @@ class Conversion {
     bool const isEarlier = stream.format.order == kit::eOrder::kAsGiven && place && !stream.samples.empty() &&
                            *place < stream.samples.back().place;
     bool const isGivenBadFrame = stream.format.order == kit::eOrder::kAsGiven && place && IsBadFrame(*place);
-    bool const isRefused = IsRefused([&] { Add(stream, time, sample); });
-    Require(isRefused == (!isGap && (isBad || !place || stream.isFinished || isEarlier || isGivenBadFrame)));
+    // Worked out for all streams, a moment is looked at before what it is for.
+    bool const isMoment = !time.isFrame && mBase->isGmt() && mScript.Below(2) != 0;
+    bool const isRefused = IsRefused([&] { Add(stream, time, isMoment, sample); });
+    bool const isBadSample = isBad || !place || stream.isFinished || isEarlier || isGivenBadFrame;
+    Require(isRefused == ((isMoment && !place) || (!isGap && isBadSample)));
     if (!isRefused && !isGap) {
       sample.place = *place;
       mHasBadFrame = mHasBadFrame || IsBadFrame(*place);
@@ -428,13 +431,13 @@ class Conversion {
     return !isRefused;
   }
 
-  void Add(StreamCase& stream, Time const& time, Expected const& sample) {
+  void Add(StreamCase& stream, Time const& time, bool isMoment, Expected const& sample) {
     if (time.isFrame) {
       AddAt(stream, time.frame, sample);
-    } else if (mScript.Below(2) == 0 || !mBase->isGmt()) {
-      AddAt(stream, time.instant, sample);
-    } else {
+    } else if (isMoment) {
       AddAt(stream, mOutput.moment(time.instant), sample);
+    } else {
+      AddAt(stream, time.instant, sample);
     }
   }
 
