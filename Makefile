@@ -9,7 +9,7 @@ DATA := tests/data
 FORMATTED := find $(wildcard include source plugin tools modules tests bench fuzz examples cmake) \
   -path tools/new_module -prune -o \( -name '*.h' -o -name '*.cpp' \) -print
 
-.PHONY: help demo check asan tsan coverage format format-check lint bench fuzz clean
+.PHONY: help demo build check asan tsan coverage format format-check lint bench fuzz clean
 .DEFAULT_GOAL := help
 
 help:  ## Lists the commands
@@ -39,9 +39,11 @@ demo: install-build  ## Builds the program and shows real files: a run, weather,
 	  --from 2012-07-14T12:00:00.000Z --to 2012-07-14T18:00:00.000Z
 	build/senmark plot $(DATA)/weather_montreal_utc_v2.tdjson temperatureSet
 
-check: install-build  ## Builds everything and runs all tests
+build: install-build  ## Builds everything
 	cmake --preset release
 	cmake --build --preset release -j $(JOBS)
+
+check: build  ## Builds everything and runs all tests
 	ctest --preset release
 
 asan: install-build  ## Runs all tests under the address, leak and undefined behaviour sanitizers

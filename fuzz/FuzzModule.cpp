@@ -5,11 +5,11 @@
 
 #include "FuzzCheck.h"
 #include "FuzzHost.h"
+#include "HostTables.h"
 #include "SK_ConverterHandlerBase.h"
 #include "SK_ConverterRegistry.h"
 #include "SK_Error.h"
 #include "SK_ModuleCall.h"
-#include "SK_PluginManager.h"
 #include "senmark/PluginAPI.h"
 
 namespace senmark_fuzz {
@@ -68,18 +68,6 @@ std::shared_ptr<SK_ConverterHandlerBase> Construct(std::string& /*uid*/, SK_Path
   return std::make_shared<ModuleConverter>(file);
 }
 
-/// What the library hands to modules; lives as long as the process.
-SK_PLUGIN::HostAPI& Tables() {
-  static SK_PLUGIN::HostAPI tables = [] {
-    SK_PLUGIN::HostAPI made{};
-    made.mSize = sizeof(made);
-    made.mVersion = 1;
-    SK_PLUGIN::SK_PluginManager::SetupHostAPI(&made);
-    return made;
-  }();
-  return tables;
-}
-
 }  // namespace
 
 void RegisterModule(char const* extension, char const* identifier) {
@@ -87,7 +75,8 @@ void RegisterModule(char const* extension, char const* identifier) {
   gModule = PluginAPI{};
   gModule.size = sizeof(gModule);
   gModule.version = 1;
-  Require(!SK_PLUGIN::HasFailed(CallModule(InitializePlugin, identifier, &Tables(), &gModule)));
+  static senmark_test::HostTables tables;  // the module keeps them until the process ends
+  Require(!SK_PLUGIN::HasFailed(CallModule(InitializePlugin, identifier, &tables.Get(), &gModule)));
   Require(
       ns_sensor::SK_ConverterRegistry::getInstance()->registerPluginConverter(extension, identifier, Check, Construct));
 }

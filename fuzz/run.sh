@@ -7,7 +7,7 @@
 # are configured and built first. A finding stays in BUILD_FOLDER/findings. CXX names another clang++.
 set -eu
 
-targets="beats bvh csv data_path gpx json manifest message_literal motion open scanner series series_lines signature
+targets="beats bvh csv data_path gpx json kit manifest message_literal motion open scanner series series_lines signature
 time_text tsv writer"
 
 case "${1:-}" in

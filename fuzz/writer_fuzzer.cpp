@@ -12,7 +12,7 @@
 #include "ByteScript.h"
 #include "FuzzFolder.h"
 #include "FuzzHost.h"
-#include "SK_PluginManager.h"
+#include "HostTables.h"
 #include "senmark/HostAPI.h"
 #include "senmark/ITdjsonDynamicDataNumArr_v1.h"
 #include "senmark/ITdjsonDynamicDataNum_v1.h"
@@ -38,13 +38,9 @@ constexpr std::size_t kMostObjects = 48;
 constexpr std::uint64_t kLargestOutline = 3000;
 constexpr char const* kFiles[] = {"first.tdjson", "second.tdjson"};
 
-HostAPI& Tables() {
-  static HostAPI* const tables = [] {
-    auto* const made = new HostAPI();
-    SK_PluginManager::SetupHostAPI(made);
-    return made;
-  }();
-  return *tables;
+HostAPI const& Tables() {
+  static senmark_test::HostTables const tables;
+  return tables.Get();
 }
 
 /// Failures that were reported through a procedure of the module's own.

@@ -1,12 +1,21 @@
 // The program and its converter modules: where it looks for them, and what it tells of them.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <rapidjson/document.h>
+#include <signal.h>
+#include <spawn.h>
 #include <stdlib.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
+#include <numeric>
 
 #include "ModuleFolders.h"
 #include "ToolRunner.h"
+
+extern char** environ;
 
 namespace {
 
@@ -126,6 +135,86 @@ TEST_F(ToolModules, AllFoldersCountTogether) {
     EXPECT_STREQ(told[i]["origin"].GetString(), expected[i].origin);
   }
 }
+
+/// Folders of the program's own among temporary files.
+std::vector<fs::path> OwnFolders(std::string const& temporary) {
+  std::vector<fs::path> folders;
+  for (fs::directory_entry const& entry : fs::directory_iterator(temporary)) {
+    if (entry.path().filename().string().rfind("senmark_", 0) == 0) {
+      folders.push_back(entry.path());
+    }
+  }
+  return folders;
+}
+
+class ToolModulesSignal : public ToolModules, public testing::WithParamInterface<int> {
+ protected:
+  ToolModulesSignal() : mTemporary(mFolder.Path("temporary")) {
+    fs::create_directory(mTemporary);
+    setenv("TEMP", mTemporary.c_str(), 1);
+    mModules.Add("a.tdx", Manifest("a", "\"aaa\"").c_str());
+    // The first takes one of its two extensions, so that it is more than a link.
+    mMore.Add("b.tdx", Manifest("b", "\"aaa\",\"bbb\"").c_str());
+  }
+  ~ToolModulesSignal() override {
+    if (mBefore.empty()) {
+      unsetenv("TEMP");
+    } else {
+      setenv("TEMP", mBefore.c_str(), 1);
+    }
+  }
+
+  /// Starts the program with both folders; it stands still when `reader` has much to read.
+  pid_t Start(int& reader) {
+    std::vector<std::int64_t> ticks(20000);
+    std::iota(ticks.begin(), ticks.end(), 0);
+    std::string const file = Write(senmark_test::NumberSetFile::Utc(3).Add("set", ticks));
+    std::vector<std::string> arguments = {mProgram, "--modules", mModules.Path(), "--modules", mMore.Path(), "samples",
+                                          file,     "set"};
+    std::vector<char*> words;
+    for (std::string& argument : arguments) {
+      words.push_back(argument.data());
+    }
+    words.push_back(nullptr);
+    int ends[2];
+    EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], 1);
+    pid_t child = 0;
+    EXPECT_EQ(posix_spawn(&child, mProgram.c_str(), &actions, nullptr, words.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+    close(ends[1]);
+    reader = ends[0];
+    pollfd output{reader, POLLIN, 0};
+    EXPECT_EQ(poll(&output, 1, 60000), 1);
+    return child;
+  }
+
+  ModuleFolders mMore{mFolder, "more"};
+  std::string mBefore = getenv("TEMP") == nullptr ? "" : getenv("TEMP");
+  std::string mTemporary;
+};
+
+TEST_P(ToolModulesSignal, LeavesNoFolderOfLinks) {
+  int reader = -1;
+  pid_t const child = Start(reader);
+  std::vector<fs::path> const folders = OwnFolders(mTemporary);
+  ASSERT_EQ(folders.size(), 1u);
+  EXPECT_TRUE(fs::is_symlink(folders[0] / "modules/a.tdx"));
+  EXPECT_TRUE(fs::is_regular_file(folders[0] / "modules/b.tdx/Contents/Resources/SKPLUGINUIDS.txt"));
+  kill(child, GetParam());
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  close(reader);
+  EXPECT_TRUE(WIFSIGNALED(status));
+  EXPECT_EQ(WTERMSIG(status), GetParam());
+  EXPECT_TRUE(OwnFolders(mTemporary).empty());
+  // What the links lead to is still there.
+  EXPECT_EQ(Formats({"--modules", mModules.Path(), "--modules", mMore.Path()}), std::string("aaa bbb ") + kNative);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ending, ToolModulesSignal, testing::Values(SIGINT, SIGHUP, SIGTERM));
 
 TEST_F(ToolModules, CanBeLeftOut) {
   mModules.Add("a.tdx", Manifest("a", "\"aaa\"").c_str());

@@ -9,7 +9,7 @@ set_target_properties(senmark_host_module PROPERTIES PREFIX "")
 
 # Not linked with the library: it is loaded at run time.
 add_executable(HostLoaded_test HostLoaded_test.cpp)
-senmark_compile(HostLoaded_test)
+senmark_test_compile(HostLoaded_test)
 senmark_link(HostLoaded_test)
 add_dependencies(HostLoaded_test senmark senmark_host_module)
 target_include_directories(HostLoaded_test PRIVATE "${PROJECT_SOURCE_DIR}/include")
@@ -31,8 +31,9 @@ endif()
 # One suite of a part of the program.
 function(senmark_tool_suite name)
   add_executable(${name}_test ${name}_test.cpp)
-  senmark_compile(${name}_test)
+  senmark_test_compile(${name}_test)
   target_link_libraries(${name}_test PRIVATE senmark_tool_parts senmark_test_support GTest::gtest_main)
+  target_precompile_headers(${name}_test REUSE_FROM senmark_host_test_pch)
   senmark_register(${name}_test)
 endfunction()
 
@@ -77,12 +78,16 @@ foreach(suite ConverterChoice InputFile)
 endforeach()
 
 # The program as a whole, in processes of its own.
+add_library(senmark_tool_runner OBJECT support/ToolRunner.cpp)
+senmark_test_compile(senmark_tool_runner)
+target_link_libraries(senmark_tool_runner PRIVATE senmark senmark_test_support)
+target_compile_definitions(senmark_tool_runner PUBLIC SENMARK_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+                                                      SENMARK_TOOL="$<TARGET_FILE:senmark_tool>")
+target_precompile_headers(senmark_tool_runner REUSE_FROM senmark_host_test_pch)
 function(senmark_program_suite name)
   senmark_tool_suite(${name})
-  target_sources(${name}_test PRIVATE support/ToolRunner.cpp)
+  target_link_libraries(${name}_test PRIVATE senmark_tool_runner)
   add_dependencies(${name}_test senmark_tool)
-  target_compile_definitions(${name}_test PRIVATE SENMARK_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
-                                                  SENMARK_TOOL="$<TARGET_FILE:senmark_tool>")
 endfunction()
 
 senmark_program_suite(Tool)

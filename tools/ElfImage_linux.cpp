@@ -1,20 +1,16 @@
 #include "ElfImage.h"
 
-#include <elf.h>
-#include <link.h>
-
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <map>
 #include <set>
+
+#include "ElfHead.h"
 
 namespace senmark_tool {
 
 namespace {
 
-using Head = ElfW(Ehdr);
-using Segment = ElfW(Phdr);
 using Entry = ElfW(Dyn);
 using Symbol = ElfW(Sym);
 
@@ -50,15 +46,7 @@ class Bytes {
   std::string const& mBytes;
 };
 
-/// The head of this program: what can be loaded into it says the same of the machine.
-Head OwnHead() {
-  Head head = {};
-  std::ifstream file("/proc/self/exe", std::ios::binary);
-  file.read(reinterpret_cast<char*>(&head), sizeof head);
-  return head;
-}
-
-std::string MachineText(Head const& head) {
+std::string MachineText(ElfHead const& head) {
   std::map<unsigned, char const*> const names = {{EM_X86_64, "x86-64"}, {EM_386, "i386"},     {EM_AARCH64, "aarch64"},
                                                  {EM_ARM, "arm"},       {EM_RISCV, "risc-v"}, {EM_PPC64, "ppc64"},
                                                  {EM_S390, "s390"}};
@@ -66,16 +54,8 @@ std::string MachineText(Head const& head) {
   return found == names.end() ? "machine " + std::to_string(head.e_machine) : found->second;
 }
 
-/// What keeps the library from taking the file for a module; empty if nothing does.
-std::string FindObstacle(std::string const& bytes) {
-  if (bytes.compare(0, SELFMAG, ELFMAG) != 0) {
-    return "this is no ELF file";
-  }
-  if (bytes.size() < sizeof(Head)) {
-    return "the file ends within its head";
-  }
-  Head const own = OwnHead();
-  Head const head = Bytes(bytes).At<Head>(0);
+std::string OtherMachineText(ElfHead const& head) {
+  ElfHead const own = OwnElfHead();
   if (head.e_ident[EI_CLASS] != own.e_ident[EI_CLASS]) {
     return head.e_ident[EI_CLASS] == ELFCLASS32 ? "this is code for 32 bits, and the library is for 64"
                                                 : "this is code for 64 bits, and the library is for 32";
@@ -83,39 +63,47 @@ std::string FindObstacle(std::string const& bytes) {
   if (head.e_ident[EI_DATA] != own.e_ident[EI_DATA]) {
     return "the order of bytes is not that of this machine";
   }
-  if (head.e_machine != own.e_machine) {
-    return "this is code for " + MachineText(head) + ", and the machine is " + MachineText(own);
+  return "this is code for " + MachineText(head) + ", and the machine is " + MachineText(own);
+}
+
+std::string OtherFileText(ElfHead const& head) {
+  return head.e_type == ET_REL    ? "this is an object file: it has to be linked, with -shared"
+         : head.e_type == ET_EXEC ? "this is a program: a module is linked with -shared"
+                                  : "this is no shared object";
+}
+
+/// What keeps the library from taking the file for a module; empty if nothing does.
+std::string FindObstacle(std::string const& bytes) {
+  ElfHead head = {};
+  std::memcpy(&head, bytes.data(), std::min(bytes.size(), sizeof head));
+  eElfKind const kind = ElfKindOf(head);
+  if (kind == eElfKind::kNoElf) {
+    return "this is no ELF file";
   }
-  if (head.e_type != ET_DYN) {
-    return head.e_type == ET_REL    ? "this is an object file: it has to be linked, with -shared"
-           : head.e_type == ET_EXEC ? "this is a program: a module is linked with -shared"
-                                    : "this is no shared object";
+  if (bytes.size() < sizeof head) {
+    return "the file ends within its head";
   }
-  return std::string();
+  return kind == eElfKind::kOtherMachine     ? OtherMachineText(head)
+         : kind == eElfKind::kNoSharedObject ? OtherFileText(head)
+                                             : std::string();
 }
 
 /// The tables that the loader finds through the dynamic section.
 class DynamicSection {
  public:
   explicit DynamicSection(Bytes const& bytes) : mBytes(bytes) {
-    auto const head = bytes.At<Head>(0);
+    auto const head = bytes.At<ElfHead>(0);
     for (std::uint64_t i = 0; i < head.e_phnum; ++i) {
-      mSegments.push_back(bytes.At<Segment>(head.e_phoff + i * sizeof(Segment)));
+      mSegments.push_back(bytes.At<ElfSegment>(head.e_phoff + i * sizeof(ElfSegment)));
     }
-    for (Segment const& segment : mSegments) {
+    for (ElfSegment const& segment : mSegments) {
       if (segment.p_type == PT_DYNAMIC) {
         ReadEntries(segment);
       }
     }
   }
 
-  /// Whether all that the loader maps is in the file.
-  bool IsWhole() const {
-    return std::all_of(mSegments.begin(), mSegments.end(), [this](Segment const& segment) {
-      return segment.p_type != PT_LOAD ||
-             (segment.p_offset <= mBytes.Size() && segment.p_filesz <= mBytes.Size() - segment.p_offset);
-    });
-  }
+  bool IsWhole() const { return IsElfWhole(mSegments, mBytes.Size()); }
 
   std::vector<std::string> Texts(std::int64_t tag) const {
     std::vector<std::string> texts;
@@ -149,7 +137,7 @@ class DynamicSection {
   }
 
  private:
-  void ReadEntries(Segment const& segment) {
+  void ReadEntries(ElfSegment const& segment) {
     for (std::uint64_t at = 0; at + sizeof(Entry) <= segment.p_filesz; at += sizeof(Entry)) {
       mEntries.push_back(mBytes.At<Entry>(segment.p_offset + at));
       if (mEntries.back().d_tag == DT_NULL) {
@@ -166,7 +154,7 @@ class DynamicSection {
       return std::nullopt;
     }
     std::uint64_t const address = entry->d_un.d_ptr;
-    for (Segment const& segment : mSegments) {
+    for (ElfSegment const& segment : mSegments) {
       if (segment.p_type == PT_LOAD && address >= segment.p_vaddr && address - segment.p_vaddr < segment.p_filesz) {
         return address - segment.p_vaddr + segment.p_offset;
       }
@@ -203,7 +191,7 @@ class DynamicSection {
   }
 
   Bytes const& mBytes;
-  std::vector<Segment> mSegments;
+  std::vector<ElfSegment> mSegments;
   std::vector<Entry> mEntries;
 };
 

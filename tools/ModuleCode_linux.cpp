@@ -1,15 +1,14 @@
-#include <link.h>
 #include <sys/utsname.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 #include <vector>
 
+#include "ElfHead.h"
 #include "ModuleCode.h"
 
 namespace senmark_tool {
@@ -20,24 +19,17 @@ namespace fs = std::filesystem;
 
 constexpr char kIsCut[] = "its code is cut short: the file ends before what it says it holds";
 
-/// The head of the program's own file: what can be loaded beside it says the same of the machine.
-ElfW(Ehdr) OwnHead() {
-  ElfW(Ehdr) head = {};
-  std::ifstream("/proc/self/exe", std::ios::binary).read(reinterpret_cast<char*>(&head), sizeof head);
-  return head;
-}
-
-std::string HeadProblem(ElfW(Ehdr) const& head) {
-  ElfW(Ehdr) const own = OwnHead();
-  if (std::memcmp(head.e_ident, ELFMAG, SELFMAG) != 0) {
-    return "is no ELF file";
+char const* KindProblem(eElfKind kind) {
+  switch (kind) {
+    case eElfKind::kNoElf:
+      return "is no ELF file";
+    case eElfKind::kOtherMachine:
+      return "is for another kind of machine";
+    case eElfKind::kNoSharedObject:
+      return "is an ELF file, but no shared object";
+    default:
+      return nullptr;
   }
-  bool const isForThisMachine =
-      std::memcmp(head.e_ident, own.e_ident, EI_VERSION) == 0 && head.e_machine == own.e_machine;
-  if (!isForThisMachine) {
-    return "is for another kind of machine";
-  }
-  return head.e_type == ET_DYN ? "" : "is an ELF file, but no shared object";
 }
 
 }  // namespace
@@ -63,7 +55,7 @@ std::string ModuleCodeProblem(std::string const& folder) {
   if (!fs::is_regular_file(status)) {
     return "no code for this machine: " + shown + " is no file";
   }
-  ElfW(Ehdr) head = {};
+  ElfHead head = {};
   errno = 0;
   std::ifstream file(path, std::ios::binary);
   if (!file) {
@@ -72,8 +64,8 @@ std::string ModuleCodeProblem(std::string const& folder) {
   if (!file.read(reinterpret_cast<char*>(&head), sizeof head)) {
     return shown + " is no ELF file";
   }
-  std::string const problem = HeadProblem(head);
-  return problem.empty() ? std::string() : shown + ' ' + problem;
+  char const* const problem = KindProblem(ElfKindOf(head));
+  return problem == nullptr ? std::string() : shown + ' ' + problem;
 }
 
 std::string ModuleLoadProblem(std::string const& folder) {
@@ -81,21 +73,17 @@ std::string ModuleLoadProblem(std::string const& folder) {
   std::error_code failure;
   std::uint64_t const size = fs::file_size(path, failure);
   std::ifstream file(path, std::ios::binary);
-  ElfW(Ehdr) head = {};
-  if (!file.read(reinterpret_cast<char*>(&head), sizeof head) || head.e_phentsize != sizeof(ElfW(Phdr))) {
+  ElfHead head = {};
+  if (!file.read(reinterpret_cast<char*>(&head), sizeof head) || head.e_phentsize != sizeof(ElfSegment)) {
     return kIsCut;
   }
-  std::vector<ElfW(Phdr)> segments(head.e_phnum);
+  std::vector<ElfSegment> segments(head.e_phnum);
   file.seekg(static_cast<std::streamoff>(head.e_phoff));
   if (!file.read(reinterpret_cast<char*>(segments.data()),
-                 static_cast<std::streamsize>(segments.size() * sizeof(ElfW(Phdr))))) {
+                 static_cast<std::streamsize>(segments.size() * sizeof(ElfSegment)))) {
     return kIsCut;
   }
-  // The system's loader does not look, and the process would die at the first page that is missing.
-  bool const isWhole = std::all_of(segments.begin(), segments.end(), [size](ElfW(Phdr) const& segment) {
-    return segment.p_type != PT_LOAD || (segment.p_offset <= size && segment.p_filesz <= size - segment.p_offset);
-  });
-  return isWhole ? std::string() : kIsCut;
+  return IsElfWhole(segments, size) ? std::string() : kIsCut;
 }
 
 }  // namespace senmark_tool

@@ -15,6 +15,8 @@ class ScratchFolder {
   ScratchFolder(ScratchFolder const&) = delete;
   ScratchFolder& operator=(ScratchFolder const&) = delete;
 
+  std::string const& Path() const { return mPath; }
+
   /// Full path of a name in the folder.
   std::string Path(std::string const& name) const { return mPath + '/' + name; }
 

@@ -33,7 +33,7 @@ struct Point {
 /// Least latitude, least longitude, largest latitude, largest longitude, in degrees.
 using Bounds = std::array<double, 4>;
 
-/// Takes what a reader meets, in the order of the file.
+/// Takes what a reader meets, in the order of the file. A sink leaves out what does not matter to it.
 class GpxSink {
  public:
   virtual ~GpxSink() = default;
@@ -41,14 +41,14 @@ class GpxSink {
   /// version, creator: empty if the file does not tell.
   virtual void document(std::string_view version, std::string_view creator) = 0;
   /// Of the track or route that has begun last and not ended; of the file outside of them.
-  virtual void property(std::string const& title, std::string_view text) = 0;
-  virtual void bounds(Bounds const& bounds) = 0;
+  virtual void property(std::string const& /*title*/, std::string_view /*text*/) {}
+  virtual void bounds(Bounds const& /*bounds*/) {}
   virtual void beginTrack() = 0;
-  virtual void endTrack() = 0;
+  virtual void endTrack() {}
   virtual void beginSegment() = 0;
-  virtual void endSegment() = 0;
+  virtual void endSegment() {}
   virtual void beginRoute() = 0;
-  virtual void endRoute() = 0;
+  virtual void endRoute() {}
   virtual void point(ePoint kind, Point const& point) = 0;
 };
 

@@ -34,30 +34,20 @@ void GpxSurvey::document(std::string_view documentVersion, std::string_view docu
   creator = documentCreator;
 }
 
-void GpxSurvey::property(std::string const& /*title*/, std::string_view /*text*/) {}
-
-void GpxSurvey::bounds(Bounds const& /*bounds*/) {}
-
 void GpxSurvey::beginTrack() {
   mParts.add();
   ++tracks;
 }
-
-void GpxSurvey::endTrack() {}
 
 void GpxSurvey::beginSegment() {
   mParts.add();
   segments.emplace_back();
 }
 
-void GpxSurvey::endSegment() {}
-
 void GpxSurvey::beginRoute() {
   mParts.add();
   ++routes;
 }
-
-void GpxSurvey::endRoute() {}
 
 void GpxSurvey::point(ePoint kind, Point const& point) {
   if (kind == ePoint::kRoutePoint) {

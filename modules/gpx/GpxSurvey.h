@@ -42,14 +42,9 @@ class GpxSurvey : public GpxSink {
   unsigned exactDigits() const;
 
   void document(std::string_view version, std::string_view creator) override;
-  void property(std::string const& title, std::string_view text) override;
-  void bounds(Bounds const& bounds) override;
   void beginTrack() override;
-  void endTrack() override;
   void beginSegment() override;
-  void endSegment() override;
   void beginRoute() override;
-  void endRoute() override;
   void point(ePoint kind, Point const& point) override;
 
  private:

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "SK_PluginManager.h"
+#include "HostTables.h"
 #include "TempFolder.h"
 #include "senmark/Host.h"
 #include "senmark/ITdjsonDynamicDataNum_v1.h"
@@ -16,28 +16,6 @@
 namespace senmark_test {
 
 namespace kit = senmark::kit;
-
-/// What the library hands to a module.
-class HostTables {
- public:
-  HostTables() {
-    mTables.mSize = sizeof(mTables);
-    mTables.mVersion = 1;
-    SK_PLUGIN::SK_PluginManager::SetupHostAPI(&mTables);
-  }
-  ~HostTables() {
-    delete mTables.mTdjsonWriterAPI;
-    delete mTables.mHandleExceptionAPI;
-    delete mTables.mHandleMemoryAPI;
-  }
-  HostTables(HostTables const&) = delete;
-  HostTables& operator=(HostTables const&) = delete;
-
-  SK_PLUGIN::HostAPI const& Get() const { return mTables; }
-
- private:
-  SK_PLUGIN::HostAPI mTables{};
-};
 
 class KitFile : public testing::Test {
  protected:

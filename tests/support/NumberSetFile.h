@@ -94,10 +94,14 @@ class NumberSetFile {
       day -= kDays[month++];
     }
     int const ofDay = static_cast<int>(seconds % 86400);
-    char text[64];
-    std::snprintf(text, sizeof text, "2012-%02d-%02dT%02d:%02d:%02d.%0*lldZ", month + 1, day + 1, ofDay / 3600,
-                  ofDay / 60 % 60, ofDay % 60, mPrecision, static_cast<long long>(tick % unit));
-    return text;
+    char text[80];
+    std::snprintf(text, sizeof text, "2012-%02d-%02dT%02d:%02d:%02d.", month + 1, day + 1, ofDay / 3600,
+                  ofDay / 60 % 60, ofDay % 60);
+    std::string fraction = std::to_string(tick % unit);
+    while (static_cast<int>(fraction.size()) < mPrecision) {
+      fraction.insert(fraction.begin(), '0');
+    }
+    return text + fraction + 'Z';
   }
 
   std::string mHeader;
