@@ -5,9 +5,11 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
+#include <string>
 
 #include "SK_NumberAnalysis.h"
 
@@ -51,6 +53,14 @@ TEST(KitNumber, RoundsToTheDecimalsThatAreKept) {
       {123456789.123456789, 4, "123456789.1235"},
       {0.1234567890123456, 99, "0.123456789012346"},
       {4503599627370495.5, 0, "4503599627370496"},
+      {4503599627370494.5, 0, "4503599627370495"},
+      // Their products with a power of ten are a half off.
+      {4.4, 15, "4.4"},
+      {-4.4, 15, "-4.4"},
+      {4.1, 99, "4.1"},
+      {300000000000.7, 4, "300000000000.7"},
+      {2251799813685.249, 3, "2251799813685.249"},
+      {2251799813685.247, 3, "2251799813685.247"},
   };
   for (Row const& row : rows) {
     EXPECT_EQ(WriterText(Rounded(row.value, row.decimals)), row.text) << row.value << ' ' << row.decimals;
@@ -120,6 +130,90 @@ TEST(KitNumber, NoTextHasAnExponentAndNoneIsFurtherOffThanStated) {
     }
   }
   EXPECT_GT(taken, 1000000);
+}
+
+/// The number as a text, with as many decimals as it states.
+std::string TextOf(Decimal const& number) {
+  std::string text = std::to_string(number.digits < 0 ? -number.digits : number.digits);
+  text.insert(0, text.size() > number.decimals ? 0 : number.decimals + 1 - text.size(), '0');
+  text.insert(text.size() - number.decimals, number.decimals == 0 ? "" : ".");
+  return (number.digits < 0 ? "-" : "") + text;
+}
+
+/// The double next to the text, rounded like any other: bit for bit.
+void ExpectRoundedLikeItsText(Decimal const& number, unsigned kept) {
+  double const value = std::strtod(TextOf(number).c_str(), nullptr);
+  double const expected = Rounded(value, kept);
+  double const found = Rounded(number, kept);
+  ASSERT_EQ(found, expected) << TextOf(number) << ' ' << kept;
+  ASSERT_FALSE(std::signbit(found) && found == 0) << TextOf(number) << ' ' << kept;
+}
+
+TEST(KitNumber, DecimalsAreRoundedLikeTheirTexts) {
+  struct Row {
+    Decimal number;
+    unsigned kept;
+    char const* text;
+  };
+  constexpr std::int64_t kMost = Decimal::kDigitsEnd - 1;
+  Row const rows[] = {
+      {{0, 0}, 0, "0"},
+      {{0, 15}, 4, "0"},
+      {{125, 1}, 4, "12.5"},
+      {{-125, 1}, 4, "-12.5"},
+      {{125, 1}, 0, "13"},
+      {{-125, 1}, 0, "-13"},
+      {{1234567, 5}, 4, "12.3457"},
+      {{1234567, 5}, 5, "12.34567"},
+      {{1234567, 5}, 6, "12.34567"},
+      {{1234567, 5}, 99, "12.34567"},
+      {{1, 4}, 4, "0.0001"},
+      {{-1, 4}, 15, "-0.0001"},
+      {{1, 4}, 3, "0"},
+      // Closer to 0 than numbers can be, with as many decimals as are kept.
+      {{99, 6}, 6, "0.0001"},
+      {{5, 5}, 5, "0.0001"},
+      {{-5, 5}, 15, "-0.0001"},
+      {{49, 6}, 6, "0"},
+      {{-49, 6}, 6, "0"},
+      {{1, 15}, 15, "0"},
+      {{101, 6}, 6, "0.000101"},
+      {{kMost, 0}, 0, "999999999999999"},
+      {{-kMost, 0}, 15, "-999999999999999"},
+      {{kMost, 15}, 15, "0.999999999999999"},
+      {{kMost, 15}, 14, "1"},
+      {{kMost, 1}, 0, "100000000000000"},
+      {{kMost, 7}, 7, "99999999.9999999"},
+      {{97, 1}, 4, "9.699999999999999"},
+  };
+  for (Row const& row : rows) {
+    EXPECT_EQ(WriterText(Rounded(row.number, row.kept)), row.text) << TextOf(row.number) << ' ' << row.kept;
+    ASSERT_NO_FATAL_FAILURE(ExpectRoundedLikeItsText(row.number, row.kept));
+  }
+}
+
+TEST(KitNumber, AnyDecimalIsRoundedLikeItsText) {
+  std::mt19937_64 random(6);
+  for (int i = 0; i != 300000; ++i) {
+    // Of any count of digits up to all fifteen.
+    std::int64_t end = 10;
+    for (std::uint64_t more = random() % 15; more != 0; --more) {
+      end *= 10;
+    }
+    Decimal number;
+    number.digits = static_cast<std::int64_t>(random() % static_cast<std::uint64_t>(end)) * (i % 2 == 0 ? 1 : -1);
+    number.decimals = static_cast<unsigned>(random() % 16);
+    ASSERT_NO_FATAL_FAILURE(ExpectRoundedLikeItsText(number, static_cast<unsigned>(random() % 18)));
+  }
+  // The ends, with each count of decimals.
+  for (std::int64_t const digits :
+       {Decimal::kDigitsEnd - 1, 1 - Decimal::kDigitsEnd, std::int64_t{1}, std::int64_t{-1}}) {
+    for (unsigned decimals = 0; decimals <= Decimal::kMostDecimals; ++decimals) {
+      for (unsigned kept = 0; kept != 18; ++kept) {
+        ASSERT_NO_FATAL_FAILURE(ExpectRoundedLikeItsText({digits, decimals}, kept));
+      }
+    }
+  }
 }
 
 }  // namespace

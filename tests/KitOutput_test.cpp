@@ -724,6 +724,87 @@ TEST_F(KitOutput, AMomentIsWorkedOutOnceForManyStreams) {
             "1507 a year that has not four digits");
 }
 
+// One file for each way of saying what the numbers are and when.
+TEST_F(KitOutput, NumbersByTheirDigitsAreThoseOfTheirDoubles) {
+  enum class eTime { kFrame, kInstant, kMoment };
+  std::mt19937 random(4);
+  std::vector<kit::Decimal> numbers;
+  for (unsigned i = 0; i != 400; ++i) {
+    numbers.push_back({static_cast<std::int64_t>(random() % 2000000) - 1000000, i % 9});
+  }
+  numbers.push_back({0, 3});
+  numbers.push_back({kit::Decimal::kDigitsEnd - 1, 15});
+  auto const fill = [&](Output& output, eTime kind, StreamFormat const& format, bool byDigits) {
+    output.setTimeBase(kind == eTime::kFrame ? TimeBase::frames(25) : TimeBase::gmt(3));
+    auto& stream = output.top().numberStream("N", format);
+    auto& other = output.top().numberStream("Other", format);
+    auto const add = [&](auto const& time, kit::Decimal const& number) {
+      double const value = static_cast<double>(number.digits) / std::pow(10.0, number.decimals);
+      for (kit::NumberStream* one : {&stream, &other}) {
+        if (byDigits) {
+          one->add(time, number);
+        } else {
+          one->add(time, value);
+        }
+      }
+    };
+    for (std::size_t i = 0; i != numbers.size(); ++i) {
+      // Sorted streams get theirs the other way round. Over a midnight.
+      auto const at = static_cast<std::int64_t>(format.order == kit::eOrder::kAsGiven ? i : numbers.size() - i);
+      Instant const instant{86300 + at, static_cast<std::int32_t>(at * 1999999)};
+      if (kind == eTime::kFrame) {
+        add(Frame{at}, numbers[i]);
+      } else if (kind == eTime::kInstant) {
+        add(instant, numbers[i]);
+      } else {
+        add(output.moment(instant), numbers[i]);
+      }
+    }
+    EXPECT_EQ(stream.count(), numbers.size());
+  };
+  for (unsigned const decimals : {0U, 4U, 15U}) {
+    for (StreamFormat format : {StreamFormat(), AsGiven()}) {
+      format.decimals = decimals;
+      std::string expectedAtInstants;
+      for (eTime const kind : {eTime::kFrame, eTime::kInstant, eTime::kMoment}) {
+        std::string const expected = Write([&](Output& output) { fill(output, kind, format, false); });
+        EXPECT_TRUE(Write([&](Output& output) { fill(output, kind, format, true); }) == expected) << decimals;
+        EXPECT_EQ(ReadError(), 0);
+        // A moment is an instant.
+        if (kind == eTime::kInstant) {
+          expectedAtInstants = expected;
+        } else if (kind == eTime::kMoment) {
+          EXPECT_TRUE(expected == expectedAtInstants) << decimals;
+        }
+      }
+    }
+  }
+}
+
+TEST_F(KitOutput, NumbersByTheirDigitsAreRefusedLikeOthers) {
+  auto const failure = [&](auto const& add) {
+    return FailureOf([&](Output& output) {
+      output.setTimeBase(TimeBase::gmt(1));
+      add(output, output.top().numberStream("N", AsGiven()));
+    });
+  };
+  kit::Decimal const number{15, 1};
+  EXPECT_EQ(failure([&](Output& output, kit::NumberStream& stream) {
+              stream.add(output.moment({5, 0}), number);
+              stream.add(output.moment({5, 0}), number);
+              stream.add(output.moment({4, 0}), number);
+            }),
+            "1507 N: a sample that is earlier than the one before it");
+  EXPECT_EQ(failure([&](Output& output, kit::NumberStream& stream) {
+              stream.add(output.moment({5, 0}), number);
+              stream.finish();
+              stream.add(output.moment({6, 0}), number);
+            }),
+            "1507 N: a sample behind the end of the stream");
+  EXPECT_EQ(failure([&](Output&, kit::NumberStream& stream) { stream.add(Frame{1}, number); }),
+            "1507 N: a frame in a file with moments in GMT");
+}
+
 TEST_F(KitOutput, StreamsMayBeWrittenBeforeTheEnd) {
   std::string const bytes = Write([](Output& output) {
     output.setTimeBase(TimeBase::frames(25));

@@ -2,12 +2,17 @@
 
 #include <gmock/gmock.h>
 
+#include <iterator>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "DynamicNodes.h"
 #include "ExpectError.h"
+#include "NumberKinds.h"
+#include "NumberTexts.h"
+#include "SK_NumberAnalysis.h"
+#include "SK_NumberPropertyRules.h"
 #include "SensorFileHandlerImpl.h"
 #include "WriterErrors.h"
 
@@ -74,6 +79,61 @@ TEST_F(DynamicNumArr, PatternHoldsForAllElementsAndEachHasItsRange) {
   }
   EXPECT_EQ(mResult.mErrorCode, 0);
   EXPECT_EQ(FileText(), SetText({R"("+01.50","-20.00","+03.00")", R"("+00.25","+07.00","+03.00")"}));
+}
+
+// Arrays that wait at once in their buffer and those that are too long for that, with elements of all kinds; through
+// the disk and in several pieces.
+class ManyArrays : public DynamicNumArr, public testing::WithParamInterface<int> {};
+
+TEST_P(ManyArrays, ArePaddedToTheirPattern) {
+  UseTimeCode();
+  std::size_t const size = static_cast<std::size_t>(GetParam());
+  std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(size);
+  node->setNumberPattern(kAutomaticDigits, kAutomaticDigits, 0, &mResult);
+  senmark_test::Random random(28);
+  senmark_test::StreamText stream;
+  ns_sensor::SK_NumberPattern pattern;
+  pattern.digitsInteger = 0;
+  pattern.digitsDecimal = 0;
+  std::vector<std::vector<std::string>> arrays;
+  for (std::size_t i = 0; i != 140'000 / size; ++i) {
+    std::vector<double> values;
+    arrays.emplace_back();
+    for (std::size_t element = 0; element != size; ++element) {
+      std::size_t const kind = random() % 4 == 0 ? random() % std::size(senmark_test::kNumberKinds) : 3;
+      values.push_back(senmark_test::kNumberKinds[kind].make(random) * (random() % 3 == 0 ? -1 : 1));
+      arrays.back().push_back(stream.Of(values.back()));
+      WidenNumberPattern(pattern, true, values.back(), arrays.back().back());
+    }
+    ASSERT_TRUE(Add(*node, TimeCode(static_cast<int>(i % 1000)), mResult, values));
+  }
+  EXPECT_NE(mFolder.TempNames(), "");
+  std::string expected = kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)");
+  for (std::size_t i = 0; i != arrays.size(); ++i) {
+    SK_DateTimeSMPTE const time = TimeCode(static_cast<int>(i % 1000));
+    std::string timeText;
+    serializeTimeSMPTE(timeText, time.hours, time.minutes, time.seconds, time.frames, 2);
+    expected += (i == 0 ? "" : ",") + (R"({"time":")" + timeText) + R"(","value":[)";
+    for (std::string const& text : arrays[i]) {
+      expected += &text == &arrays[i].front() ? "" : ",";
+      expected += '"' + senmark_test::PaddedStepByStep(text, pattern) + '"';
+    }
+    expected += "]}";
+  }
+  expected += "]}";
+  ASSERT_GT(expected.size(), 4u << 20U);
+  EXPECT_TRUE(node->Commit());
+  EXPECT_TRUE(FileText() == expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Elements, ManyArrays, testing::Values(1, 3, 4, 5, 40));
+
+TEST_F(DynamicNumArr, ArrayWithoutElementsIsAHalfEmptySample) {
+  UseTimeCode();
+  std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(0);
+  node->setNumberPattern(1, 0, 0, &mResult);
+  EXPECT_TRUE(Add(*node, TimeCode(0), mResult, {}));
+  senmark_test::ExpectWriterError([&] { node->Commit(); }, 2014);
 }
 
 TEST_F(DynamicNumArr, StatedPatternAndRangesStay) {

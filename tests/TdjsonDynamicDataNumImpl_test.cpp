@@ -1,12 +1,17 @@
 #include "TdjsonDynamicDataNumImpl.h"
 
 #include <cmath>
+#include <iterator>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "DynamicNodes.h"
 #include "ExpectError.h"
+#include "NumberKinds.h"
+#include "NumberTexts.h"
+#include "SK_NumberAnalysis.h"
+#include "SK_NumberPropertyRules.h"
 #include "SensorFileHandlerImpl.h"
 #include "WriterErrors.h"
 
@@ -80,6 +85,67 @@ PatternRow const kPatternRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Samples, AutomaticPattern, testing::ValuesIn(kPatternRows),
                          [](auto const& row) { return std::string(row.param.name); });
+
+/// Numbers that wait as integers and others that wait as texts, of both signs and of any order.
+class ManyNumbers : public DynamicNum, public testing::WithParamInterface<bool> {
+ protected:
+  static std::vector<double> Values(std::size_t count) {
+    senmark_test::Random random(27);
+    std::vector<double> values;
+    for (std::size_t i = 0; i != count; ++i) {
+      // Most are sensible.
+      std::size_t const kind = random() % 4 == 0 ? random() % std::size(senmark_test::kNumberKinds) : 3;
+      values.push_back(senmark_test::kNumberKinds[kind].make(random) * (random() % 3 == 0 ? -1 : 1));
+    }
+    return values;
+  }
+};
+
+// Through the disk and in several pieces.
+TEST_P(ManyNumbers, ArePaddedToTheirPattern) {
+  bool const isAutomatic = GetParam();
+  UseTimeCode();
+  std::shared_ptr<TdjsonDynamicDataNumImpl> const node = OwnNewObject(new TdjsonDynamicDataNumImpl(Key()));
+  SK_PluginResult result;
+  node->setDynamicDataInfo("Arm", "arm", "Sarm", 0, 1, 0, "", &result);
+  ns_sensor::SK_NumberPattern pattern;
+  pattern.digitsInteger = 0;
+  pattern.digitsDecimal = 0;
+  if (isAutomatic) {
+    node->setNumberPattern(kAutomaticDigits, kAutomaticDigits, 0, &result);
+  } else {
+    pattern.digitsInteger = 4;
+    pattern.digitsDecimal = 3;
+    node->setNumberPattern(4, 3, 0, &result);
+  }
+  std::vector<double> const values = Values(120'000);
+  std::vector<std::string> texts;
+  senmark_test::StreamText stream;
+  for (std::size_t i = 0; i != values.size(); ++i) {
+    ASSERT_TRUE(Add(*node, TimeCode(static_cast<int>(i % 1000)), result, values[i]));
+    texts.push_back(stream.Of(values[i]));
+    WidenNumberPattern(pattern, isAutomatic, values[i], texts.back());
+  }
+  EXPECT_NE(mFolder.TempNames(), "");
+  EXPECT_EQ(node->GetNumStringProperties().pattern.digitsInteger, pattern.digitsInteger);
+  EXPECT_EQ(node->GetNumStringProperties().pattern.digitsDecimal, pattern.digitsDecimal);
+  EXPECT_TRUE(node->GetNumStringProperties().pattern.isSigned);
+  std::string expected = kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)");
+  for (std::size_t i = 0; i != values.size(); ++i) {
+    SK_DateTimeSMPTE const time = TimeCode(static_cast<int>(i % 1000));
+    std::string timeText;
+    serializeTimeSMPTE(timeText, time.hours, time.minutes, time.seconds, time.frames, 2);
+    expected += (i == 0 ? "" : ",") + (R"({"time":")" + timeText) + R"(","value":")" +
+                senmark_test::PaddedStepByStep(texts[i], pattern) + R"("})";
+  }
+  expected += "]}";
+  ASSERT_GT(expected.size(), 4u << 20U);
+  EXPECT_TRUE(node->Commit());
+  EXPECT_TRUE(FileText() == expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pattern, ManyNumbers, testing::Bool(),
+                         [](auto const& row) { return row.param ? "Automatic" : "Stated"; });
 
 TEST_F(DynamicNum, StatedPatternStaysAndOnlyItsSignCanCome) {
   UseTimeCode();

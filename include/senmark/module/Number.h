@@ -46,8 +46,10 @@ inline double Rounded(double value, unsigned decimals) {
   double const power = detail::kPowersOfTen[decimals < kMostDecimals ? decimals : kMostDecimals];
   double const scaled = magnitude * power;
   double rounded = magnitude;
-  // From 2 to the 52nd on a double has no fraction that rounding could touch.
-  if (scaled < 4503599627370496.0) {
+  // From 2 to the 51st on a product has no digits behind the point that are true: 4.4 times 10 to the 15th ends in a
+  // half. The writer rounds such a number at the same decimal. Without decimals there is nothing to multiply, and from
+  // 2 to the 52nd on no fraction that rounding could touch.
+  if (scaled < 2251799813685248.0 || (decimals == 0 && scaled < 4503599627370496.0)) {
     auto const whole = static_cast<double>(static_cast<std::int64_t>(scaled));
     rounded = (scaled - whole < 0.5 ? whole : whole + 1) / power;
   }
