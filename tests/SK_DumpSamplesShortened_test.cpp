@@ -184,7 +184,7 @@ TEST_P(DumpWithTimesOf, ClearedDumpBeginsWithAWholeTime) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Lengths, DumpWithTimesOf, testing::Values(0, 1, 7, 8, 11, 16, 17, 20, 24, 31, 32, 33, 40),
+INSTANTIATE_TEST_SUITE_P(Lengths, DumpWithTimesOf, testing::Values(0, 1, 7, 8, 11, 16, 17, 20, 24, 31, 32, 33, 40, 64),
                          [](auto const& length) { return "Of" + std::to_string(length.param) + "Bytes"; });
 
 // A first record with all of its time, and then others with as much as is new.
@@ -234,9 +234,14 @@ TEST_F(DumpSamplesShortened, RecordLargerThanTheLimitGoesToTheFileWithTheNext) {
 
 class CutDump : public DumpSamplesShortened {
  protected:
-  // Samples that fill the file once, and some that stay in the buffer.
+  // Samples that fill the file once, and some that stay in the buffer. Each fifth time is new from its middle on, and
+  // the others in their last character.
   CutDump() {
-    mSamples = MakeSamples(12000, 24, [](std::size_t i, Random&) { return 70 + i % 60; });
+    for (std::size_t i = 0; i != 9000; ++i) {
+      std::string const hook = std::to_string(1000 + i / 5 % 9000);
+      std::string const time = std::string(10, '0') + hook + std::string(9, '0') + static_cast<char>('0' + i % 5);
+      mSamples.emplace_back(time, Value(i, i % 2 == 0 ? kRoom : 70 + i % 60));
+    }
     Begin(24);
     mInFile = PutAndCount(mSamples);
     mFileSize = TempSize();
@@ -261,8 +266,9 @@ class CutDump : public DumpSamplesShortened {
 TEST_F(CutDump, NoSampleIsWrongWhereverTheFileEnds) {
   ASSERT_GT(mInFile, 0u);
   ASSERT_LT(mInFile, mSamples.size());
+  ASSERT_NE(mInFile % 5, 0u) << "the first time in memory is the end of one in the file";
   std::vector<std::size_t> sizes = {1, 2, 26, 27, 28, 4096, 65536, mFileSize / 4096 * 4096};
-  for (std::size_t i = 1; i != 420; ++i) {
+  for (std::size_t i = 1; i != 1100; ++i) {
     sizes.push_back(mFileSize - i);
   }
   int betweenRecords = 0;
@@ -285,7 +291,7 @@ TEST_F(CutDump, NoSampleIsWrongWhereverTheFileEnds) {
 TEST_F(CutDump, TailThatIsLongerThanTheTimeEndsTheReading) {
   for (int const tail : {25, 33, 127, 128, 255}) {
     // Of the second record, behind the first with its whole time.
-    std::streamoff const second = 1 + 24 + 2 + 70;
+    std::streamoff const second = 1 + 24 + 2 + kRoom;
     Samples const found = ReadDamaged([&](std::string const& path) {
       std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
       file.seekp(second);
@@ -310,6 +316,7 @@ TEST_F(CutDump, AnyBytesAreReadToAnEnd) {
     });
     for (Sample const& sample : found) {
       ASSERT_EQ(sample.first.size(), 24u);
+      ASSERT_LE(sample.second.size(), std::max(size, kRoom)) << "more than there is";
     }
   }
 }

@@ -127,7 +127,7 @@ struct FixedDigits {
   *p = '.';
   StoreEight(p + 1, digits.decimals | kZeroes);
   StoreEight(p + 1 + kFixedDecimals, kZeroes);
-  StoreEight(p + 1 + 2 * kFixedDecimals, kZeroes);
+  StoreEight(p + 1 + kFixedDecimals + kFixedDecimals, kZeroes);
   return p + field.sizeBehind;
 }
 
