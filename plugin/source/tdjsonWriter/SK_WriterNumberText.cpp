@@ -164,7 +164,7 @@ constexpr std::array<std::uint32_t, 1000> kThreeDigits = MakeThreeDigits();
 // A number of eight decimals. point: as in `WriteDecimal`.
 char* WriteFixedNumber(char* out, std::uint64_t fixed, char const*& point) {
   std::uint32_t const integer = static_cast<std::uint32_t>(fixed / kTenToEight);
-  std::uint64_t const decimals = DigitsOfValue(static_cast<std::uint32_t>(fixed - integer * kTenToEight));
+  auto const behindPoint = static_cast<std::uint32_t>(fixed - integer * kTenToEight);
   if (integer < kThreeDigits.size()) {
     std::uint64_t const digits = kThreeDigits[integer];
     // The last digit stays, also of 0.
@@ -175,10 +175,14 @@ char* WriteFixedNumber(char* out, std::uint64_t fixed, char const*& point) {
     out = WriteInteger(out, integer);
   }
   point = out;
+  if (behindPoint == 0) {
+    return out;
+  }
+  std::uint64_t const decimals = DigitsOfValue(behindPoint);
   *out = '.';
   StoreEight(out + 1, decimals | kZeroes);
   // Zeroes at the end stay behind the end.
-  return decimals == 0 ? out : out + 9 - static_cast<unsigned>(__builtin_clzll(decimals)) / 8;
+  return out + 9 - static_cast<unsigned>(__builtin_clzll(decimals)) / 8;
 }
 
 // Whatever a double can be, the slow way. The value is not negative and no NaN.
