@@ -293,11 +293,13 @@ TEST_P(SetAppends, GoOutOnceThereIsEnough) {
 
 // A set begins with the 53 bytes of ,"dataDynamicSamples":[{"sampleSetID":"a","samples":[ and ends with ]}. A sample
 // is its digits and the 24 bytes of {"time":"T1","value":""}, and a comma if it is not the first.
+// Once the end of the file is known, that is from the second append on, all but the last end at a multiple of 262,144
+// bytes of the file; the head has 164.
 Appends const kAppends[] = {
     {"OneByteBelowTheLimit", 1, 262066, {262145}},
     {"AtTheLimit", 1, 262067, {262144, 2}},
-    {"OneByteAboveTheLimit", 1, 262068, {262145, 2}},
-    {"FarAboveTheLimit", 2, 3000000, {3000077, 3000025, 2}},
+    {"OneByteAboveTheLimit", 1, 262068, {262144, 3}},
+    {"FarAboveTheLimit", 2, 3000000, {11 * 262144, 11 * 262144 - 164, 233100}},
     {"TwoBelow", 2, 131020, {262144}},
     {"TwoAtTheLimit", 2, 131021, {262144, 2}},
     {"ThirdBehindTheLimit", 3, 131021, {262144, 131048}},
