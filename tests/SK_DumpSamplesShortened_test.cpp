@@ -415,6 +415,56 @@ TEST_F(DumpSamplesShortened, FullDiskIsToldAndLosesNothing) {
   EXPECT_TRUE(ReadAll(*mDump) == attempts.Taken());
 }
 
+// With a file of its own it goes on in small pieces, but needs the disk for what is more than a mebibyte only.
+TEST_F(DumpSamplesShortened, DiskThatFillsUpLaterIsNoFailureWhileMemoryIsEnough) {
+  auto const hundred = [](std::size_t, Random&) { return std::size_t{100}; };
+  Samples const samples = MakeSamples(30000, 24, hundred);
+  Begin(24);
+  std::size_t put = 0;
+  for (; TempSize() < kLimit + kLimit / 4; ++put) {
+    Put(*mDump, samples[put]);
+  }
+  std::size_t const inFile = TempSize();
+  std::size_t const enough = put + kLimit / 130;
+  ASSERT_LT(enough, samples.size());
+  {
+    FailingCall const full(senmark_test::kWrite, ENOSPC, 0, 1000);
+    for (; put != enough; ++put) {
+      Put(*mDump, samples[put]);
+    }
+    EXPECT_TRUE(full.HasFailed());
+    EXPECT_EQ(TempSize(), inFile);
+    try {
+      for (; put != samples.size(); ++put) {
+        Put(*mDump, samples[put]);
+      }
+      ADD_FAILURE() << "more than a mebibyte without a disk";
+    } catch (SK_PluginException const& error) {
+      EXPECT_EQ(error.GetErrorCode(), 1034);
+    }
+  }
+  EXPECT_TRUE(ReadAll(*mDump) == Samples(samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(put)));
+}
+
+TEST_F(DumpSamplesShortened, GoesOnInPiecesOnceItHasAFile) {
+  Samples const samples = MakeSamples(20000, 24, [](std::size_t, Random&) { return std::size_t{100}; });
+  Begin(24);
+  std::size_t spills = 0;
+  std::size_t size = 0;
+  for (Sample const& sample : samples) {
+    Put(*mDump, sample);
+    std::size_t const grown = TempSize() - size;
+    if (grown != 0 && size != 0) {
+      EXPECT_LE(grown, kLimit / 4);
+      EXPECT_GT(grown, kLimit / 4 - 200);
+      ++spills;
+    }
+    size += grown;
+  }
+  EXPECT_GE(spills, 4u);
+  EXPECT_TRUE(ReadAll(*mDump) == samples);
+}
+
 // Others hold so much that this one spills at 64 KiB: the order and the times are the same.
 TEST_F(DumpSamplesShortened, EarlySpillsKeepOrderAndTimes) {
   std::vector<std::unique_ptr<SK_DumpSamplesUtils>> others;

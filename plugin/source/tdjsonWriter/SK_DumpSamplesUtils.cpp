@@ -89,12 +89,12 @@ void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string
 
 void SK_DumpSamplesUtils::WriteSample(std::string_view time, std::string_view value) {
   std::size_t const recordLength = LongestRecord(time, value);
-  if (mBufferSize + recordLength > BufferLimit()) {
+  if (mBufferSize + recordLength > kBufferLimit) {
     FlushBufferToFile();
     AddToBuffer(time, value, false);
     return;
   }
-  if (WouldPassShare(recordLength)) {
+  if (ShouldSpillEarly(recordLength)) {
     SpillEarly();
   }
   AddToBuffer(time, value, true);
@@ -158,11 +158,6 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   } catch (...) {
     // The caller has a failure of its own to report, or none. What is left goes with the object.
   }
-}
-
-// What is written at once anyway need not be collected further once there is a file.
-std::size_t SK_DumpSamplesUtils::BufferLimit() const {
-  return mShortensTimes && mHasFileData ? kPieceSize : kBufferLimit;
 }
 
 // A time that is shortened may turn out to take less.
@@ -253,10 +248,14 @@ void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
   mBufferCapacity = capacity;
 }
 
-bool SK_DumpSamplesUtils::WouldPassShare(std::size_t recordLength) const {
+bool SK_DumpSamplesUtils::ShouldSpillEarly(std::size_t recordLength) const {
   std::size_t const size = mBufferSize + recordLength;
   if (size <= mBufferCapacity || mBufferSize < kSmallestEarlySpill) {
     return false;
+  }
+  // Where there is a file, nothing is gained by more than is written at once.
+  if (mShortensTimes && mHasFileData && mBufferCapacity >= kPieceSize) {
+    return true;
   }
   std::size_t const growth = CapacityFor(size, kSmallestEarlySpill) - mBufferCapacity;
   return gBufferedBytes.load(std::memory_order_relaxed) + growth > kProcessLimit;

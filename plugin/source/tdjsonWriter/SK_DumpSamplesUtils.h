@@ -37,6 +37,7 @@ class SK_DumpSamplesUtils {
   /// The length of every time text, in bytes. Called once, before the first sample.
   void SetTimeLength(unsigned short length, eTimes times = eTimes::kWhole);
 
+  /// Bytes of the place that `PutSample` gives.
   static constexpr std::size_t kPutRoom = 192;
 
   /// Codes of file operations plus 1000. `std::bad_alloc` when there is no memory even after a spill.
@@ -109,14 +110,13 @@ class SK_DumpSamplesUtils {
     return true;
   }
   bool ReadAnySample(std::string_view& time, std::string_view& value);
-  std::size_t BufferLimit() const;
   std::size_t LongestRecord(std::string_view time, std::string_view value) const;
   void AddToBuffer(std::string_view time, std::string_view value, bool mayFlush);
   void FlushBufferToFile();
   void ExecBeforeRead();
 
   void ReserveFor(std::size_t recordLength);
-  bool WouldPassShare(std::size_t recordLength) const;
+  bool ShouldSpillEarly(std::size_t recordLength) const;
   void SpillEarly();
   void FreeBuffer() noexcept;
   void MakeTempFile();
