@@ -81,6 +81,11 @@ inline Digits Scan(std::string_view text, char decimalMark) {
   return digits;
 }
 
+/// digits  `kExactDigits` at most, `fraction` of them behind the mark.
+double ExactNumber(std::uint64_t digits, std::size_t fraction) {
+  return static_cast<double>(digits) / static_cast<double>(kPowersOfTen[fraction]);
+}
+
 /// Of a text that `Scan` takes.
 std::optional<double> Convert(std::string_view text, char decimalMark) {
   text.remove_prefix(text.front() == '+' ? 1 : 0);
@@ -118,14 +123,17 @@ std::optional<double> ToNumber(std::string_view text, char decimalMark) {
   if (!digits.isNumber) {
     return std::nullopt;
   }
-  return digits.isExact() ? ExactNumber(digits.value, static_cast<std::size_t>(digits.fraction), digits.isNegative)
-                          : Convert(text, decimalMark);
+  if (!digits.isExact()) {
+    return Convert(text, decimalMark);
+  }
+  double const magnitude = ExactNumber(digits.value, static_cast<std::size_t>(digits.fraction));
+  return digits.isNegative ? -magnitude : magnitude;
 }
 
 bool IsTiny(std::uint64_t digits, std::size_t fraction) {
   // At four decimals or less there is nothing so small.
   constexpr std::size_t kDecimalsOfSmallest = 4;
-  return fraction > kDecimalsOfSmallest && digits != 0 && ExactNumber(digits, fraction, false) < kit::kSmallestNumber;
+  return fraction > kDecimalsOfSmallest && digits != 0 && ExactNumber(digits, fraction) < kit::kSmallestNumber;
 }
 
 bool IsGapWord(std::string_view text) {

@@ -21,7 +21,6 @@ inline NumberShape ShapeOfCell(Cell const& cell, char decimalMark);
 
 /// None for what `ShapeOf` does not take for a number.
 std::optional<double> ToNumber(std::string_view text, char decimalMark);
-inline std::optional<double> NumberOfCell(Cell const& cell, char decimalMark);
 
 /// Words that stand for a number that is missing, in any case: NA, N/A, NaN, null, none, and dashes.
 bool IsGapWord(std::string_view text);
@@ -31,17 +30,8 @@ bool IsGapWord(std::string_view text);
 constexpr std::ptrdiff_t kExactDigits = 15;
 static_assert(PlainNumber::kMostDigits <= kExactDigits);
 
-/// digits   `kExactDigits` at most.
-/// fraction  of them, behind the mark.
-inline double ExactNumber(std::uint64_t digits, std::size_t fraction, bool isNegative) {
-  // Signs come as they like: a branch would be guessed wrong too often.
-  static constexpr double kDivisors[2][kExactDigits + 1] = {
-      {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15},
-      {-1e0, -1e1, -1e2, -1e3, -1e4, -1e5, -1e6, -1e7, -1e8, -1e9, -1e10, -1e11, -1e12, -1e13, -1e14, -1e15}};
-  return static_cast<double>(static_cast<std::int64_t>(digits)) / kDivisors[isNegative ? 1 : 0][fraction];
-}
-
-/// Whether so many digits make a number that is not 0, and closer to it than 0.0001.
+/// Whether digits, `kExactDigits` at most and `fraction` of them behind the mark, make a number that is not 0, and
+/// closer to it than 0.0001.
 bool IsTiny(std::uint64_t digits, std::size_t fraction);
 
 inline NumberShape ShapeOfCell(Cell const& cell, char decimalMark) {
@@ -57,17 +47,10 @@ inline NumberShape ShapeOfCell(Cell const& cell, char decimalMark) {
   return shape;
 }
 
-/// Of a cell whose number is there.
+/// The number of a cell that is a plain one.
 inline senmark::kit::Decimal DecimalOf(Cell const& cell) {
   auto const digits = static_cast<std::int64_t>(cell.plain.digits(cell.text.data()));
   return {cell.plain.isNegative ? -digits : digits, cell.plain.fraction};
-}
-
-inline std::optional<double> NumberOfCell(Cell const& cell, char decimalMark) {
-  if (!cell.plain.isThere()) {
-    return ToNumber(cell.text, decimalMark);
-  }
-  return ExactNumber(cell.plain.digits(cell.text.data()), cell.plain.fraction, cell.plain.isNegative);
 }
 
 }  // namespace senmark_series
