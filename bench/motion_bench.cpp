@@ -146,7 +146,7 @@ double SecondsOfBareParse(std::string const& path) {
 }
 
 void ConvertAlone(std::string const& input, std::string const& output) {
-  HostTables const tables;
+  senmark_test::HostTables const tables;
   senmark::kit::Output result(tables.Get(), output);
   senmark_motion::Convert(senmark::kit::Input(input, "bvh", "senmark.motion"), result);
   result.finish();

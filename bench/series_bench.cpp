@@ -187,7 +187,7 @@ class Conversion {
   }
 
  private:
-  HostTables mTables;
+  senmark_test::HostTables mTables;
 };
 
 struct Side {
