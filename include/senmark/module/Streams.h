@@ -107,6 +107,8 @@ class Moment {
 
   Moment(detail::SampleKey const& key, detail::ClockTime const& time) : mKey(key), mClockTime(time) {}
 
+  detail::ClockTime const& clockTime() const { return mClockTime; }
+
   detail::SampleKey mKey;
   detail::ClockTime mClockTime;
 };
@@ -281,7 +283,7 @@ class NumberStream : public Stream {
     detail::SampleKey const key = KeyOf(time);
     std::string_view const payload = detail::BytesOf(&value, 1);
     if constexpr (std::is_same_v<Time, Moment>) {
-      Add(key, payload, [&] { Write([&](void* result) { return AddTo(time.mClockTime, value, result); }); });
+      Add(key, payload, [&] { Write([&](void* result) { return AddTo(time.clockTime(), value, result); }); });
     } else {
       Add(key, payload);
     }
@@ -390,7 +392,7 @@ class TextStream : public Stream {
     Require(mClean.size() <= kLongest / 2 || EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
     detail::SampleKey const key = KeyOf(time);
     if constexpr (std::is_same_v<Time, Moment>) {
-      Add(key, mClean, [&] { Write([&](void* result) { return AddTo(time.mClockTime, mClean, result); }); });
+      Add(key, mClean, [&] { Write([&](void* result) { return AddTo(time.clockTime(), mClean, result); }); });
     } else {
       Add(key, mClean);
     }
