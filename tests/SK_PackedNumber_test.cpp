@@ -20,6 +20,7 @@ namespace {
 using ns_sensor::SK_NumberPattern;
 using senmark_test::BitsOf;
 using senmark_test::NumberKind;
+using senmark_test::Pattern;
 using senmark_test::Random;
 using senmark_test::StreamText;
 
@@ -30,14 +31,6 @@ constexpr int kValuesOfAKind = 6000;
 #endif
 
 constexpr char kCanary = '\x5A';
-
-SK_NumberPattern Pattern(std::uint64_t digitsInteger, std::uint64_t digitsDecimal, bool isSigned) {
-  SK_NumberPattern pattern;
-  pattern.digitsInteger = digitsInteger;
-  pattern.digitsDecimal = digitsDecimal;
-  pattern.isSigned = isSigned;
-  return pattern;
-}
 
 std::string TextOf(SK_NumberPattern const& pattern) {
   return std::to_string(pattern.digitsInteger) + '.' + std::to_string(pattern.digitsDecimal) +

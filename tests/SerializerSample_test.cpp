@@ -21,14 +21,7 @@ namespace {
 using ns_sensor::SK_NumberPattern;
 using ns_sensor::SK_StringProperties;
 using senmark_test::PaddedStepByStep;
-
-SK_NumberPattern Pattern(std::uint64_t digitsInteger, std::uint64_t digitsDecimal, bool isSigned) {
-  SK_NumberPattern pattern;
-  pattern.digitsInteger = digitsInteger;
-  pattern.digitsDecimal = digitsDecimal;
-  pattern.isSigned = isSigned;
-  return pattern;
-}
+using senmark_test::Pattern;
 
 SK_StringProperties Widths(std::uint64_t maxLen, std::uint64_t maxDigits) {
   SK_StringProperties properties;

@@ -1,6 +1,7 @@
 /// The writer's texts of numbers, made as they are defined and not as the writer makes them.
 #pragma once
 
+#include <cstdint>
 #include <iomanip>
 #include <locale>
 #include <sstream>
@@ -9,6 +10,14 @@
 #include "senmark/SK_Records.h"
 
 namespace senmark_test {
+
+inline ns_sensor::SK_NumberPattern Pattern(std::uint64_t digitsInteger, std::uint64_t digitsDecimal, bool isSigned) {
+  ns_sensor::SK_NumberPattern pattern;
+  pattern.digitsInteger = digitsInteger;
+  pattern.digitsDecimal = digitsDecimal;
+  pattern.isSigned = isSigned;
+  return pattern;
+}
 
 /// The text of a number as it is defined: by a stream, and then the zeroes off.
 class StreamText {
