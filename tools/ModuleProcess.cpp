@@ -256,7 +256,7 @@ bool ReadToTheEnd(Channels& channels, Child const& child, std::chrono::milliseco
   using Clock = std::chrono::steady_clock;
   Clock::time_point const deadline = Clock::now() + time;
   while (!child.HasEnded()) {
-    auto const left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    auto const left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     if (left <= 0) {
       return false;
     }
