@@ -76,7 +76,7 @@ Samples MakeSamples(std::size_t count, std::size_t timeLength, SizeOf&& sizeOf) 
 /// what it does not take too.
 void Put(SK_DumpSamplesUtils& dump, Sample const& sample) {
   std::string const& value = sample.second;
-  char time[SK_TimeTail::kPadded] = {};
+  char time[SK_TimeWindow::kPadded] = {};
   std::string_view const timeText(time, sample.first.copy(time, sizeof(time)));
   if (value.size() > kRoom) {
     dump.WriteSample(timeText, value);
@@ -187,16 +187,17 @@ TEST_P(DumpWithTimesOf, ClearedDumpBeginsWithAWholeTime) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Lengths, DumpWithTimesOf, testing::Values(0, 1, 7, 8, 11, 16, 17, 20, 24, 31, 32, 33, 40, 64),
+INSTANTIATE_TEST_SUITE_P(Lengths, DumpWithTimesOf,
+                         testing::Values(0, 1, 3, 4, 5, 7, 8, 11, 16, 17, 20, 24, 31, 32, 33, 40, 64),
                          [](auto const& length) { return "Of" + std::to_string(length.param) + "Bytes"; });
 
-// A first record with all of its time, and then others with as much as is new.
+// A first record with all of its time, and then others with a window of it.
 TEST_F(DumpSamplesShortened, RecordsHoldWhatIsNewInTheirTimes) {
   struct Row {
     std::size_t timeLength;
     std::size_t recordBytes;  ///< beside the value, of a time whose last character is new
   };
-  for (Row const& row : {Row{11, 4}, Row{32, 4}, Row{33, 35}, Row{64, 66}}) {
+  for (Row const& row : {Row{3, 5}, Row{4, 7}, Row{11, 7}, Row{32, 7}, Row{33, 35}, Row{64, 66}}) {
     Begin(row.timeLength);
     std::size_t bytes = row.timeLength + 3;
     std::string time(row.timeLength, '0');
@@ -207,8 +208,9 @@ TEST_F(DumpSamplesShortened, RecordsHoldWhatIsNewInTheirTimes) {
       time.back() = static_cast<char>('0' + count % 10);
       Put(*mDump, {time, std::string(150, 'v')});
     }
-    // The first one takes its whole time, and a longer time has no length in front of it.
-    bytes += 150 - (row.timeLength > SK_TimeTail::kLongest ? 1 : 0);
+    // The first one takes its whole time, and a time that has no window no byte in front of it.
+    bool const hasWindow = row.timeLength >= SK_TimeWindow::kShortest && row.timeLength <= SK_TimeWindow::kLongest;
+    bytes += 150 - (hasWindow ? 0 : 1);
     EXPECT_EQ(TempSize(), bytes) << row.timeLength;
     mDump.reset();
   }
@@ -291,16 +293,16 @@ TEST_F(CutDump, NoSampleIsWrongWhereverTheFileEnds) {
   EXPECT_GE(betweenRecords, 2);
 }
 
-TEST_F(CutDump, TailThatIsLongerThanTheTimeEndsTheReading) {
-  for (int const tail : {25, 33, 127, 128, 255}) {
+TEST_F(CutDump, WindowThatLeavesTheTimeEndsTheReading) {
+  for (int const window : {21, 24, 33, 126, 128, 255}) {
     // Of the second record, behind the first with its whole time.
     std::streamoff const second = 1 + 24 + 2 + kRoom;
     Samples const found = ReadDamaged([&](std::string const& path) {
       std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
       file.seekp(second);
-      file.put(static_cast<char>(tail));
+      file.put(static_cast<char>(window));
     });
-    EXPECT_TRUE(found == Samples({mSamples[0]})) << tail;
+    EXPECT_TRUE(found == Samples({mSamples[0]})) << window;
   }
 }
 

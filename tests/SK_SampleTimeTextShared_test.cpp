@@ -14,7 +14,7 @@
 
 #include "SK_NumberAnalysis.h"
 #include "SK_SampleTimeText.h"
-#include "SK_TimeTail.h"
+#include "SK_TimeWindow.h"
 #include "SharedObjectImpl.h"
 #include "TdjsonRootImpl.h"
 
@@ -71,10 +71,10 @@ class OneFile {
     return text;
   }
   static bool HasZeroesBehind(std::string_view text) {
-    if (text.empty() || text.size() > SK_TimeTail::kLongest) {
+    if (text.empty() || text.size() > SK_TimeWindow::kLongest) {
       return true;
     }
-    return std::all_of(text.data() + text.size(), text.data() + SK_TimeTail::kPadded,
+    return std::all_of(text.data() + text.size(), text.data() + SK_TimeWindow::kPadded,
                        [](char character) { return character == 0; });
   }
 

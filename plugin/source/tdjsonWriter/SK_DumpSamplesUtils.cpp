@@ -38,7 +38,7 @@ constexpr std::size_t kFirstCapacity = 256;
 std::atomic<std::size_t> gBufferedBytes{0};
 
 // What may be written behind a record.
-constexpr std::size_t kBehind = SK_TimeTail::kRoom;
+constexpr std::size_t kBehind = SK_TimeWindow::kRoom;
 
 std::size_t CapacityFor(std::size_t size, std::size_t least) {
   if (size > kBufferLimit) {
@@ -63,7 +63,8 @@ SK_DumpSamplesUtils::~SK_DumpSamplesUtils() {
 
 void SK_DumpSamplesUtils::SetTimeLength(unsigned short length, eTimes times) {
   mTimeLength = length;
-  mShortensTimes = times == eTimes::kShortened && length <= SK_TimeTail::kLongest;
+  mShortensTimes =
+      times == eTimes::kShortened && length >= SK_TimeWindow::kShortest && length <= SK_TimeWindow::kLongest;
   mLastWritten.Reset(length);
   mLastRead.Reset(length);
 }
@@ -178,10 +179,7 @@ void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view va
   }
   char* out = mBuffer.get() + mBufferSize;
   if (mShortensTimes) {
-    char* const head = out++;
-    std::size_t const tail = mLastWritten.Put(out, time.data());
-    *head = static_cast<char>(tail);
-    out += tail;
+    out = mLastWritten.Put(out, time.data());
   } else {
     out = CopyShortText(out, time);
   }
@@ -334,35 +332,28 @@ void SK_DumpSamplesUtils::DropMapping() noexcept {
 // the next bytes are a record.
 bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& value) {
   std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
-  std::size_t const before = mShortensTimes ? 1 : 0;
-  std::size_t const tail = mShortensTimes ? static_cast<unsigned char>(*mRead) : mTimeLength;
-  std::size_t const head = before + tail + sizeof(ValueLength);
+  std::size_t const timeSize = mShortensTimes ? mLastRead.SizeOf(*mRead) : mTimeLength;
+  std::size_t const head = timeSize + sizeof(ValueLength);
+  bool const isTime = !mShortensTimes || timeSize <= SK_TimeWindow::kRoom;
   ValueLength valueLength = 0;
   if (left >= head) {
     std::memcpy(&valueLength, mRead + head - sizeof(valueLength), sizeof(valueLength));
   }
-  if (left < head || left - head < valueLength || !TakeTime(mRead + before, tail, time)) {
+  if (!isTime || left < head || left - head < valueLength) {
     mReadDone = true;
     mRead = mReadEnd;
     return false;
   }
+  if (mShortensTimes) {
+    // Behind the last record there may be no byte to read.
+    char stored[SK_TimeWindow::kRoom] = {};
+    std::memcpy(stored, mRead, timeSize);
+    time = TakeTime(stored);
+  } else {
+    time = std::string_view(mRead, timeSize);
+  }
   value = std::string_view(mRead + head, valueLength);
   mRead += head + valueLength;
-  return true;
-}
-
-bool SK_DumpSamplesUtils::TakeTime(char const* text, std::size_t length, std::string_view& time) {
-  if (!mShortensTimes) {
-    time = std::string_view(text, length);
-    return true;
-  }
-  // Behind the last record there may be no byte to read.
-  char tail[SK_TimeTail::kPadded] = {};
-  std::memcpy(tail, text, std::min(length, sizeof(tail)));
-  if (!mLastRead.Take(tail, length)) {
-    return false;
-  }
-  time = mLastRead.Text();
   return true;
 }
 

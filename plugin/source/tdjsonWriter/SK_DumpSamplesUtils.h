@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "SK_TimeTail.h"
+#include "SK_TimeWindow.h"
 
 namespace SK_NAMESPACE_INT {
 class SK_FileMapper;
@@ -31,7 +31,7 @@ class SK_DumpSamplesUtils {
   enum class eTimes : unsigned char {
     kWhole,
     /// A record holds what is new in its time. For values whose lengths lose no bits, and times that stand in memory
-    /// of `SK_TimeTail::kPadded` bytes.
+    /// of `SK_TimeWindow::kPadded` bytes.
     kShortened,
   };
   /// The length of every time text, in bytes. Called once, before the first sample.
@@ -53,9 +53,7 @@ class SK_DumpSamplesUtils {
   void PutSample(std::string_view time, Put&& put) {
     if (mShortensTimes && mBufferCapacity - mBufferSize >= kShortenedRoom) {
       char* const start = mBuffer.get() + mBufferSize;
-      std::size_t const tail = mLastWritten.Put(start + 1, time.data());
-      *start = static_cast<char>(tail);
-      char* const value = start + 1 + tail + sizeof(ValueLength);
+      char* const value = mLastWritten.Put(start, time.data()) + sizeof(ValueLength);
       char* const end = put(value);
       StoreLength(value, static_cast<std::size_t>(end - value));
       mBufferSize = static_cast<std::size_t>(end - mBuffer.get());
@@ -72,7 +70,28 @@ class SK_DumpSamplesUtils {
   void ReadSample(std::string& time, std::string& value);
   /// The same without a copy: the texts are good until the next call. False behind the last sample.
   bool ReadSample(std::string_view& time, std::string_view& value) {
-    return TakeShortened(time, value) || ReadAnySample(time, value);
+    return ReadShortSample(time, value) || ReadAnySample(time, value);
+  }
+  /// Reads samples for as long as they are short, there are no more than `most`, and `use` takes them: it gets what
+  /// the time is copied from, `SK_TimeWindow const&`, and the value, good until it returns, and gives false for a
+  /// sample that it leaves to the next call. Gives the number of samples that were read; some short ones may be left.
+  template <typename Use>
+  std::uint64_t ReadShortSamples(std::uint64_t most, Use&& use) {
+    // In variables, as whatever `use` stores could be one of the object's members.
+    SK_TimeWindow time = mLastRead;
+    char const* next = mRead;
+    char const* const end = mReadEnd;
+    std::uint64_t count = 0;
+    for (ShortRecord record; count != most && FindShort(next, end, time, record); ++count) {
+      time.Take(next);
+      if (!use(time, record.value)) {
+        break;
+      }
+      next = record.end;
+    }
+    mLastRead = time;
+    mRead = next;
+    return count;
   }
 
   /// Drops everything and deletes the temporary file. No errors.
@@ -81,33 +100,46 @@ class SK_DumpSamplesUtils {
  private:
   using ValueLength = std::uint16_t;
   /// For a shortened time with its length and a value with its own.
-  static constexpr std::size_t kShortenedRoom = 1 + SK_TimeTail::kRoom + sizeof(ValueLength) + kPutRoom;
+  static constexpr std::size_t kShortenedRoom = SK_TimeWindow::kRoom + sizeof(ValueLength) + kPutRoom;
 
   static void StoreLength(char* value, std::size_t length) {
     auto const stored = static_cast<ValueLength>(length);
     std::memcpy(value - sizeof(stored), &stored, sizeof(stored));
   }
 
-  /// A record with a shortened time that is not the last of its buffer or file, if that is the next one.
-  bool TakeShortened(std::string_view& time, std::string_view& value) {
-    std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
-    if (!mShortensTimes || left < kShortenedRoom) {
+  struct ShortRecord {
+    std::string_view value;
+    char const* end;
+  };
+  /// A record with a shortened time and a short value that is none of the last in its buffer or file.
+  bool FindShort(char const* next, char const* end, SK_TimeWindow const& lastTime, ShortRecord& record) const {
+    if (!mShortensTimes || static_cast<std::size_t>(end - next) < kShortenedRoom) {
       return false;
     }
-    std::size_t const tail = static_cast<unsigned char>(*mRead);
-    if (!mLastRead.Take(mRead + 1, tail)) {
+    std::size_t const timeSize = lastTime.SizeOf(*next);
+    if (timeSize > SK_TimeWindow::kRoom) {
       return false;
     }
     ValueLength length = 0;
-    char const* const start = mRead + 1 + tail + sizeof(length);
-    std::memcpy(&length, start - sizeof(length), sizeof(length));
-    if (length > kPutRoom) {
+    char const* const value = next + timeSize + sizeof(length);
+    std::memcpy(&length, value - sizeof(length), sizeof(length));
+    record.value = std::string_view(value, length);
+    record.end = value + length;
+    return length <= kPutRoom;
+  }
+  bool ReadShortSample(std::string_view& time, std::string_view& value) {
+    ShortRecord record;
+    if (!FindShort(mRead, mReadEnd, mLastRead, record)) {
       return false;
     }
-    time = mLastRead.Text();
-    value = std::string_view(start, length);
-    mRead = start + length;
+    time = TakeTime(mRead);
+    value = record.value;
+    mRead = record.end;
     return true;
+  }
+  std::string_view TakeTime(char const* stored) {
+    mLastRead.Take(stored);
+    return std::string_view(mTimeText, static_cast<std::size_t>(mLastRead.CopyTo(mTimeText) - mTimeText));
   }
   bool ReadAnySample(std::string_view& time, std::string_view& value);
   std::size_t LongestRecord(std::string_view time, std::string_view value) const;
@@ -126,15 +158,15 @@ class SK_DumpSamplesUtils {
   void DeleteTempFile() noexcept;
   void DropMapping() noexcept;
   bool TakeRecord(std::string_view& time, std::string_view& value);
-  bool TakeTime(char const* text, std::size_t length, std::string_view& time);
 
   std::unique_ptr<char[]> mBuffer;  // not cleared
   std::size_t mBufferSize = 0;      // of the records in it
   std::size_t mBufferCapacity = 0;  // also part of the count of the process
   unsigned short mTimeLength = 0;
   bool mShortensTimes = false;
-  SK_TimeTail mLastWritten;
-  SK_TimeTail mLastRead;
+  SK_TimeWindow mLastWritten;
+  SK_TimeWindow mLastRead;
+  char mTimeText[SK_TimeWindow::kLongest];  // that was read last, of shortened ones
   bool mHasFileData = false;
   bool mHasBufferData = false;
   int mFileDescriptor = -1;

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "SK_TimeTail.h"
+#include "SK_TimeWindow.h"
 #include "senmark/SK_Records.h"
 
 namespace SK_PLUGIN {
@@ -25,11 +25,11 @@ struct SK_LastTimeText {
   static constexpr std::size_t kNoClock = ~std::size_t{0};
 
   Time time;
-  std::size_t length;               // 0: none
-  std::size_t clockAt;              // where the hours stand
-  std::size_t restAt;               // where stands what is behind the second
-  unsigned short digits;            // of the rest; 0 if it has no place in the text
-  char text[SK_TimeTail::kPadded];  // with zeroes behind it
+  std::size_t length;                 // 0: none
+  std::size_t clockAt;                // where the hours stand
+  std::size_t restAt;                 // where stands what is behind the second
+  unsigned short digits;              // of the rest; 0 if it has no place in the text
+  char text[SK_TimeWindow::kPadded];  // with zeroes behind it
 
   std::string_view View() const { return std::string_view(text, length); }
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "SK_NumberAnalysis.h"
-#include "SK_TimeTail.h"
+#include "SK_TimeWindow.h"
 #include "TdjsonRootImpl.h"
 
 namespace SK_PLUGIN {
@@ -135,7 +135,7 @@ std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, 
   if (mText.size() != mTimeLength) {
     return std::string_view();
   }
-  if (mText.size() > SK_TimeTail::kLongest) {
+  if (mText.size() > SK_TimeWindow::kLongest) {
     return mText;
   }
   SK_LastTimeText<Time>& last = SK_LastTimeText<Time>::Get();

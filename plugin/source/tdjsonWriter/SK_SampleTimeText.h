@@ -26,13 +26,13 @@ class SK_SampleTimeText {
   bool IsOfKind(ns_sensor::SK_DateTimeUTC const&) const { return !mTimeCodeUsed; }
 
   /// The text of a time of the file's kind, good until the thread makes the next one. Empty for one that does not come
-  /// out at the file's length. One of up to `SK_TimeTail::kLongest` bytes stands in memory of
-  /// `SK_TimeTail::kPadded` bytes, with zeroes behind it.
+  /// out at the file's length. One of up to `SK_TimeWindow::kLongest` bytes stands in memory of
+  /// `SK_TimeWindow::kPadded` bytes, with zeroes behind it.
   template <typename Time>
   std::string_view Make(Time const& time) {
     SK_LastTimeText<Time> const& last = SK_LastTimeText<Time>::Get();
     bool const isLast = last.length == mTimeLength && last.digits == DigitsOf(time) && AreSame(time, last.time);
-    return isLast ? last.View() : MakeNew(time);
+    return isLast ? last.View() : MakeNew(Time(time));
   }
 
  private:

@@ -1,5 +1,6 @@
 #include "Serializer.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -17,6 +18,9 @@
 namespace SK_PLUGIN {
 
 namespace {
+
+/// For samples that always come one at a time.
+constexpr auto AppendNone = [](SerializerBuffer&, std::size_t, std::uint64_t) { return std::uint64_t{0}; };
 
 /// Samples go to the file in pieces that begin and end at multiples of this, but for the first and the last: whole
 /// pages, and few enough bytes to stay in the processor's cache until the system has taken them.
@@ -86,29 +90,37 @@ void Serializer::serialize_NumDynamicSamples(std::string const& sampleSetID, SK_
                                              std::uint64_t sampleCount,
                                              ns_sensor::SK_NumberProperties const& properties) {
   NumberField const field(properties.pattern);
-  serializeSet(sampleSetID, dump, sampleCount,
-               [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
-                 AppendNumberSample(text, time, value, field);
-               });
+  serializeSet(
+      sampleSetID, dump, sampleCount,
+      [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
+        AppendNumberSample(text, time, value, field);
+      },
+      [&](SerializerBuffer& text, std::size_t room, std::uint64_t most) {
+        return AppendPackedSamples(text, dump, field, room, most);
+      });
 }
 
 void Serializer::serialize_NumArrDynamicSamples(std::string const& sampleSetID, SK_DumpSamplesUtils& dump,
                                                 std::uint64_t sampleCount,
                                                 ns_sensor::SK_NumberArrayProperties const& properties) {
   NumberField const field(properties.pattern);
-  serializeSet(sampleSetID, dump, sampleCount,
-               [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
-                 AppendNumberArraySample(text, time, value, field);
-               });
+  serializeSet(
+      sampleSetID, dump, sampleCount,
+      [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
+        AppendNumberArraySample(text, time, value, field);
+      },
+      AppendNone);
 }
 
 void Serializer::serialize_PaddedStrDynamicSamples(std::string const& sampleSetID, SK_DumpSamplesUtils& dump,
                                                    std::uint64_t sampleCount,
                                                    ns_sensor::SK_StringProperties const& properties) {
-  serializeSet(sampleSetID, dump, sampleCount,
-               [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
-                 AppendStringSample(text, time, value, properties);
-               });
+  serializeSet(
+      sampleSetID, dump, sampleCount,
+      [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
+        AppendStringSample(text, time, value, properties);
+      },
+      AppendNone);
 }
 
 // The outline goes to the file while it is made. Nobody sees that: what is wrong with it is found later than a
@@ -217,9 +229,11 @@ void Serializer::DropPromiseOfSamples() {
   }
 }
 
-template <typename AppendSample>
+// One sample at a time, and behind it as many as `appendMany` takes by itself: none of what goes wrong can happen
+// there.
+template <typename AppendSample, typename AppendMany>
 void Serializer::serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtils& dump, std::uint64_t sampleCount,
-                              AppendSample const& appendSample) {
+                              AppendSample const& appendSample, AppendMany const& appendMany) {
   if (sampleCount == 0) {
     return;
   }
@@ -241,7 +255,7 @@ void Serializer::serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtil
   buffer.Put('{');
   JSON_StrObj(buffer, "sampleSetID", sampleSetID);
   buffer.Put(R"(,"samples":[)");
-  for (std::uint64_t i = 0; i != sampleCount; ++i) {
+  for (std::uint64_t i = 0; i != sampleCount;) {
     std::string_view time;
     std::string_view value;
     if (!dump.ReadSample(time, value) || (time.empty() && value.empty())) {
@@ -256,6 +270,8 @@ void Serializer::serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtil
       }
       appendSample(buffer, time, value);
     });
+    ++i;
+    i += appendMany(buffer, std::min(buffer.Free(), mBytesToPieceEnd - buffer.Size()), sampleCount - i);
   }
   buffer.Put("]}");
   serializeSamplesToFile(buffer.View(), true);

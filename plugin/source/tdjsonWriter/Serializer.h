@@ -53,9 +53,9 @@ class Serializer {
   void serialize_version(SerializerBuffer& text) const;
   void serialize_DynamicInfo(SerializerBuffer& text) const;
   void DropPromiseOfSamples();
-  template <typename AppendSample>
+  template <typename AppendSample, typename AppendMany>
   void serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtils& dump, std::uint64_t sampleCount,
-                    AppendSample const& appendSample);
+                    AppendSample const& appendSample, AppendMany const& appendMany);
   template <typename AppendSample>
   void addToBuffer(SerializerBuffer& buffer, AppendSample const& appendSample);
   void serializeSamplesToFile(std::string_view text, bool last);

@@ -18,6 +18,8 @@ class SerializerBuffer {
   static constexpr std::size_t kLargestSize = 0x7fffffff;
 
   std::size_t Size() const { return mSize; }
+  /// Bytes by which it can grow without more memory.
+  std::size_t Free() const { return mCapacity - mSize; }
   std::string_view View() const { return std::string_view(mText.get(), mSize); }
 
   void Clear() { mSize = 0; }

@@ -79,8 +79,8 @@ char* CopyLiteral(char* p, char const (&literal)[N]) {
 constexpr char kBeforeTime[] = R"({"time":")";
 constexpr char kBeforeValue[] = R"(","value":)";
 
-constexpr std::size_t TimeRoom(std::string_view time) {
-  return sizeof(kBeforeTime) - 1 + time.size() + sizeof(kBeforeValue) - 1;
+constexpr std::size_t TimeRoom(std::size_t timeSize) {
+  return sizeof(kBeforeTime) - 1 + timeSize + sizeof(kBeforeValue) - 1;
 }
 
 char* CopyTime(char* p, std::string_view time) {
@@ -88,7 +88,7 @@ char* CopyTime(char* p, std::string_view time) {
 }
 
 void AppendTime(SerializerBuffer& out, std::string_view time) {
-  CopyTime(out.Grow(TimeRoom(time)), time);
+  CopyTime(out.Grow(TimeRoom(time.size())), time);
 }
 
 /// What a number and its stores take behind each other: sign, digits, point, a quote, and what changes behind.
@@ -196,27 +196,6 @@ void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField c
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
-/// What most samples are: one number that is packed and fits. False, with nothing appended, for any other.
-bool AppendPackedSample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                        NumberField const& field) {
-  if (!SK_PackedNumber::Begins(value)) {
-    return false;
-  }
-  SK_PackedNumber const number = SK_PackedNumber::Take(value);
-  FixedDigits const digits(number.fixed);
-  if (!field.Fits(digits.integer, digits.decimals)) {
-    return false;
-  }
-  std::size_t const sizeBefore = out.Size();
-  char* const start = out.Grow(TimeRoom(time) + 2 + kFieldRoom);
-  char* p = CopyTime(start, time);
-  *p = '"';
-  p = PutPadded(p + 1, digits, number.isNegative, field);
-  p = CopyLiteral(p, "\"}");
-  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
-  return true;
-}
-
 }  // namespace
 
 NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pattern(numberPattern) {
@@ -235,13 +214,39 @@ void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_senso
   AppendNumber<false>(out, number, pattern, false);
 }
 
+std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, NumberField const& field,
+                                  std::size_t room, std::uint64_t most) {
+  constexpr std::size_t kLargest = 1 + TimeRoom(SK_TimeWindow::kLongest) + 3 + kFieldRoom;
+  // Of its own, as whatever is stored could be part of the caller's.
+  NumberField const place = field;
+  std::size_t const sizeBefore = out.Size();
+  char* const start = out.Grow(room);
+  char const* const end = start + room;
+  char* p = start;
+  std::uint64_t const count = dump.ReadShortSamples(most, [&](SK_TimeWindow const& time, std::string_view value) {
+    if (static_cast<std::size_t>(end - p) < kLargest || !SK_PackedNumber::Begins(value)) {
+      return false;
+    }
+    SK_PackedNumber const number = SK_PackedNumber::Take(value);
+    FixedDigits const digits(number.fixed);
+    if (!place.Fits(digits.integer, digits.decimals)) {
+      return false;
+    }
+    *p = ',';
+    p = time.CopyTo(CopyLiteral(p + 1, kBeforeTime));
+    p = CopyLiteral(CopyLiteral(p, kBeforeValue), "\"");
+    p = CopyLiteral(PutPadded(p, digits, number.isNegative, place), "\"}");
+    return true;
+  });
+  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
+  return count;
+}
+
 void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value,
                         NumberField const& field) {
-  if (!AppendPackedSample(out, time, value, field)) {
-    AppendTime(out, time);
-    AppendElement(out, value, field, false);
-    out.Put('}');
-  }
+  AppendTime(out, time);
+  AppendElement(out, value, field, false);
+  out.Put('}');
 }
 
 void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "SK_DumpSamplesUtils.h"
 #include "SerializerBuffer.h"
 #include "senmark/SK_Records.h"
 
@@ -37,6 +38,12 @@ struct NumberField {
   std::uint64_t otherIntegers = kNone;  ///< the digits for which there is no place
   std::uint64_t otherDecimals = kNone;
 };
+
+/// Appends samples of `dump` with a comma in front of each, within `room` bytes, for which the buffer has the memory,
+/// and at most `most`: for as long as each is a packed number that fits into its field, and its record is short. Those
+/// are nearly all, but where there is nothing to append, another kind of sample is next, or little room is left.
+std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, NumberField const& field,
+                                  std::size_t room, std::uint64_t most);
 
 /// time   the text of the sample's time.
 /// value  as it was parked: a number, packed or as its text; several of either, with commas between them; an
