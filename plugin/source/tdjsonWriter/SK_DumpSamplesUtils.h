@@ -72,9 +72,9 @@ class SK_DumpSamplesUtils {
   bool ReadSample(std::string_view& time, std::string_view& value) {
     return ReadShortSample(time, value) || ReadAnySample(time, value);
   }
-  /// Reads samples for as long as they are short, there are no more than `most`, and `use` takes them: it gets what
-  /// the time is copied from, `SK_TimeWindow const&`, and the value, good until it returns, and gives false for a
-  /// sample that it leaves to the next call. Gives the number of samples that were read; some short ones may be left.
+  /// Reads samples behind the first one for as long as they are short, there are no more than `most`, and `use` takes
+  /// them: it gets what the time is copied from, `SK_TimeWindow const&`, and the value, good until it returns, and
+  /// gives false for a sample that it leaves. Gives the number of those that it took; short ones may be left also then.
   template <typename Use>
   std::uint64_t ReadShortSamples(std::uint64_t most, Use&& use) {
     // In variables, as whatever `use` stores could be one of the object's members.

@@ -39,9 +39,9 @@ struct NumberField {
   std::uint64_t otherDecimals = kNone;
 };
 
-/// Appends samples of `dump` with a comma in front of each, within `room` bytes, for which the buffer has the memory,
-/// and at most `most`: for as long as each is a packed number that fits into its field, and its record is short. Those
-/// are nearly all, but where there is nothing to append, another kind of sample is next, or little room is left.
+/// Appends samples of `dump` behind its first one, a comma in front of each: at most `most`, within `room` bytes, for
+/// which the buffer has the memory. Ends in front of one that is no packed number, does not fit into its field, or has
+/// no short record; the caller reads that by itself. Gives their number.
 std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, NumberField const& field,
                                   std::size_t room, std::uint64_t most);
 
