@@ -7,9 +7,10 @@
 namespace SK_NAMESPACE_INT {
 
 // Not `posix_fallocate`: on file systems without reservation it writes to every block instead.
-void ReserveFileBlocks(int fd, std::uint64_t size) noexcept {
-  if (size <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
-    static_cast<void>(::fallocate(fd, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)));
+void ReserveFileBlocks(int fd, std::uint64_t end, std::uint64_t size) noexcept {
+  constexpr auto kMost = static_cast<std::uint64_t>(std::numeric_limits<off_t>::max());
+  if (end <= kMost && size <= kMost) {
+    static_cast<void>(::fallocate(fd, FALLOC_FL_KEEP_SIZE, static_cast<off_t>(end), static_cast<off_t>(size)));
   }
 }
 

@@ -6,8 +6,8 @@
 
 namespace SK_NAMESPACE_INT {
 
-// The reservation counts from the physical end of the file, which is its start before the first write.
-void ReserveFileBlocks(int fd, std::uint64_t size) noexcept {
+// The reservation counts from the physical end of the file, wherever that is.
+void ReserveFileBlocks(int fd, std::uint64_t /*end*/, std::uint64_t size) noexcept {
   if (size <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
     fstore_t store = {};
     store.fst_flags = F_ALLOCATEALL;

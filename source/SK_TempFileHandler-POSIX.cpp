@@ -33,7 +33,7 @@ SK_TempFileHandler::~SK_TempFileHandler() {
 }
 
 void SK_TempFileHandler::Reserve(std::uint64_t size) {
-  ReserveFileBlocks(mFileDescriptor, size);
+  ReserveFileBlocks(mFileDescriptor, 0, size);
   mReservedSize = size;
 }
 

@@ -33,9 +33,22 @@ TEST(OSFile, BlocksAreSetAsideAndTheLengthStays) {
     GTEST_SKIP();
   }
   File_IO::Descriptor const file(File_IO::Open(folder.Write("file", "").c_str(), false, false));
-  ReserveFileBlocks(file.Get(), kSize);
+  ReserveFileBlocks(file.Get(), 0, kSize);
   EXPECT_EQ(Status(file.Get()).st_size, 0);
   EXPECT_GE(static_cast<std::uint64_t>(Status(file.Get()).st_blocks) * 512, kSize);
+}
+
+TEST(OSFile, BlocksBehindTheEndAreSetAside) {
+  senmark_test::TempFolder const folder;
+  if (!CanReserve(folder)) {
+    GTEST_SKIP();
+  }
+  File_IO::Descriptor const file(File_IO::Open(folder.Write("file", std::string(kSize, 'x')).c_str(), false, false));
+  ReserveFileBlocks(file.Get(), kSize, 3 * kSize);
+  EXPECT_EQ(static_cast<std::uint64_t>(Status(file.Get()).st_size), kSize);
+  EXPECT_GE(static_cast<std::uint64_t>(Status(file.Get()).st_blocks) * 512, 4 * kSize);
+  File_IO::SetEOF(file.Get(), kSize);
+  EXPECT_LT(static_cast<std::uint64_t>(Status(file.Get()).st_blocks) * 512, 2 * kSize) << "cutting gives them back";
 }
 
 TEST(OSFile, WhatTheSystemRefusesChangesNothing) {
@@ -44,17 +57,21 @@ TEST(OSFile, WhatTheSystemRefusesChangesNothing) {
   {
     File_IO::Descriptor const readOnly(File_IO::Open(path.c_str(), true, false));
     auto const blocks = Status(readOnly.Get()).st_blocks;
-    ReserveFileBlocks(readOnly.Get(), kSize);
+    ReserveFileBlocks(readOnly.Get(), 4, kSize);
     EXPECT_EQ(Status(readOnly.Get()).st_blocks, blocks);
   }
   File_IO::Descriptor const file(File_IO::Open(path.c_str(), false, false));
   auto const blocks = Status(file.Get()).st_blocks;
   for (std::uint64_t const size :
        {std::uint64_t{0}, std::uint64_t{1} << 63U, std::numeric_limits<std::uint64_t>::max()}) {
-    ReserveFileBlocks(file.Get(), size);
+    ReserveFileBlocks(file.Get(), 4, size);
     EXPECT_EQ(Status(file.Get()).st_blocks, blocks) << size;
+    if (size != 0) {
+      ReserveFileBlocks(file.Get(), size, 1);
+      EXPECT_EQ(Status(file.Get()).st_blocks, blocks) << size;
+    }
   }
-  ReserveFileBlocks(-1, kSize);
+  ReserveFileBlocks(-1, 0, kSize);
   EXPECT_EQ(folder.Read(path), "text");
 }
 

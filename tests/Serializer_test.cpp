@@ -1,6 +1,7 @@
 #include "Serializer.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <memory>
@@ -381,6 +382,45 @@ TEST_F(SerializerTest, LargeSetHasTheSameTextAsASmallOne) {
   ASSERT_GT(expected.size(), 2u << 20);
   WriteNumbers("a", records);
   EXPECT_TRUE(File() == expected);
+}
+
+class ReservedBlocks : public SerializerTest {
+ protected:
+  std::uint64_t BytesOfBlocks() const {
+    struct stat status = {};
+    EXPECT_EQ(stat(mPath.c_str(), &status), 0);
+    return static_cast<std::uint64_t>(status.st_blocks) * 512;
+  }
+  /// A mebibyte of samples that let one expect many more, and then narrow ones.
+  static std::vector<Record> NarrowBehindWide() {
+    std::vector<Record> records;
+    for (int i = 10000; i != 50000; ++i) {
+      records.push_back({std::to_string(i), i < 20000 ? std::string(100, '1') : "1"});
+    }
+    return records;
+  }
+  static constexpr std::uint64_t kSlack = 65536;  // bytes, of the last block
+};
+
+TEST_F(ReservedBlocks, AreGivenBackWhenSamplesTurnOutNarrower) {
+  UseTimeCode();
+  WriteNumbers("a", NarrowBehindWide(), 40000, 1);
+  EXPECT_LT(BytesOfBlocks(), std::filesystem::file_size(mPath) + kSlack);
+  std::uint64_t const size = std::filesystem::file_size(mPath);
+  WriteNumbers("b", NarrowBehindWide(), 40000, 1);
+  EXPECT_GT(std::filesystem::file_size(mPath), size + size / 2);
+  EXPECT_LT(BytesOfBlocks(), std::filesystem::file_size(mPath) + kSlack);
+}
+
+TEST_F(ReservedBlocks, AreGivenBackWithASetThatFails) {
+  UseTimeCode();
+  WriteNumbers("a", {{"T1", "7"}});
+  std::uint64_t const before = BytesOfBlocks();
+  std::vector<Record> records = NarrowBehindWide();
+  records[15000].value = "";
+  ExpectWriterError([&] { WriteNumbers("b", records, 40000, 1); }, 2014);
+  mSerializer.clearDynamicSamples();
+  EXPECT_LE(BytesOfBlocks(), before);
 }
 
 // What is taken back, and what begins anew.

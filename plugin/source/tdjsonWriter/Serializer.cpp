@@ -26,6 +26,10 @@ constexpr auto AppendNone = [](SerializerBuffer&, std::size_t, std::uint64_t) { 
 /// pages, and few enough bytes to stay in the processor's cache until the system has taken them.
 constexpr std::size_t kPieceSize = std::size_t{256} << 10;
 
+/// Blocks are set aside for so many bytes at once: so many that it does not happen often, and few enough to be missed
+/// by nobody if they turn out not to be needed.
+constexpr std::int64_t kReserveStep = std::int64_t{64} << 20;
+
 void serialize_TimeCodeInfo(SerializerBuffer& text, ns_sensor::SK_TimeCodeInfo const& info) {
   JSON_BoolObj(text, "useTimecodeB", true);
   text.Put(R"(,"timecodeInfo":{"frameRate":{)");
@@ -243,6 +247,8 @@ void Serializer::serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtil
   }
   // Where the file ends is known only once there is something to write.
   mBytesToPieceEnd = kPieceSize;
+  mReservedLength = 0;
+  mLikelySetSize = 0;
   SerializerBuffer buffer;
   if (!mSamplesStarted) {
     buffer.Put(R"(,"dataDynamicSamples":[)");
@@ -265,10 +271,13 @@ void Serializer::serializeSet(std::string const& sampleSetID, SK_DumpSamplesUtil
       ThrowWriterError(kHalfEmptySample);
     }
     addToBuffer(buffer, [&] {
+      std::size_t const before = buffer.Size();
       if (i != 0) {
         buffer.Put(',');
       }
       appendSample(buffer, time, value);
+      // All samples of a set are equally wide, nearly always.
+      mLikelySetSize = (buffer.Size() - before) * sampleCount;
     });
     ++i;
     i += appendMany(buffer, std::min(buffer.Free(), mBytesToPieceEnd - buffer.Size()), sampleCount - i);
@@ -305,12 +314,27 @@ void Serializer::serializeSamplesToFile(std::string_view text, bool last) {
       mLength = mSetStartOffset;
     }
   }
+  if (!last) {
+    reserveBlocks(text.size());
+  }
   AppendText(mFileDescriptor, text);
   mLength += static_cast<std::int64_t>(text.size());
   mBytesToPieceEnd = kPieceSize - static_cast<std::size_t>(mLength) % kPieceSize;
   if (last) {
+    if (mReservedLength > mLength) {
+      DropReserve(mFileDescriptor, mLength);
+    }
     CloseDescriptor(mFileDescriptor);
     mSetStartOffset = -1;
+  }
+}
+
+void Serializer::reserveBlocks(std::size_t size) {
+  auto const left = static_cast<std::int64_t>(mLikelySetSize) - (mLength - mSetStartOffset);
+  if (mLength + static_cast<std::int64_t>(size) > mReservedLength && left > 0) {
+    std::int64_t const step = std::min(left, kReserveStep);
+    ReserveForAppending(mFileDescriptor, mLength, static_cast<std::uint64_t>(step));
+    mReservedLength = mLength + step;
   }
 }
 

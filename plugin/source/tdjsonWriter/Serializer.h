@@ -59,6 +59,7 @@ class Serializer {
   template <typename AppendSample>
   void addToBuffer(SerializerBuffer& buffer, AppendSample const& appendSample);
   void serializeSamplesToFile(std::string_view text, bool last);
+  void reserveBlocks(std::size_t size);
 
   std::shared_ptr<TdjsonRootImpl> mRoot;
   std::int32_t mFileDescriptor = -1;
@@ -67,6 +68,8 @@ class Serializer {
   bool mSamplesStarted = false;        ///< the array of sets is open and one set is in it
   std::int64_t mSetStartOffset = -1;   ///< length of the file before the set that is being written
   std::int64_t mLength = 0;            ///< of the file with what of that set has been written
+  std::int64_t mReservedLength = 0;    ///< of the file, for which blocks have been set aside
+  std::uint64_t mLikelySetSize = 0;    ///< of the text of that set's samples
   std::size_t mBytesToPieceEnd = 0;    ///< of its samples, so many make the next piece
   std::int64_t mHeaderEndOffset = -1;  ///< length of the opening brace and the version
 };

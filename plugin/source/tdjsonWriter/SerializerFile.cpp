@@ -5,6 +5,7 @@
 
 #include "SK_Exception.h"
 #include "SK_FileIO.h"
+#include "SK_OSFile.h"
 #include "SK_WriterFailure.h"
 
 namespace SK_PLUGIN {
@@ -19,6 +20,18 @@ void AppendText(int descriptor, std::string_view text) {
       File_IO::ThrowWriteFailed(errno);
     }
   });
+}
+
+void ReserveForAppending(int descriptor, std::int64_t end, std::uint64_t size) {
+  SK_NAMESPACE_INT::ReserveFileBlocks(descriptor, static_cast<std::uint64_t>(end), size);
+}
+
+void DropReserve(int descriptor, std::int64_t end) noexcept {
+  try {
+    File_IO::SetEOF(descriptor, end);
+  } catch (...) {
+    // All that was written is there.
+  }
 }
 
 void CloseDescriptor(std::int32_t& descriptor) {

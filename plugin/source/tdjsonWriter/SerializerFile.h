@@ -15,6 +15,12 @@ namespace SK_PLUGIN {
 int OpenForAppending(std::string const& path);
 /// One write of the whole text. A full disk is 1034, anything else 1055, also a text that is too long for one write.
 void AppendText(int descriptor, std::string_view text);
+/// Sets blocks aside for the next `size` bytes of a file that ends at `end`: a system that has them finds a place for
+/// what is written much faster.
+void ReserveForAppending(int descriptor, std::int64_t end, std::uint64_t size);
+/// Gives back what is set aside behind the end of the file, at `end`. No errors: there is no more wrong than that the
+/// file has blocks that it does not need.
+void DropReserve(int descriptor, std::int64_t end) noexcept;
 /// -1 before the attempt, so that none is closed twice; -1 is left alone.
 void CloseDescriptor(std::int32_t& descriptor);
 /// Opens the file, cuts it to `length` bytes and closes it.
