@@ -69,7 +69,7 @@ void SK_DumpSamplesUtils::SetTimeLength(unsigned short length, eTimes times) {
 }
 
 void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
-  WriteSample(time, SK_WriterNumberText(value).View());
+  WriteAnySample(time, SK_WriterNumberText(value).View());
 }
 
 void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector<double> const& values) {
@@ -80,14 +80,14 @@ void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector
     }
     mArrayText += SK_WriterNumberText(value).View();
   }
-  WriteSample(time, mArrayText);
+  WriteAnySample(time, mArrayText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string const& value) {
-  WriteSample(time, value);
+  WriteAnySample(time, value);
 }
 
-void SK_DumpSamplesUtils::WriteSample(std::string_view time, std::string_view value) {
+void SK_DumpSamplesUtils::WriteAnySample(std::string_view time, std::string_view value) {
   std::size_t const recordLength = LongestRecord(time, value);
   if (mBufferSize + recordLength > kBufferLimit) {
     FlushBufferToFile();
@@ -176,16 +176,15 @@ void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view va
     AddToBuffer(time, value, false);
     return;
   }
-  char* out = mBuffer.get() + mBufferSize;
-  if (mShortensTimes) {
-    char* const head = out++;
-    std::size_t const tail = mLastWritten.Put(out, time.data());
-    *head = static_cast<char>(tail);
-    out += tail;
-  } else {
-    out = CopyShortText(out, time);
+  if (!mShortensTimes) {
+    AppendWhole(time, value);
+    return;
   }
-  out += sizeof(ValueLength);
+  char* out = mBuffer.get() + mBufferSize;
+  char* const head = out++;
+  std::size_t const tail = mLastWritten.Put(out, time.data());
+  *head = static_cast<char>(tail);
+  out += tail + sizeof(ValueLength);
   StoreLength(out, value.size());
   mBufferSize = static_cast<std::size_t>(CopyShortText(out, value) - mBuffer.get());
   mHasBufferData = true;
@@ -333,36 +332,32 @@ void SK_DumpSamplesUtils::DropMapping() noexcept {
 // One record, if all of it is there. A length that lost its high bits sends the reading astray, so nothing says that
 // the next bytes are a record.
 bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& value) {
-  std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
-  std::size_t const before = mShortensTimes ? 1 : 0;
-  std::size_t const tail = mShortensTimes ? static_cast<unsigned char>(*mRead) : mTimeLength;
-  std::size_t const head = before + tail + sizeof(ValueLength);
-  ValueLength valueLength = 0;
-  if (left >= head) {
-    std::memcpy(&valueLength, mRead + head - sizeof(valueLength), sizeof(valueLength));
-  }
-  if (left < head || left - head < valueLength || !TakeTime(mRead + before, tail, time)) {
-    mReadDone = true;
-    mRead = mReadEnd;
-    return false;
-  }
-  value = std::string_view(mRead + head, valueLength);
-  mRead += head + valueLength;
-  return true;
-}
-
-bool SK_DumpSamplesUtils::TakeTime(char const* text, std::size_t length, std::string_view& time) {
-  if (!mShortensTimes) {
-    time = std::string_view(text, length);
+  if (mShortensTimes ? TakeAnyShortened(time, value) : TakeWhole(time, value)) {
     return true;
   }
+  mReadDone = true;
+  mRead = mReadEnd;
+  return false;
+}
+
+bool SK_DumpSamplesUtils::TakeAnyShortened(std::string_view& time, std::string_view& value) {
+  std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
+  std::size_t const tail = static_cast<unsigned char>(*mRead);
+  std::size_t const head = 1 + tail + sizeof(ValueLength);
+  if (left < head) {
+    return false;
+  }
+  ValueLength valueLength = 0;
+  std::memcpy(&valueLength, mRead + head - sizeof(valueLength), sizeof(valueLength));
   // Behind the last record there may be no byte to read.
-  char tail[SK_TimeTail::kPadded] = {};
-  std::memcpy(tail, text, std::min(length, sizeof(tail)));
-  if (!mLastRead.Take(tail, length)) {
+  char padded[SK_TimeTail::kPadded] = {};
+  std::memcpy(padded, mRead + 1, std::min(tail, sizeof(padded)));
+  if (left - head < valueLength || !mLastRead.Take(padded, tail)) {
     return false;
   }
   time = mLastRead.Text();
+  value = std::string_view(mRead + head, valueLength);
+  mRead += head + valueLength;
   return true;
 }
 
