@@ -32,6 +32,26 @@ inline std::uint32_t LoadFour(char const* bytes) {
   return number;
 }
 
+/// The bytes of a text of at most eight, with `filler` behind them.
+inline std::uint64_t LoadUpToEight(std::string_view text, char filler) {
+  char const* const first = text.data();
+  std::size_t const size = text.size();
+  if (size >= 8) {
+    return LoadEight(first);
+  }
+  auto const place = [](char character, std::size_t at) {
+    return std::uint64_t{static_cast<unsigned char>(character)} << (8 * at);
+  };
+  std::uint64_t number = kEveryByte * static_cast<unsigned char>(filler) << (8 * size);
+  // Bytes that are taken twice come to the same place.
+  if (size >= 4) {
+    number |= LoadFour(first) | std::uint64_t{LoadFour(first + size - 4)} << (8 * (size - 4));
+  } else if (size != 0) {
+    number |= place(first[0], 0) | place(first[size / 2], size / 2) | place(first[size - 1], size - 1);
+  }
+  return number;
+}
+
 inline void StoreEight(char* bytes, std::uint64_t number) {
   if constexpr (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__) {
     number = __builtin_bswap64(number);

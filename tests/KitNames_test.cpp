@@ -3,9 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <random>
 #include <set>
+#include <string>
+#include <string_view>
 
+#include "ExactRange.h"
 #include "SK_Utils.h"
 
 namespace senmark::kit {
@@ -99,6 +104,75 @@ TEST(KitNames, TextsAreMadeUtf8) {
   for (Row const& row : rows) {
     EXPECT_EQ(Utf8(row.text), row.clean);
   }
+}
+
+/// A copy between bytes that do not change.
+class GuardedCopy {
+ public:
+  explicit GuardedCopy(std::string_view text) : mText(text), mBytes(text.size() + 2 * kGuard, '#') {
+    mIsPlain = detail::CopyPlain(ExactText(), mBytes.data() + kGuard);
+  }
+  bool IsPlain() const { return mIsPlain; }
+  std::string Copy() const { return mBytes.substr(kGuard, mText.size()); }
+  bool IsInItsRoom() const {
+    std::string const guard(kGuard, '#');
+    return mBytes.substr(0, kGuard) == guard && mBytes.substr(kGuard + mText.size() + 8) == guard.substr(8);
+  }
+
+ private:
+  static constexpr std::size_t kGuard = 32;
+
+  // In memory that ends with it, so that a sanitizer sees what is read behind it.
+  std::string_view ExactText() {
+    mExact = std::make_unique<ExactRange>(mText);
+    return std::string_view(mExact->begin(), mText.size());
+  }
+
+  std::string mText;
+  std::unique_ptr<ExactRange> mExact;
+  std::string mBytes;
+  bool mIsPlain;
+};
+
+// The short way takes exactly the texts that come out as they went in and need no backslash in the file.
+TEST(KitNames, PlainTextsAreCopied) {
+  for (std::size_t length = 0; length <= 40; ++length) {
+    for (std::size_t at = 0; at != std::max<std::size_t>(length, 1); ++at) {
+      for (int byte = 0; byte != 256; ++byte) {
+        std::string text(length, at % 2 == 0 ? ' ' : '~');
+        if (length != 0) {
+          text[at] = static_cast<char>(byte);
+        }
+        bool const isPlain = SampleText(text) == text && text.find_first_of("\\[]\b\t\n\f\r") == std::string::npos;
+        bool const mayBePlain = std::none_of(text.begin(), text.end(), [](char c) { return c < 0; });
+        GuardedCopy const copy(text);
+        ASSERT_EQ(copy.IsPlain(), isPlain && mayBePlain) << byte << " at " << at << " of " << length;
+        ASSERT_TRUE(copy.IsInItsRoom()) << length;
+        if (copy.IsPlain()) {
+          ASSERT_EQ(copy.Copy(), text);
+        }
+      }
+    }
+  }
+}
+
+TEST(KitNames, AnyBytesAreCopiedOnlyIfPlain) {
+  std::mt19937 random(11);
+  char const special[] = {'"', '\\', '[', ']', 0x1F, '!', '#', 'Z', '^', 0x7F, static_cast<char>(0x80), '\0'};
+  int plain = 0;
+  for (int i = 0; i != 200000; ++i) {
+    std::string text(random() % 30, '\0');
+    for (char& character : text) {
+      character = random() % 8 == 0 ? special[random() % sizeof special] : static_cast<char>(' ' + random() % 95);
+    }
+    bool const expected = std::all_of(text.begin(), text.end(),
+                                      [](char c) { return c >= ' ' && c != '"' && c != '\\' && c != '[' && c != ']'; });
+    GuardedCopy const copy(text);
+    ASSERT_EQ(copy.IsPlain(), expected) << text;
+    ASSERT_TRUE(!expected || copy.Copy() == text);
+    plain += expected ? 1 : 0;
+  }
+  EXPECT_GT(plain, 10000);
 }
 
 TEST(KitNames, UnitsStandBehindTheName) {

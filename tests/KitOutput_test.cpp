@@ -657,6 +657,38 @@ TEST_F(KitOutput, TextsOfSamplesMayHoldWhatStandsBetweenThem) {
   }
 }
 
+// Short texts go another way than long ones, and so do those in which nothing changes.
+TEST_F(KitOutput, TextsOfEveryLengthComeBack) {
+  for (kit::eOrder const order : {kit::eOrder::kSorted, kit::eOrder::kAsGiven}) {
+    StreamFormat format;
+    format.order = order;
+    std::vector<std::string> texts;
+    for (std::size_t length = 1; length <= 2 * kit::detail::kShortText; ++length) {
+      std::string text(length, static_cast<char>('a' + length % 26));
+      texts.push_back(text);
+      text.back() = "\"\\\n\xFF~"[length % 5];
+      texts.push_back(text);
+    }
+    Write([&](Output& output) {
+      output.setTimeBase(TimeBase::gmt(3));
+      auto& stream = output.top().textStream("T", format);
+      for (std::size_t i = 0; i != texts.size(); ++i) {
+        Instant const instant{static_cast<std::int64_t>(i), 0};
+        if (i % 2 == 0) {
+          stream.add(output.moment(instant), std::string_view(texts[i]));
+        } else {
+          stream.add(instant, std::string_view(texts[i]));
+        }
+      }
+    });
+    std::vector<senmark::Sample> const samples = Open().samples("T").all().collect();
+    ASSERT_EQ(samples.size(), texts.size());
+    for (std::size_t i = 0; i != texts.size(); ++i) {
+      ASSERT_EQ(std::get<std::string>(samples[i].value), kit::SampleText(texts[i])) << i;
+    }
+  }
+}
+
 TEST_F(KitOutput, TextsHaveALongestLength) {
   auto const failure = [this](std::string const& text) {
     return FailureOf([&](Output& output) {

@@ -9,13 +9,16 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <memory>
 #include <new>
+#include <random>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -343,6 +346,81 @@ TEST_F(DumpSamplesUtils, LengthCountsModulo65536) {
     EXPECT_EQ(found.size(), length % 65536);
     mOthers.clear();
   }
+}
+
+/// Records as they are told, one after the other, without any short way.
+class PlainDump {
+ public:
+  void Write(Sample const& sample) {
+    auto const length = static_cast<std::uint16_t>(sample.second.size());
+    std::string lengthBytes(sizeof(length), '\0');
+    std::memcpy(&lengthBytes[0], &length, sizeof(length));
+    std::string const record = sample.first + lengthBytes + sample.second;
+    if (mBuffer.size() + record.size() > kLimit) {
+      mFile += mBuffer;
+      mBuffer.clear();
+    }
+    mBuffer += record;
+  }
+  /// A record that is cut ends all reading.
+  Samples ReadAll() const {
+    Samples samples;
+    if (Read(mFile, samples)) {
+      Read(mBuffer, samples);
+    }
+    return samples;
+  }
+  bool HasFile() const { return !mFile.empty(); }
+
+ private:
+  static bool Read(std::string_view records, Samples& samples) {
+    constexpr std::size_t kHead = 8 + kLengthBytes;
+    while (!records.empty()) {
+      std::uint16_t length = 0;
+      if (records.size() >= kHead) {
+        std::memcpy(&length, records.data() + 8, sizeof(length));
+      }
+      if (records.size() < kHead + length) {
+        return false;
+      }
+      samples.emplace_back(records.substr(0, 8), records.substr(kHead, length));
+      records.remove_prefix(kHead + length);
+    }
+    return true;
+  }
+
+  std::string mFile;
+  std::string mBuffer;
+};
+
+// Values with too many bytes, and others in front of them and behind them, in memory and in a file.
+TEST_F(DumpSamplesUtils, SamplesAreThoseOfPlainRecords) {
+  std::mt19937 random(23);
+  std::size_t withFile = 0;
+  std::size_t astray = 0;
+  for (std::size_t const length : {65534u, 65535u, 65536u, 65537u, 70000u, 131071u, 131072u}) {
+    for (int round = 0; round != 24; ++round) {
+      std::size_t const before = round % 3 == 0 ? random() % 5 : random() % 3000;
+      std::size_t const count = before + 1 + (round % 2 == 0 ? random() % 5 : random() % 3000);
+      PlainDump plain;
+      SK_DumpSamplesUtils& dump = AnotherDump();
+      Samples written;
+      for (std::size_t i = 0; i != count; ++i) {
+        // Bytes of a long one are small numbers: they make many short records.
+        Sample sample(TimeOf(i), std::string(i == before ? length : random() % 1000, static_cast<char>(random() % 3)));
+        plain.Write(sample);
+        Write(dump, sample);
+        written.push_back(std::move(sample));
+      }
+      Samples const expected = plain.ReadAll();
+      ASSERT_TRUE(ReadAll(dump) == expected) << length << ' ' << round;
+      withFile += plain.HasFile() ? 1 : 0;
+      astray += expected != written ? 1 : 0;
+      mOthers.clear();
+    }
+  }
+  EXPECT_GT(withFile, 40u);
+  EXPECT_EQ(astray, 5 * 24u);
 }
 
 TEST_F(DumpSamplesUtils, ViewsAreGoodUntilTheNextCall) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <iterator>
@@ -9,6 +10,7 @@
 #include <new>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "FailingMemory.h"
 #include "NumberKinds.h"
@@ -322,6 +324,59 @@ PaddedText const kPaddedTexts[] = {
 
 INSTANTIATE_TEST_SUITE_P(SerializerSample, StringSample, testing::ValuesIn(kPaddedTexts),
                          [](auto const& row) { return std::string(row.param.name); });
+
+std::string PlainStringSample(std::string const& time, std::string const& value, std::uint64_t maxLen,
+                              std::uint64_t maxDigits) {
+  std::string length = std::to_string(value.size());
+  length.insert(0, maxDigits > length.size() ? maxDigits - length.size() : 0, '0');
+  std::string text = value;
+  text.resize(std::max<std::size_t>(maxLen, value.size()), ' ');
+  std::string sample = R"({"time":")" + time + R"(","value":{"length":")" + length;
+  return sample + R"(","str":")" + text + R"("}})";
+}
+
+// Behind something else, with every width of the length that there can be, and texts around each power of ten.
+TEST(SerializerSample, TextsOfEverySizeArePaddedStepByStep) {
+  std::vector<std::size_t> sizes;
+  for (std::size_t size = 0; size != 140; ++size) {
+    sizes.push_back(size);
+  }
+  sizes.insert(sizes.end(), {999, 1000, 1001, 9999, 10000, 65535, 65536, 99998, 99999, 100000, 100001, 1000000});
+  std::mt19937 random(5);
+  for (std::size_t const size : sizes) {
+    std::string value(size, 'a');
+    for (char& character : value) {
+      character = static_cast<char>(random());
+    }
+    std::string const time(size % 40, 't');
+    for (std::uint64_t digits = 0; digits != 11; ++digits) {
+      for (std::size_t const width :
+           {std::size_t{0}, size - 1, size, size + 1, size + random() % 70, size + 200, std::size_t{99999}}) {
+        if (width > size + 100000) {
+          continue;  // one less than 0
+        }
+        SerializerBuffer buffer;
+        buffer.Put("before");
+        AppendStringSample(buffer, time, value, Widths(width, digits));
+        ASSERT_TRUE(buffer.View() == "before" + PlainStringSample(time, value, width, digits))
+            << size << ' ' << width << ' ' << digits;
+      }
+    }
+  }
+}
+
+// As above for numbers.
+TEST(SerializerSample, TextsStayInTheirMemory) {
+  std::string const value(30, 'v');
+  for (std::size_t width = 25; width != 90; ++width) {
+    for (std::size_t before = 3900; before != 4110; ++before) {
+      SerializerBuffer buffer;
+      buffer.Put(std::string_view(std::string(before, 'x')));
+      AppendStringSample(buffer, "T1", value, Widths(width, 8));
+      ASSERT_EQ(buffer.View(), std::string(before, 'x') + PlainStringSample("T1", value, width, 8));
+    }
+  }
+}
 
 template <typename Append>
 void ExpectTooWide(Append&& append) {

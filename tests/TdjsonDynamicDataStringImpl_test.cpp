@@ -146,6 +146,43 @@ LengthRow const kLengthRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Lengths, LongText, testing::ValuesIn(kLengthRows));
 
+// What stands behind the kept bytes is taken for the next records: times and lengths of "x", as far as they go.
+TEST_F(DynamicString, TextBeyond65535BytesTakesTheTextsBehindItAlong) {
+  UseTimeCode();
+  std::shared_ptr<TdjsonDynamicDataStringImpl> const node = Make<TdjsonDynamicDataStringImpl>();
+  constexpr std::size_t kLength = 65'537;
+  constexpr std::size_t kAstray = 'x' << 8 | 'x';
+  EXPECT_TRUE(Add(*node, TimeCode(0), mResult, "before"));
+  EXPECT_TRUE(Add(*node, TimeCode(1), mResult, std::string(kLength, 'x').c_str()));
+  EXPECT_TRUE(Add(*node, TimeCode(2), mResult, "behind"));
+  EXPECT_TRUE(Add(*node, TimeCode(3), mResult, "last"));
+  EXPECT_TRUE(node->Commit());
+  std::string expected =
+      SetText({{"00006", "before" + std::string(kLength - 6, ' ')}, {"00001", "x" + std::string(kLength - 1, ' ')}});
+  expected.resize(expected.size() - 2);
+  for (int i = 0; i != 2; ++i) {
+    expected += R"(,{"time":"xxxxxxxxxxx","value":{"length":"30840","str":")" + std::string(kAstray, 'x') +
+                std::string(kLength - kAstray, ' ') + R"("}})";
+  }
+  EXPECT_TRUE(FileText() == expected + "]}");
+}
+
+TEST_F(DynamicString, WidthsAreThoseOfAllTextsSinceTheyWereSet) {
+  UseTimeCode();
+  std::shared_ptr<TdjsonDynamicDataStringImpl> const node = Make<TdjsonDynamicDataStringImpl>();
+  auto const expect = [&](char const* text, unsigned maxLen, unsigned maxDigits) {
+    EXPECT_TRUE(Add(*node, TimeCode(0), mResult, text));
+    EXPECT_EQ(node->GetPaddedStringProperties().maxLen, maxLen) << text;
+    EXPECT_EQ(node->GetPaddedStringProperties().maxDigitsInStrLength, maxDigits) << text;
+  };
+  expect("", 0, 1);
+  expect("0123456789", 10, 2);
+  expect("abc", 10, 2);
+  node->setStringProperties(0, 0, 0, &mResult);
+  expect("abc", 3, 1);
+  expect("", 3, 1);
+}
+
 TEST_F(DynamicString, TextsBeyondOneMebibyteStayInOrder) {
   UseTimeCode();
   std::shared_ptr<TdjsonDynamicDataStringImpl> const node = Make<TdjsonDynamicDataStringImpl>();

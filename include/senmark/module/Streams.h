@@ -386,16 +386,17 @@ class TextStream : public Stream {
       return;
     }
     Require(!text.empty(), "an empty text");
+    char plain[detail::kShortText + sizeof(std::uint64_t)];
+    if (text.size() <= detail::kShortText && detail::CopyPlain(text, plain)) {
+      plain[text.size()] = '\0';
+      AddClean(time, std::string_view(plain, text.size()));
+      return;
+    }
     // Kept from text to text, so that its memory is.
     mClean.clear();
     detail::AppendSampleText(text, mClean);
     Require(mClean.size() <= kLongest / 2 || EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
-    detail::SampleKey const key = KeyOf(time);
-    if constexpr (std::is_same_v<Time, Moment>) {
-      Add(key, mClean, [&] { Write([&](void* result) { return AddTo(time.clockTime(), mClean, result); }); });
-    } else {
-      Add(key, mClean);
-    }
+    AddClean(time, mClean);
   }
 
  private:
@@ -415,6 +416,17 @@ class TextStream : public Stream {
                        [&](void* result) { mNode->setStringProperties(0, 0, format.marksEvents ? 1 : 0, result); });
   }
 
+  /// text: with a NUL behind it.
+  template <typename Time>
+  void AddClean(Time const& time, std::string_view text) {
+    detail::SampleKey const key = KeyOf(time);
+    if constexpr (std::is_same_v<Time, Moment>) {
+      Add(key, text, [&] { Write([&](void* result) { return AddTo(time.clockTime(), text.data(), result); }); });
+    } else {
+      Add(key, text);
+    }
+  }
+
   /// Bytes of a clean text as the file holds it: with a backslash before backslashes and what controls.
   static std::size_t EscapedSize(std::string_view text) {
     std::size_t size = text.size();
@@ -432,11 +444,11 @@ class TextStream : public Stream {
         [&](TimeCode const& time, void* result) {
           return mNode->addSampleSMPTE(time.hours, time.minutes, time.seconds, time.frames, mPassed.c_str(), result);
         },
-        [&](detail::ClockTime const& time, void* result) { return AddTo(time, mPassed, result); });
+        [&](detail::ClockTime const& time, void* result) { return AddTo(time, mPassed.c_str(), result); });
   }
-  bool AddTo(detail::ClockTime const& time, std::string const& text, void* result) const {
+  bool AddTo(detail::ClockTime const& time, char const* text, void* result) const {
     return mNode->addSampleUTC(time.year, time.month, time.day, time.hour, time.minute, time.second, 'Z', 0, 0,
-                               time.fraction, text.c_str(), result);
+                               time.fraction, text, result);
   }
   SK_PLUGIN::ITdjsonDynamicData_v1* Node() const override { return mNode.get(); }
 

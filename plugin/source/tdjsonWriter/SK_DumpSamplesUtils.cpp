@@ -70,7 +70,7 @@ void SK_DumpSamplesUtils::SetTimeLength(unsigned short length, eTimes times) {
 }
 
 void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
-  WriteSample(time, SK_WriterNumberText(value).View());
+  WriteAnySample(time, SK_WriterNumberText(value).View());
 }
 
 void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector<double> const& values) {
@@ -81,14 +81,14 @@ void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector
     }
     mArrayText += SK_WriterNumberText(value).View();
   }
-  WriteSample(time, mArrayText);
+  WriteAnySample(time, mArrayText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string const& value) {
-  WriteSample(time, value);
+  WriteAnySample(time, value);
 }
 
-void SK_DumpSamplesUtils::WriteSample(std::string_view time, std::string_view value) {
+void SK_DumpSamplesUtils::WriteAnySample(std::string_view time, std::string_view value) {
   std::size_t const recordLength = LongestRecord(time, value);
   if (mBufferSize + recordLength > kBufferLimit) {
     FlushBufferToFile();
@@ -177,13 +177,11 @@ void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view va
     AddToBuffer(time, value, false);
     return;
   }
-  char* out = mBuffer.get() + mBufferSize;
-  if (mShortensTimes) {
-    out = mLastWritten.Put(out, time.data());
-  } else {
-    out = CopyShortText(out, time);
+  if (!mShortensTimes) {
+    AppendWhole(time, value);
+    return;
   }
-  out += sizeof(ValueLength);
+  char* const out = mLastWritten.Put(mBuffer.get() + mBufferSize, time.data()) + sizeof(ValueLength);
   StoreLength(out, value.size());
   mBufferSize = static_cast<std::size_t>(CopyShortText(out, value) - mBuffer.get());
   mHasBufferData = true;
@@ -331,27 +329,30 @@ void SK_DumpSamplesUtils::DropMapping() noexcept {
 // One record, if all of it is there. A length that lost its high bits sends the reading astray, so nothing says that
 // the next bytes are a record.
 bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& value) {
-  std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
-  std::size_t const timeSize = mShortensTimes ? mLastRead.SizeOf(*mRead) : mTimeLength;
-  std::size_t const head = timeSize + sizeof(ValueLength);
-  bool const isTime = !mShortensTimes || timeSize <= SK_TimeWindow::kRoom;
-  ValueLength valueLength = 0;
-  if (left >= head) {
-    std::memcpy(&valueLength, mRead + head - sizeof(valueLength), sizeof(valueLength));
+  if (mShortensTimes ? TakeAnyShortened(time, value) : TakeWhole(time, value)) {
+    return true;
   }
-  if (!isTime || left < head || left - head < valueLength) {
-    mReadDone = true;
-    mRead = mReadEnd;
+  mReadDone = true;
+  mRead = mReadEnd;
+  return false;
+}
+
+bool SK_DumpSamplesUtils::TakeAnyShortened(std::string_view& time, std::string_view& value) {
+  std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
+  std::size_t const timeSize = mLastRead.SizeOf(*mRead);
+  std::size_t const head = timeSize + sizeof(ValueLength);
+  if (timeSize > SK_TimeWindow::kRoom || left < head) {
     return false;
   }
-  if (mShortensTimes) {
-    // Behind the last record there may be no byte to read.
-    char stored[SK_TimeWindow::kRoom] = {};
-    std::memcpy(stored, mRead, timeSize);
-    time = TakeTime(stored);
-  } else {
-    time = std::string_view(mRead, timeSize);
+  ValueLength valueLength = 0;
+  std::memcpy(&valueLength, mRead + head - sizeof(valueLength), sizeof(valueLength));
+  if (left - head < valueLength) {
+    return false;
   }
+  // Behind the last record there may be no byte to read.
+  char stored[SK_TimeWindow::kRoom] = {};
+  std::memcpy(stored, mRead, timeSize);
+  time = TakeTime(stored);
   value = std::string_view(mRead + head, valueLength);
   mRead += head + valueLength;
   return true;

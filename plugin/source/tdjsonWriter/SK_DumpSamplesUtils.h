@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "SK_EightBytes.h"
 #include "SK_TimeWindow.h"
 
 namespace SK_NAMESPACE_INT {
@@ -47,7 +48,14 @@ class SK_DumpSamplesUtils {
   /// A text of more than 65,535 bytes loses the high bits of its length, and the samples behind it are lost.
   void WriteSampleString(std::string const& time, std::string const& value);
   /// One record from its finished texts; `time` has the length that was set.
-  void WriteSample(std::string_view time, std::string_view value);
+  void WriteSample(std::string_view time, std::string_view value) {
+    // Where there is room the buffer is below its limit: one that is beyond it holds one record and is full.
+    if (mShortensTimes || mBufferCapacity - mBufferSize < time.size() + sizeof(ValueLength) + value.size()) {
+      WriteAnySample(time, value);
+      return;
+    }
+    AppendWhole(time, value);
+  }
   /// The same of a value that `put` stores: it gets the place for it, with `kPutRoom` bytes, and gives its end there.
   template <typename Put>
   void PutSample(std::string_view time, Put&& put) {
@@ -70,7 +78,7 @@ class SK_DumpSamplesUtils {
   void ReadSample(std::string& time, std::string& value);
   /// The same without a copy: the texts are good until the next call. False behind the last sample.
   bool ReadSample(std::string_view& time, std::string_view& value) {
-    return ReadShortSample(time, value) || ReadAnySample(time, value);
+    return ReadShortSample(time, value) || TakeWhole(time, value) || ReadAnySample(time, value);
   }
   /// Reads samples behind the first one for as long as they are short, there are no more than `most`, and `use` takes
   /// them: it gets what the time is copied from, `SK_TimeWindow const&`, and the value, good until it returns, and
@@ -141,6 +149,34 @@ class SK_DumpSamplesUtils {
     mLastRead.Take(stored);
     return std::string_view(mTimeText, static_cast<std::size_t>(mLastRead.CopyTo(mTimeText) - mTimeText));
   }
+  /// A record with a whole time, if that is the next one and all of it is there.
+  bool TakeWhole(std::string_view& time, std::string_view& value) {
+    std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
+    std::size_t const head = mTimeLength + sizeof(ValueLength);
+    if (mShortensTimes || left < head) {
+      return false;
+    }
+    ValueLength length = 0;
+    char const* const start = mRead + head;
+    std::memcpy(&length, start - sizeof(length), sizeof(length));
+    if (left - head < length) {
+      return false;
+    }
+    time = std::string_view(mRead, mTimeLength);
+    value = std::string_view(start, length);
+    mRead = start + length;
+    return true;
+  }
+  /// A record with a whole time, for which there is room.
+  void AppendWhole(std::string_view time, std::string_view value) {
+    using SK_NAMESPACE_INT::CopyShortText;
+    char* const start = CopyShortText(mBuffer.get() + mBufferSize, time) + sizeof(ValueLength);
+    StoreLength(start, value.size());
+    mBufferSize = static_cast<std::size_t>(CopyShortText(start, value) - mBuffer.get());
+    mHasBufferData = true;
+  }
+
+  void WriteAnySample(std::string_view time, std::string_view value);
   bool ReadAnySample(std::string_view& time, std::string_view& value);
   std::size_t LongestRecord(std::string_view time, std::string_view value) const;
   void AddToBuffer(std::string_view time, std::string_view value, bool mayFlush);
@@ -158,6 +194,7 @@ class SK_DumpSamplesUtils {
   void DeleteTempFile() noexcept;
   void DropMapping() noexcept;
   bool TakeRecord(std::string_view& time, std::string_view& value);
+  bool TakeAnyShortened(std::string_view& time, std::string_view& value);
 
   std::unique_ptr<char[]> mBuffer;  // not cleared
   std::size_t mBufferSize = 0;      // of the records in it

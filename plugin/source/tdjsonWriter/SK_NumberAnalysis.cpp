@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "SK_ClockText.h"
 #include "SK_EightBytes.h"
 #include "SK_WriterNumberText.h"
 
@@ -54,17 +55,11 @@ bool HasTwoDigits(int value) {
   return value >= 0 && value < 100;
 }
 
-void CopyTwoDigits(char* out, int value) {
-  out[0] = static_cast<char>('0' + value / 10);
-  out[1] = static_cast<char>('0' + value % 10);
-}
-
 // With a zero in front below 10, also below 0.
 void AppendTwoDigits(std::string& out, int value) {
   if (HasTwoDigits(value)) {
-    char text[2];
-    CopyTwoDigits(text, value);
-    out.append(text, sizeof text);
+    out += static_cast<char>('0' + value / 10);
+    out += static_cast<char>('0' + value % 10);
     return;
   }
   if (value < 10) {
@@ -90,13 +85,9 @@ bool AppendPadded(std::string& out, int value, std::size_t width) {
 
 // hh:mm:ss
 void AppendClock(std::string& out, int hours, int minutes, int seconds) {
-  if (HasTwoDigits(hours) && HasTwoDigits(minutes) && HasTwoDigits(seconds)) {
-    char text[8] = {};
-    text[2] = ':';
-    text[5] = ':';
-    CopyTwoDigits(text, hours);
-    CopyTwoDigits(text + 3, minutes);
-    CopyTwoDigits(text + 6, seconds);
+  if (HaveTwoDigits(hours, minutes, seconds)) {
+    char text[kClockTextSize];
+    PutClockText(text, hours, minutes, seconds);
     out.append(text, sizeof text);
     return;
   }
@@ -134,7 +125,7 @@ bool MayNeedEscapes(std::string_view text) {
   using SK_NAMESPACE_INT::LoadEight;
   constexpr std::size_t kStep = sizeof(std::uint64_t);
   if (text.size() < kStep) {
-    return std::any_of(text.begin(), text.end(), [](char character) { return EscapeOf(character) != 0; });
+    return AnySpecial(SK_NAMESPACE_INT::LoadUpToEight(text, ' ')) != 0;
   }
   // The last eight bytes first, so that what is looked at before may end anywhere in them.
   std::uint64_t found = AnySpecial(LoadEight(text.data() + text.size() - kStep));
@@ -142,6 +133,25 @@ bool MayNeedEscapes(std::string_view text) {
     found |= AnySpecial(LoadEight(text.data() + at));
   }
   return found != 0;
+}
+
+// `EscapeInto` of a text that may need it. Apart from it, so that the others pay for no registers of this.
+[[gnu::noinline]] std::string_view EscapeEach(std::string_view text, std::string& escaped) {
+  auto const isEscaped = [](char character) { return EscapeOf(character) != 0; };
+  std::size_t const count = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isEscaped));
+  if (count == 0) {
+    return text;
+  }
+  escaped.clear();
+  escaped.reserve(text.size() + count);
+  for (char const character : text) {
+    char const escape = EscapeOf(character);
+    if (escape != 0) {
+      escaped += '\\';
+    }
+    escaped += escape != 0 ? escape : character;
+  }
+  return escaped;
 }
 
 }  // namespace
@@ -239,24 +249,7 @@ std::string escapeHandling(std::string text) {
 }
 
 std::string_view EscapeInto(std::string_view text, std::string& escaped) {
-  if (!MayNeedEscapes(text)) {
-    return text;
-  }
-  auto const isEscaped = [](char character) { return EscapeOf(character) != 0; };
-  std::size_t const count = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isEscaped));
-  if (count == 0) {
-    return text;
-  }
-  escaped.clear();
-  escaped.reserve(text.size() + count);
-  for (char const character : text) {
-    char const escape = EscapeOf(character);
-    if (escape != 0) {
-      escaped += '\\';
-    }
-    escaped += escape != 0 ? escape : character;
-  }
-  return escaped;
+  return MayNeedEscapes(text) ? EscapeEach(text, escaped) : text;
 }
 
 }  // namespace SK_PLUGIN

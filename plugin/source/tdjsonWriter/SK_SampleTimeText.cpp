@@ -1,8 +1,8 @@
 #include "SK_SampleTimeText.h"
 
-#include <algorithm>
 #include <cstring>
 
+#include "SK_ClockText.h"
 #include "SK_NumberAnalysis.h"
 #include "SK_TimeWindow.h"
 #include "TdjsonRootImpl.h"
@@ -47,26 +47,14 @@ bool AreOnOneDay(SK_DateTimeUTC const& a, SK_DateTimeUTC const& b) {
           (a.offsetHour ^ b.offsetHour) | (a.offsetMinute ^ b.offsetMinute)) == 0;
 }
 
-void PutTwoDigits(char* out, unsigned value) {
-  out[0] = static_cast<char>('0' + value / 10);
-  out[1] = static_cast<char>('0' + value % 10);
-}
-
 // Puts the time of day into the text. False, with the text as it was, for one of other than two digits each, and for
 // a text that has others.
 template <typename Time>
 bool ReplaceClock(SK_LastTimeText<Time>& last, Clock const& clock) {
-  constexpr unsigned kEnd = 100;
-  auto const hours = static_cast<unsigned>(clock.hours);
-  auto const minutes = static_cast<unsigned>(clock.minutes);
-  auto const seconds = static_cast<unsigned>(clock.seconds);
-  if (last.clockAt == SK_LastTimeText<Time>::kNoClock || hours >= kEnd || minutes >= kEnd || seconds >= kEnd) {
+  if (last.clockAt == SK_LastTimeText<Time>::kNoClock || !HaveTwoDigits(clock.hours, clock.minutes, clock.seconds)) {
     return false;
   }
-  char* const text = last.text + last.clockAt;
-  PutTwoDigits(text, hours);
-  PutTwoDigits(text + 3, minutes);
-  PutTwoDigits(text + 6, seconds);
+  PutClockText(last.text + last.clockAt, clock.hours, clock.minutes, clock.seconds);
   return true;
 }
 
@@ -142,9 +130,7 @@ std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, 
   last.time = time;
   last.length = mText.size();
   Clock const clock = ClockOf(time);
-  bool const isPlain = std::max({clock.hours, clock.minutes, clock.seconds}) < 100 &&
-                       std::min({clock.hours, clock.minutes, clock.seconds}) >= 0;
-  last.clockAt = isPlain ? clockAt : SK_LastTimeText<Time>::kNoClock;
+  last.clockAt = HaveTwoDigits(clock.hours, clock.minutes, clock.seconds) ? clockAt : SK_LastTimeText<Time>::kNoClock;
   last.restAt = restAt;
   last.digits = DigitsOf(time);
   std::memset(last.text, 0, sizeof(last.text));

@@ -55,6 +55,13 @@ char* FillShort(char* p, std::size_t count, char filler) {
   return p + count;
 }
 
+/// A few dozen are what the texts of a set mostly lack.
+char* FillSpaces(char* p, std::size_t count) {
+  // Copied, for a compiler makes a slow instruction of a loop that stores.
+  static char const spaces[] = "                                                                ";
+  return count < sizeof(spaces) ? CopyShortText(p, std::string_view(spaces, count)) : Fill(p, count, ' ');
+}
+
 /// Where the character first stands; the size of the text if nowhere.
 std::size_t Find(std::string_view text, char character) {
   std::uint64_t const wanted = kEveryByte * static_cast<unsigned char>(character);
@@ -91,6 +98,8 @@ void AppendTime(SerializerBuffer& out, std::string_view time) {
   CopyTime(out.Grow(TimeRoom(time.size())), time);
 }
 
+constexpr std::uint64_t kZeroes = kEveryByte * '0';
+
 /// What a number and its stores take behind each other: sign, digits, point, a quote, and what changes behind.
 constexpr std::size_t kFieldRoom = 1 + NumberField::kMostIntegers + 1 + NumberField::kMostDecimals + 1 + kBehind;
 
@@ -102,6 +111,11 @@ std::uint64_t DigitsOfThree(std::uint32_t value) {
   return std::uint64_t{hundreds | tens << 8U | (rest - tens * 10) << 16U} << 40U;
 }
 
+/// The digits of a value below 10^8 as numbers; the lowest byte is the first.
+std::uint64_t DigitsOfMostlyThree(std::uint32_t value) {
+  return value < 1000 ? DigitsOfThree(value) : DigitsOfValue(value);
+}
+
 /// The digits of a number with eight decimals, as numbers; the lowest byte is the first.
 struct FixedDigits {
   std::uint64_t integer;
@@ -110,8 +124,7 @@ struct FixedDigits {
   explicit FixedDigits(std::uint64_t fixed) {
     constexpr std::uint64_t kTenToEight = 100000000;
     std::uint64_t const whole = fixed / kTenToEight;
-    integer = whole < 1000 ? DigitsOfThree(static_cast<std::uint32_t>(whole))
-                           : DigitsOfValue(static_cast<std::uint32_t>(whole));
+    integer = DigitsOfMostlyThree(static_cast<std::uint32_t>(whole));
     decimals = DigitsOfValue(static_cast<std::uint32_t>(fixed - whole * kTenToEight));
   }
 };
@@ -119,7 +132,6 @@ struct FixedDigits {
 /// To where there is room for it, with a narrow pattern in which the digits fit. Gives the end.
 [[gnu::always_inline]] inline char* PutPadded(char* p, FixedDigits const& digits, bool isNegative,
                                               NumberField const& field) {
-  constexpr std::uint64_t kZeroes = kEveryByte * '0';
   *p = isNegative ? '-' : '+';
   p += static_cast<unsigned>(field.pattern.isSigned) | static_cast<unsigned>(isNegative);
   StoreEight(p, (digits.integer | kZeroes) >> field.integerShift);
@@ -196,6 +208,35 @@ void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField c
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
+constexpr char kBeforeLength[] = R"({"length":")";
+constexpr char kBeforeText[] = R"(","str":")";
+constexpr char kBehindText[] = R"("}})";
+
+/// The longest texts, and the most digits of their length, that go the short way.
+constexpr std::size_t kLongestText = 99999;
+constexpr unsigned kMostLengthDigits = 8;
+
+/// What stands around a text, with the digits of its length.
+constexpr std::size_t kTextRoom =
+    sizeof(kBeforeLength) - 1 + kMostLengthDigits + sizeof(kBeforeText) - 1 + sizeof(kBehindText) - 1;
+
+/// A sample with any text and any widths.
+void AppendAnyStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
+                           ns_sensor::SK_StringProperties const& properties) {
+  char length[std::numeric_limits<std::size_t>::digits10 + 1];
+  std::string_view const lengthText(
+      length, static_cast<std::size_t>(std::to_chars(length, length + sizeof length, value.size()).ptr - length));
+  std::size_t const zeroes = Missing(lengthText.size(), properties.maxDigitsInStrLength);
+  std::size_t const spaces = Missing(value.size(), properties.maxLen);
+
+  AppendTime(out, time);
+  out.Put(kBeforeLength);
+  Copy(Fill(out.Grow(zeroes + lengthText.size()), zeroes, '0'), lengthText);
+  out.Put(kBeforeText);
+  Fill(Copy(out.Grow(value.size() + spaces), value), spaces, ' ');
+  out.Put(kBehindText);
+}
+
 }  // namespace
 
 NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pattern(numberPattern) {
@@ -263,18 +304,25 @@ void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::
 
 void AppendStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
                         ns_sensor::SK_StringProperties const& properties) {
-  char length[std::numeric_limits<std::size_t>::digits10 + 1];
-  std::string_view const lengthText(
-      length, static_cast<std::size_t>(std::to_chars(length, length + sizeof length, value.size()).ptr - length));
-  std::size_t const zeroes = Missing(lengthText.size(), properties.maxDigitsInStrLength);
-  std::size_t const spaces = Missing(value.size(), properties.maxLen);
-
-  AppendTime(out, time);
-  out.Put(R"({"length":")");
-  Copy(Fill(out.Grow(zeroes + lengthText.size()), zeroes, '0'), lengthText);
-  out.Put(R"(","str":")");
-  Fill(Copy(out.Grow(value.size() + spaces), value), spaces, ' ');
-  out.Put(R"("}})");
+  if (value.size() > kLongestText || properties.maxLen > kLongestText ||
+      properties.maxDigitsInStrLength - 1 >= kMostLengthDigits) {
+    AppendAnyStringSample(out, time, value, properties);
+    return;
+  }
+  auto const places = static_cast<unsigned>(properties.maxDigitsInStrLength);
+  std::uint64_t const digits = DigitsOfMostlyThree(static_cast<std::uint32_t>(value.size()));
+  if ((digits & ~MaskOfLast(places)) != 0) {
+    AppendAnyStringSample(out, time, value, properties);
+    return;
+  }
+  std::size_t const width = std::max<std::size_t>(value.size(), properties.maxLen);
+  std::size_t const sizeBefore = out.Size();
+  char* const start = out.Grow(TimeRoom(time.size()) + kTextRoom + width);
+  char* p = CopyLiteral(CopyTime(start, time), kBeforeLength);
+  StoreEight(p, (digits | kZeroes) >> (8 * (kMostLengthDigits - places)));
+  p = CopyShortText(CopyLiteral(p + places, kBeforeText), value);
+  p = CopyLiteral(FillSpaces(p, width - value.size()), kBehindText);
+  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
 }  // namespace SK_PLUGIN

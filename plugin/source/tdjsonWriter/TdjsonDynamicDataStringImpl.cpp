@@ -1,6 +1,6 @@
 #include "TdjsonDynamicDataStringImpl.h"
 
-#include <utility>
+#include <string_view>
 
 #include "SK_NumberAnalysis.h"
 #include "Serializer.h"
@@ -76,19 +76,20 @@ bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value
   if (!IsOpenFor(time)) {
     return false;
   }
-  // There and back, so that a text without anything to escape stays in the memory that is there.
-  mEscapedValue = RequireText(value);
-  mEscapedValue = escapeHandling(std::move(mEscapedValue));
+  std::string_view const text = EscapeInto(RequireText(value), mEscapedValue);
   std::string_view const timeText = TimeText(time);
   if (timeText.empty()) {
     return false;
   }
-  unsigned long long maxLength = mStringProperties.maxLen;
-  unsigned long long maxDigits = mStringProperties.maxDigitsInStrLength;
-  calcPaddedStringProperties(mEscapedValue, maxLength, maxDigits);
-  mStringProperties.maxLen = maxLength;
-  mStringProperties.maxDigitsInStrLength = maxDigits;
-  StoreSample(timeText, mEscapedValue);
+  // Most texts are no longer than one before them.
+  if (text.size() > mStringProperties.maxLen || mStringProperties.maxDigitsInStrLength == 0) {
+    unsigned long long maxLength = mStringProperties.maxLen;
+    unsigned long long maxDigits = mStringProperties.maxDigitsInStrLength;
+    calcPaddedStringProperties(text, maxLength, maxDigits);
+    mStringProperties.maxLen = maxLength;
+    mStringProperties.maxDigitsInStrLength = maxDigits;
+  }
+  StoreSample(timeText, text);
   return true;
 }
 

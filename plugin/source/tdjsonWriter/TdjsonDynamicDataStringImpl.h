@@ -35,7 +35,7 @@ class TdjsonDynamicDataStringImpl : public virtual ITdjsonDynamicDataString_I,
   bool TakeSample(Time const& time, char const* value);
 
   ns_sensor::SK_StringProperties mStringProperties;
-  std::string mEscapedValue;  ///< of the sample that is being taken, kept so that it allocates nothing
+  std::string mEscapedValue;  ///< of the last text with something to escape; kept for its memory
 };
 
 }  // namespace SK_PLUGIN
