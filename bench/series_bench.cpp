@@ -5,7 +5,7 @@
 /// pieces of 256 KiB, cut into lines and cells at the delimiter honouring quotes, each number by `std::from_chars`,
 /// each date by a reader of its fixed positions, all of them added up, nothing kept.
 ///
-/// `Open` is `openFile` as a host calls it: the module's two passes over the file, the writer, and then the reader,
+/// `Open` is `openFile` as a host calls it: the module's pass over the file, the writer, and then the reader,
 /// which reads all of the result back and makes its own copy of the samples. `Convert` is what the module does of it,
 /// with the writer. Files are in the page cache; memory is watched in a round of its own. The ratios are of wall time
 /// and, for machines with other work, of the time that the thread ran, the system's part included.

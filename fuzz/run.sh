@@ -7,8 +7,8 @@
 # are configured and built first. A finding stays in BUILD_FOLDER/findings. CXX names another clang++.
 set -eu
 
-targets="beats bvh csv data_path gpx json kit manifest message_literal motion open scanner series series_lines signature
-time_text tsv writer"
+targets="beats bvh csv data_path gpx json kit manifest message_literal motion open scanner series series_lines
+series_passes signature time_text tsv writer"
 
 case "${1:-}" in
   '' | *[!0-9]* | 0)

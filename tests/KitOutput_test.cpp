@@ -1,6 +1,8 @@
 // What the kit writes, byte for byte and as a host reads it; and for everything that it keeps out of a file, what the
 // writer alone makes of it.
 #include <cmath>
+#include <filesystem>
+#include <functional>
 #include <limits>
 #include <random>
 
@@ -11,6 +13,8 @@
 
 namespace senmark_test {
 namespace {
+
+namespace fs = std::filesystem;
 
 using kit::ArrayGroup;
 using kit::Frame;
@@ -1024,6 +1028,141 @@ TEST_F(KitOutput, AFailureLeavesNothingBehind) {
   EXPECT_EQ(mFolder.TempNames(), "");
   // The address is the same, and the root a new one.
   Write([](Output& output) { output.top().flag("On", true); });
+  EXPECT_EQ(ReadError(), 0);
+}
+
+/// Streams of both orders with more samples than memory takes, a set that is in the file, and nodes of all kinds.
+void FillForNothing(Output& output) {
+  output.setTimeBase(TimeBase::frames(25));
+  output.setCreator("nobody");
+  output.addSyncFrame("nothing.mp4", 1);
+  kit::Group& group = output.top().group("Inner");
+  auto& sorted = group.textStream("Sorted");
+  auto& given = output.top().textStream("T", AsGiven());
+  auto& done = output.top().numberStream("T", AsGiven());
+  std::string const text(60000, 'a');
+  for (int i = 0; i != 40; ++i) {
+    sorted.add(Frame{40 - i}, text);
+    given.add(Frame{i}, text);
+    done.add(Frame{i}, i);
+  }
+  done.finish();
+  group.flag("On", true);
+  output.top().number("Mass", 3);
+}
+
+void FillInEarnest(Output& output) {
+  output.setTimeBase(TimeBase::gmt(3));
+  auto& late = output.top().numberStream("T");
+  auto& given = output.top().textStream("T", AsGiven());
+  output.top().group("Inner").flag("On", false);
+  for (int i = 0; i != 50; ++i) {
+    late.add(Instant{50 - i, 0}, i);
+    given.add(Instant{i, 0}, "x");
+  }
+}
+
+TEST_F(KitOutput, RestartedItIsAsNew) {
+  constexpr std::size_t kSortMemory = 600;
+  std::string const expected = Write(FillInEarnest, kSortMemory);
+  for (int const restarts : {1, 2, 3}) {
+    EXPECT_EQ(Write(
+                  [&](Output& output) {
+                    std::size_t const open = CountOpenDescriptors();
+                    for (int i = 0; i != restarts; ++i) {
+                      FillForNothing(output);
+                      EXPECT_NE(CountOpenDescriptors(), open);
+                      EXPECT_GT(fs::file_size(mPath), 1000U);
+                      output.restart();
+                      EXPECT_EQ(CountOpenDescriptors(), open);
+                      EXPECT_EQ(mFolder.TempNames(), "");
+                      EXPECT_EQ(fs::file_size(mPath), 0U);
+                    }
+                    FillInEarnest(output);
+                  },
+                  kSortMemory),
+              expected)
+        << restarts;
+  }
+  // Also before anything was said.
+  EXPECT_EQ(Write(
+                [](Output& output) {
+                  output.restart();
+                  FillInEarnest(output);
+                },
+                kSortMemory),
+            expected);
+  EXPECT_EQ(ReadError(), 0);
+}
+
+TEST_F(KitOutput, RestartedAfterAFailureItIsAsNew) {
+  std::string const expected = Write(FillInEarnest);
+  auto const early = [](Output& output) {
+    output.setTimeBase(TimeBase::frames(25));
+    auto& stream = output.top().numberStream("T", AsGiven());
+    stream.add(Frame{5}, 1);
+    stream.add(Frame{4}, 1);
+  };
+  auto const nothing = [](Output& output) { output.finish(); };
+  std::function<void(Output&)> const kFailing[] = {early, nothing};
+  for (auto const& fail : kFailing) {
+    EXPECT_EQ(Write([&](Output& output) {
+                EXPECT_THROW(fail(output), kit::Failure);
+                output.restart();
+                FillInEarnest(output);
+              }),
+              expected);
+  }
+  // In the writer and in the kit, wherever the disk is full.
+  for (std::size_t const memory : {Output::kSortMemory, std::size_t{600}}) {
+    for (int const call : {1, 2, 3, 5, 8, 13}) {
+      EXPECT_EQ(Write(
+                    [&](Output& output) {
+                      std::size_t const open = CountOpenDescriptors();
+                      {
+                        FailingCall const failing(kWrite, ENOSPC, call);
+                        EXPECT_THROW(
+                            {
+                              FillForNothing(output);
+                              output.finish();
+                            },
+                            kit::Failure);
+                      }
+                      output.restart();
+                      EXPECT_EQ(CountOpenDescriptors(), open);
+                      EXPECT_EQ(mFolder.TempNames(), "");
+                      FillInEarnest(output);
+                    },
+                    memory),
+                expected)
+          << call;
+    }
+  }
+}
+
+TEST_F(KitOutput, ARestartEmptiesTheFileThatWasBegun) {
+  mFolder.Write("file.tdjson", "of another");
+  {
+    Output output(mTables.Get(), mPath);
+    output.restart();
+    EXPECT_EQ(mFolder.Read(mPath), "of another");
+    output.setTimeBase(TimeBase::gmt(1));
+    output.top().numberStream("T");
+    output.restart();
+    EXPECT_EQ(mFolder.Read(mPath), "");
+    // The time base is gone, too.
+    EXPECT_THROW(output.top().numberStream("T"), kit::Failure);
+    EXPECT_THROW(output.moment(Instant{}), kit::Failure);
+  }
+  // What fails after a restart leaves no more than that.
+  EXPECT_EQ(mFolder.Read(mPath), "");
+  // The file may be gone.
+  Write([&](Output& output) {
+    FillForNothing(output);
+    fs::remove(mPath);
+    output.restart();
+    FillInEarnest(output);
+  });
   EXPECT_EQ(ReadError(), 0);
 }
 

@@ -1,9 +1,8 @@
 #include "FileGuess.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
+
+#include "FilePiece.h"
 
 namespace senmark_series {
 
@@ -43,39 +42,14 @@ bool IsUtf16(eEncoding encoding) {
   return encoding == eEncoding::kUtf16Little || encoding == eEncoding::kUtf16Big;
 }
 
-/// Fewer bytes at the end of the file.
-std::string ReadAt(kit::Input const& input, std::uint64_t offset, std::size_t size) {
-  kit::Bytes const bytes(input, 1);
-  std::string piece(size, '\0');
-  std::size_t count = 0;
-  while (count != size) {
-    ssize_t const got =
-        ::pread(bytes.descriptor(), piece.data() + count, size - count, static_cast<off_t>(offset + count));
-    if (got > 0) {
-      count += static_cast<std::size_t>(got);
-    } else if (got == 0) {
-      break;
-    } else if (errno != EINTR) {
-      throw kit::Failure("cannot read", static_cast<std::int64_t>(offset), -1, ns_sensor::kReadFailed);
-    }
-  }
-  piece.resize(count);
-  return piece;
-}
-
 bool HoldsAt(kit::Input const& input, Layout const& layout, std::uint64_t offset) {
-  TextBuffer text(ReadAt(input, offset, kPieceSize), layout.encoding, static_cast<std::int64_t>(offset), false);
-  std::unique_ptr<RowReader> const reader = MakeRowReader(text, layout);
-  Row row;
   std::size_t good = 0;
   std::size_t bad = 0;
-  // The first row is the end of one.
-  reader->next(row);
-  while (reader->next(row)) {
+  ForEachRowOfPiece(input, layout, offset, kPieceSize, [&](Row const& row) {
     bool const hasTime =
         TimeOf(row, layout.time, eDateOrder::kDayFirst) || TimeOf(row, layout.time, eDateOrder::kMonthFirst);
     ++(hasTime ? good : bad);
-  }
+  });
   // A piece may begin inside of a text of several lines.
   return bad <= good;
 }

@@ -16,8 +16,6 @@ namespace {
 
 namespace kit = senmark::kit;
 
-constexpr unsigned kMostDecimals = 15;
-
 /// Longer than any number that somebody wrote for its digits.
 constexpr std::size_t kLongestNumber = 64;
 

@@ -9,11 +9,14 @@
 
 namespace senmark_series {
 
+constexpr unsigned kMostDecimals = 15;
+
 /// What the text of a number shows without its value.
 struct NumberShape {
   bool isNumber = false;  ///< a decimal number closer to 0 than 1e16, which is what a data file can hold
-  unsigned decimals = 0;  ///< digits behind the point that it takes to write it without an exponent, 15 at most
-  bool isTiny = false;    ///< not 0, and closer to it than 0.0001
+  unsigned decimals =
+      0;  ///< digits behind the point that it takes to write it without an exponent, `kMostDecimals` at most
+  bool isTiny = false;  ///< not 0, and closer to it than 0.0001
 };
 NumberShape ShapeOf(std::string_view text, char decimalMark);
 /// The same of a cell, the text of which is read again only if cutting it has not done that.

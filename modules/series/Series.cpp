@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "FileGuess.h"
+#include "Foretelling.h"
 #include "Report.h"
 #include "Survey.h"
 #include "TableWriter.h"
@@ -44,6 +45,22 @@ Layout RequireLayout(kit::Input const& input, Sidecar const& sidecar) {
   return std::move(*layout);
 }
 
+/// `kOne` if the table is written, else what it takes.
+ePasses ConvertForetold(kit::Input const& input, Layout const& layout, kit::Output& output) {
+  std::optional<Survey> const foretold = ForetellSurvey(input, layout);
+  if (!foretold) {
+    return ePasses::kTwo;
+  }
+  try {
+    if (WriteForetoldTable(input, layout, *foretold, output)) {
+      return ePasses::kOne;
+    }
+  } catch (kit::Failure const&) {
+    // If it does not come of what was foretold, it comes again.
+  }
+  return ePasses::kBegunAnew;
+}
+
 void ExplainTable(kit::Input const& input, Sidecar const& sidecar, kit::Explanation& explanation) {
   std::vector<std::string> whyNot;
   std::optional<Layout> const layout = GuessFile(input, sidecar, whyNot);
@@ -76,9 +93,23 @@ bool Accepts(kit::Input const& input) {
   return sidecar || (HasOwnExtension(input) && IsSeries(input, whyNot));
 }
 
-void Convert(kit::Input const& input, kit::Output& output) {
-  Sidecar const sidecar = ReadSidecar(input).value_or(Sidecar());
-  WriteTable(input, SurveyFile(input, RequireLayout(input, sidecar)), output);
+ePasses Convert(kit::Input const& input, kit::Output& output, std::uint64_t foretoldFrom) {
+  std::optional<Sidecar> const sidecar = ReadSidecar(input);
+  Layout const layout = RequireLayout(input, sidecar.value_or(Sidecar()));
+  // What a sidecar asks for may hold for few rows.
+  bool const mayForetell = !sidecar && !layout.isJsonLines && layout.columns.size() <= kStreamsAtOnce;
+  ePasses passes = ePasses::kTwo;
+  if (mayForetell && input.size() >= foretoldFrom) {
+    passes = ConvertForetold(input, layout, output);
+  }
+  if (passes == ePasses::kOne) {
+    return passes;
+  }
+  if (passes == ePasses::kBegunAnew) {
+    output.restart();
+  }
+  WriteTable(input, SurveyFile(input, layout), output);
+  return passes;
 }
 
 void Explain(kit::Input const& input, kit::Explanation& explanation) {

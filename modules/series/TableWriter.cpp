@@ -1,18 +1,22 @@
 #include "TableWriter.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "Foretelling.h"
 #include "NumberText.h"
 #include "RowTimes.h"
+#include "Surveyor.h"
 
 namespace senmark_series {
 
 namespace {
 
-/// The writer keeps up to 64 KiB of each stream that it has begun, so that a wide table is read several times.
-constexpr std::size_t kStreamsAtOnce = 256;
+/// Few enough to notice soon what is not as foretold, many enough for the look to cost nothing.
+constexpr std::size_t kRowsBetweenLooks = 4096;
 
 constexpr std::size_t kLongestTextEver = 10000;
 constexpr std::size_t kShortestLimit = 256;
@@ -37,6 +41,12 @@ std::string_view CutTo(std::string_view text, std::size_t longest) {
   return text.substr(0, end);
 }
 
+/// Decimals that suffice for all cells leave each number as it is, however many they are, so that only the sidecar's
+/// make a difference.
+unsigned DecimalsOf(Column const& column) {
+  return column.decimals.value_or(kMostDecimals);
+}
+
 Target MakeTarget(Survey const& survey, std::size_t index, kit::Group& group) {
   Column const& column = survey.layout.columns[index];
   kit::StreamFormat format;
@@ -45,7 +55,7 @@ Target MakeTarget(Survey const& survey, std::size_t index, kit::Group& group) {
   Target target;
   target.column = index;
   if (survey.kindOf(index) == eColumnKind::kNumber) {
-    format.decimals = survey.decimalsOf(index);
+    format.decimals = DecimalsOf(column);
     target.numbers = &group.numberStream(column.name, format);
   } else {
     format.holds = true;
@@ -68,6 +78,23 @@ void AddCell(Target const& target, kit::Moment const& time, Cell const& cell, ch
   }
 }
 
+void AddRow(std::vector<Target> const& targets, kit::Instant const& time, Row const& row, char decimalMark,
+            kit::Output const& output) {
+  try {
+    kit::Moment const moment = output.moment(time);
+    std::size_t const width = row.cells.size();
+    for (Target const& target : targets) {
+      // They are in the order of their columns.
+      if (target.column >= width) {
+        break;
+      }
+      AddCell(target, moment, row.cells[target.column], decimalMark);
+    }
+  } catch (kit::Failure const& failure) {
+    throw failure.at(row.offset, row.line);
+  }
+}
+
 void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Target> const& targets,
                   kit::Output const& output) {
   Layout const& layout = survey.layout;
@@ -77,23 +104,48 @@ void WriteColumns(kit::Input const& input, Survey const& survey, std::vector<Tar
   Row row;
   kit::Instant time;
   while (reader->next(row)) {
-    if (row.line < layout.firstDataLine || !times.read(row, time)) {
-      continue;
-    }
-    try {
-      kit::Moment const moment = output.moment(time);
-      std::size_t const width = row.cells.size();
-      for (Target const& target : targets) {
-        // They are in the order of their columns.
-        if (target.column >= width) {
-          break;
-        }
-        AddCell(target, moment, row.cells[target.column], layout.dialect.decimalMark);
-      }
-    } catch (kit::Failure const& failure) {
-      throw failure.at(row.offset, row.line);
+    if (row.line >= layout.firstDataLine && times.read(row, time)) {
+      AddRow(targets, time, row, layout.dialect.decimalMark, output);
     }
   }
+}
+
+/// The same, with what all rows tell; none as soon as that is not what was foretold.
+std::optional<Survey> SurveyColumns(kit::Input const& input, Layout const& layout, Survey const& foretold,
+                                    std::vector<Target> const& targets, kit::Output const& output) {
+  TextBuffer text(input, layout.encoding, layout.isEncodingGuessed);
+  std::unique_ptr<RowReader> const reader = MakeRowReader(text, layout);
+  Surveyor surveyor(layout, foretold.layout.time.order);
+  Row row;
+  kit::Instant time;
+  for (std::size_t untilLook = kRowsBetweenLooks; reader->next(row);) {
+    if (row.line < layout.firstDataLine) {
+      continue;
+    }
+    if (surveyor.take(row, time)) {
+      AddRow(targets, time, row, layout.dialect.decimalMark, output);
+    }
+    if (--untilLook == 0) {
+      untilLook = kRowsBetweenLooks;
+      if (!reader->isUtf8() || !MayComeTrue(foretold, surveyor.survey())) {
+        return std::nullopt;
+      }
+    }
+  }
+  Survey found = surveyor.survey();
+  return reader->isUtf8() && HasComeTrue(foretold, found) ? std::optional<Survey>(std::move(found)) : std::nullopt;
+}
+
+void Finish(std::vector<Target> const& targets) {
+  for (Target const& target : targets) {
+    kit::Stream& stream = target.numbers != nullptr ? static_cast<kit::Stream&>(*target.numbers) : *target.texts;
+    stream.finish();
+  }
+}
+
+void Begin(Survey const& survey, kit::Output& output) {
+  output.setTimeBase(kit::TimeBase::gmt(survey.digits));
+  output.setCreator("senmark series");
 }
 
 std::string TimeColumns(Survey const& survey) {
@@ -131,19 +183,14 @@ std::size_t LongestText(ColumnSurvey const& column) {
 }
 
 void WriteTable(kit::Input const& input, Survey const& survey, kit::Output& output) {
-  Layout const& layout = survey.layout;
-  output.setTimeBase(kit::TimeBase::gmt(survey.digits));
-  output.setCreator("senmark series");
+  Begin(survey, output);
   std::vector<Target> targets;
   auto const write = [&] {
     WriteColumns(input, survey, targets, output);
-    for (Target const& target : targets) {
-      kit::Stream& stream = target.numbers != nullptr ? static_cast<kit::Stream&>(*target.numbers) : *target.texts;
-      stream.finish();
-    }
+    Finish(targets);
     targets.clear();
   };
-  for (std::size_t i = 0; i != layout.columns.size(); ++i) {
+  for (std::size_t i = 0; i != survey.layout.columns.size(); ++i) {
     if (!survey.hasSamples(i)) {
       continue;
     }
@@ -156,6 +203,23 @@ void WriteTable(kit::Input const& input, Survey const& survey, kit::Output& outp
     write();
   }
   WriteImport(survey, output);
+}
+
+bool WriteForetoldTable(kit::Input const& input, Layout const& layout, Survey const& foretold, kit::Output& output) {
+  Begin(foretold, output);
+  std::vector<Target> targets;
+  for (std::size_t i = 0; i != layout.columns.size(); ++i) {
+    if (foretold.hasSamples(i)) {
+      targets.push_back(MakeTarget(foretold, i, output.top()));
+    }
+  }
+  std::optional<Survey> const found = SurveyColumns(input, layout, foretold, targets, output);
+  if (!found) {
+    return false;
+  }
+  Finish(targets);
+  WriteImport(*found, output);
+  return true;
 }
 
 }  // namespace senmark_series

@@ -1,6 +1,8 @@
 /// The data file that a converter writes.
 #pragma once
 
+#include <unistd.h>
+
 #include <deque>
 #include <memory>
 #include <string>
@@ -89,11 +91,7 @@ class Output {
   /// sortMemory  what to take for `kSortMemory`; what is beyond it goes to a temporary file.
   Output(SK_PLUGIN::HostAPI const& api, std::string const& path, std::size_t sortMemory = kSortMemory)
       : mRoom{&api, this, detail::SortRoom(sortMemory), {}}, mRegistration{&api, this}, mPath(path) {
-    unsigned char existed = 0;
-    mRoot = detail::Make<SK_PLUGIN::ITdjsonRoot_v1>("begin a file", [&](void** root, void* result) {
-      api.mTdjsonWriterAPI->Static_CreateRoot(mRoom.key, mPath.c_str(), nullptr, root, &existed, 1, result);
-    });
-    mTop.reset(new Group(*this, 0, std::string(), std::string()));
+    MakeRoot();
   }
   Output(Output const&) = delete;
   Output& operator=(Output const&) = delete;
@@ -133,6 +131,27 @@ class Output {
   /// The top of the tree.
   Group& top() { return *mTop; }
 
+  /// Lets go of everything that was said and written so far, the time base too, as if this object were new: for a
+  /// converter that finds out on its way that what it took for granted does not hold. Groups and streams, `top()` too,
+  /// and moments are void afterwards, names are free again, and the file is empty. Also after a `Failure`; not after
+  /// `finish`.
+  /// Errors: `Failure` if the writer cannot begin anew; only another `restart` makes sense then.
+  void restart() {
+    // In the order in which they would go with this object.
+    mStreams.clear();
+    mTop.reset();
+    mRoot = {};
+    mRegistration.end();
+    mNames = {};
+    mRoom.timeBase.reset();
+    mRoom.sort.clear();
+    if (std::exchange(mHasBegun, false)) {
+      // If this fails, what the file holds goes all the same when it is begun again.
+      [[maybe_unused]] int const cut = ::truncate(mPath.c_str(), 0);
+    }
+    MakeRoot();
+  }
+
   /// Writes what is not written yet. The kit calls it when the converter has returned.
   /// Errors: `Failure`, with code 1507 for a file without any content.
   void finish() {
@@ -149,6 +168,14 @@ class Output {
 
  private:
   friend class Group;
+
+  void MakeRoot() {
+    unsigned char existed = 0;
+    mRoot = detail::Make<SK_PLUGIN::ITdjsonRoot_v1>("begin a file", [&](void** root, void* result) {
+      mRoom.api->mTdjsonWriterAPI->Static_CreateRoot(mRoom.key, mPath.c_str(), nullptr, root, &existed, 1, result);
+    });
+    mTop.reset(new Group(*this, 0, std::string(), std::string()));
+  }
 
   void Begin() {
     if (mHasBegun) {
@@ -188,7 +215,8 @@ class Output {
   struct Registration {
     SK_PLUGIN::HostAPI const* api;
     void* key;
-    ~Registration() {
+    ~Registration() { end(); }
+    void end() const {
       SK_PLUGIN::SK_PluginResult result;
       api->mHandleMemoryAPI->Static_RemoveConverterFromMap(key, &result);
     }

@@ -36,6 +36,13 @@ struct SortRoom {
 
   /// Has the sorters that use most write what they have to the file, until half of the memory in use is free.
   inline void free();
+
+  /// Begins anew. The sorters are gone already.
+  void clear() {
+    used = 0;
+    spill.clear();
+    sorters.clear();
+  }
 };
 
 /// Collects samples and gives them back by time; those of the same time in the order in which they came. What is more

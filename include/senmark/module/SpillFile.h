@@ -20,13 +20,18 @@ namespace senmark::kit::detail {
 class SpillFile {
  public:
   SpillFile() = default;
-  ~SpillFile() {
+  ~SpillFile() { clear(); }
+  SpillFile(SpillFile const&) = delete;
+  SpillFile& operator=(SpillFile const&) = delete;
+
+  /// Lets go of the file and all that is in it.
+  void clear() {
     if (mDescriptor >= 0) {
       ::close(mDescriptor);
     }
+    mDescriptor = -1;
+    mSize = 0;
   }
-  SpillFile(SpillFile const&) = delete;
-  SpillFile& operator=(SpillFile const&) = delete;
 
   /// Bytes that were written.
   std::uint64_t size() const { return mSize; }
