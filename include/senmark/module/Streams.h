@@ -387,16 +387,24 @@ class TextStream : public Stream {
     }
     Require(!text.empty(), "an empty text");
     char plain[detail::kShortText + sizeof(std::uint64_t)];
+    std::string_view clean;
     if (text.size() <= detail::kShortText && detail::CopyPlain(text, plain)) {
       plain[text.size()] = '\0';
-      AddClean(time, std::string_view(plain, text.size()));
-      return;
+      clean = std::string_view(plain, text.size());
+    } else {
+      // Kept from text to text, so that its memory is.
+      mClean.clear();
+      detail::AppendSampleText(text, mClean);
+      Require(mClean.size() <= kLongest / 2 || EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
+      clean = mClean;
     }
-    // Kept from text to text, so that its memory is.
-    mClean.clear();
-    detail::AppendSampleText(text, mClean);
-    Require(mClean.size() <= kLongest / 2 || EscapedSize(mClean) <= kLongest, "a text of more than 65535 bytes");
-    AddClean(time, mClean);
+    detail::SampleKey const key = KeyOf(time);
+    if constexpr (std::is_same_v<Time, Moment>) {
+      // The writer wants a NUL behind it, which both have.
+      Add(key, clean, [&] { Write([&](void* result) { return AddTo(time.clockTime(), clean.data(), result); }); });
+    } else {
+      Add(key, clean);
+    }
   }
 
  private:
@@ -414,17 +422,6 @@ class TextStream : public Stream {
     detail::SetInfo(*mNode.get(), Format(), displayName, matchName);
     detail::CallWriter("set lengths",
                        [&](void* result) { mNode->setStringProperties(0, 0, format.marksEvents ? 1 : 0, result); });
-  }
-
-  /// text: with a NUL behind it.
-  template <typename Time>
-  void AddClean(Time const& time, std::string_view text) {
-    detail::SampleKey const key = KeyOf(time);
-    if constexpr (std::is_same_v<Time, Moment>) {
-      Add(key, text, [&] { Write([&](void* result) { return AddTo(time.clockTime(), text.data(), result); }); });
-    } else {
-      Add(key, text);
-    }
   }
 
   /// Bytes of a clean text as the file holds it: with a backslash before backslashes and what controls.

@@ -84,7 +84,7 @@ std::string_view TextFromLast(Time const& time, unsigned short length, unsigned 
   if (!AreEqual(ClockOf(time), ClockOf(last.time)) && !ReplaceClock(last, ClockOf(time))) {
     return std::string_view();
   }
-  if (digits != 0 && !ReplaceRest(last, RestOf(time))) {
+  if (digits != 0 && RestOf(time) != RestOf(last.time) && !ReplaceRest(last, RestOf(time))) {
     return std::string_view();
   }
   last.time = time;

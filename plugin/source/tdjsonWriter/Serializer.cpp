@@ -119,10 +119,11 @@ void Serializer::serialize_NumArrDynamicSamples(std::string const& sampleSetID, 
 void Serializer::serialize_PaddedStrDynamicSamples(std::string const& sampleSetID, SK_DumpSamplesUtils& dump,
                                                    std::uint64_t sampleCount,
                                                    ns_sensor::SK_StringProperties const& properties) {
+  StringField const field(properties);
   serializeSet(
       sampleSetID, dump, sampleCount,
       [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
-        AppendStringSample(text, time, value, properties);
+        AppendStringSample(text, time, value, field);
       },
       AppendNone);
 }

@@ -212,22 +212,18 @@ constexpr char kBeforeLength[] = R"({"length":")";
 constexpr char kBeforeText[] = R"(","str":")";
 constexpr char kBehindText[] = R"("}})";
 
-/// The longest texts, and the most digits of their length, that go the short way.
-constexpr std::size_t kLongestText = 99999;
-constexpr unsigned kMostLengthDigits = 8;
-
 /// What stands around a text, with the digits of its length.
 constexpr std::size_t kTextRoom =
-    sizeof(kBeforeLength) - 1 + kMostLengthDigits + sizeof(kBeforeText) - 1 + sizeof(kBehindText) - 1;
+    sizeof(kBeforeLength) - 1 + StringField::kMostDigits + sizeof(kBeforeText) - 1 + sizeof(kBehindText) - 1;
 
 /// A sample with any text and any widths.
 void AppendAnyStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                           ns_sensor::SK_StringProperties const& properties) {
+                           StringField const& field) {
   char length[std::numeric_limits<std::size_t>::digits10 + 1];
   std::string_view const lengthText(
       length, static_cast<std::size_t>(std::to_chars(length, length + sizeof length, value.size()).ptr - length));
-  std::size_t const zeroes = Missing(lengthText.size(), properties.maxDigitsInStrLength);
-  std::size_t const spaces = Missing(value.size(), properties.maxLen);
+  std::size_t const zeroes = Missing(lengthText.size(), field.maxDigits);
+  std::size_t const spaces = Missing(value.size(), field.maxLength);
 
   AppendTime(out, time);
   out.Put(kBeforeLength);
@@ -249,6 +245,16 @@ NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pat
   sizeBehind = decimals == 0 ? 0 : 1 + decimals;
   otherIntegers = ~MaskOfLast(integers);
   otherDecimals = decimals < kFixedDecimals ? MaskOfLast(kFixedDecimals - decimals) : 0;
+}
+
+StringField::StringField(ns_sensor::SK_StringProperties const& stringProperties)
+    : maxLength(stringProperties.maxLen), maxDigits(stringProperties.maxDigitsInStrLength) {
+  if (maxDigits - 1 >= kMostDigits || maxLength > kLongest) {
+    return;
+  }
+  auto const places = static_cast<unsigned>(maxDigits);
+  digitsShift = 8 * (kMostDigits - places);
+  otherDigits = ~MaskOfLast(places);
 }
 
 void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
@@ -303,24 +309,18 @@ void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::
 }
 
 void AppendStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                        ns_sensor::SK_StringProperties const& properties) {
-  if (value.size() > kLongestText || properties.maxLen > kLongestText ||
-      properties.maxDigitsInStrLength - 1 >= kMostLengthDigits) {
-    AppendAnyStringSample(out, time, value, properties);
-    return;
-  }
-  auto const places = static_cast<unsigned>(properties.maxDigitsInStrLength);
+                        StringField const& field) {
   std::uint64_t const digits = DigitsOfMostlyThree(static_cast<std::uint32_t>(value.size()));
-  if ((digits & ~MaskOfLast(places)) != 0) {
-    AppendAnyStringSample(out, time, value, properties);
+  if (value.size() > StringField::kLongest || !field.Fits(digits)) {
+    AppendAnyStringSample(out, time, value, field);
     return;
   }
-  std::size_t const width = std::max<std::size_t>(value.size(), properties.maxLen);
+  std::size_t const width = std::max<std::size_t>(value.size(), field.maxLength);
   std::size_t const sizeBefore = out.Size();
   char* const start = out.Grow(TimeRoom(time.size()) + kTextRoom + width);
   char* p = CopyLiteral(CopyTime(start, time), kBeforeLength);
-  StoreEight(p, (digits | kZeroes) >> (8 * (kMostLengthDigits - places)));
-  p = CopyShortText(CopyLiteral(p + places, kBeforeText), value);
+  StoreEight(p, (digits | kZeroes) >> field.digitsShift);
+  p = CopyShortText(CopyLiteral(p + field.maxDigits, kBeforeText), value);
   p = CopyLiteral(FillSpaces(p, width - value.size()), kBehindText);
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
