@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <clocale>
 #include <cstdio>
@@ -67,8 +68,22 @@ void LeaveTemporaryFile() {
   }
 }
 
+/// Until whoever holds the other end of standard input closes it, or is gone.
+void AwaitEndOfInput() {
+  char bytes[64];
+  while (true) {
+    ssize_t const count = read(STDIN_FILENO, bytes, sizeof bytes);
+    if (count == 0 || (count < 0 && errno != EINTR)) {
+      return;
+    }
+  }
+}
+
 /// What is done wrong with any file.
 void DoWrong() {
+  if (Has("await")) {
+    AwaitEndOfInput();
+  }
   if (Has("leak-descriptor")) {
     std::fopen("/dev/null", "r");
   }
