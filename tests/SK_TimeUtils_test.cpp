@@ -377,7 +377,7 @@ TEST(TimeUtils, GuardedResultsAreExactWhereNothingOverflows) {
 
 void AddTopBitDivisor() {
   itimerval soon = {};
-  soon.it_value.tv_sec = 1;
+  soon.it_value.tv_usec = 200000;  // of its own time, for what takes less than a microsecond where it returns
   setitimer(ITIMER_VIRTUAL, &soon, nullptr);
   SK_Time const a = {kSmallest, kTopBit};
   SK_Time const b = {1, 3};
