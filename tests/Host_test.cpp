@@ -6,7 +6,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
+#include <mutex>
 #include <thread>
 
 #include "NumberSetFile.h"
@@ -653,45 +655,55 @@ class WatchingManager : public ns_sensor::ISenmark {
   void createTdjsonStream(ns_sensor::ITdjsonStream**, char const*, unsigned char, void*) override { Stay(); }
   void destroyTdjsonStream(ns_sensor::ITdjsonStream**, void*) override { Stay(); }
 
+  /// patience: how long an operation stays for another to come.
+  explicit WatchingManager(std::chrono::milliseconds patience) : mPatience(patience) {}
+
   bool metAnother() const { return mMet; }
 
  private:
   void Stay() {
-    if (mInside.fetch_add(1) != 0) {
+    std::unique_lock<std::mutex> lock(mMutex);
+    if (++mInside == 2) {
       mMet = true;
+      mHaveMet.notify_all();
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    mInside.fetch_sub(1);
+    mHaveMet.wait_for(lock, mPatience, [this] { return mMet; });
+    --mInside;
   }
 
-  std::atomic<int> mInside{0};
-  std::atomic<bool> mMet{false};
+  std::chrono::milliseconds mPatience;
+  std::mutex mMutex;
+  std::condition_variable mHaveMet;
+  int mInside = 0;
+  bool mMet = false;
 };
 
 WatchingManager* gWatchingManager = nullptr;
 
 template <class First, class Second>
-bool Meet(First&& first, Second&& second) {
-  WatchingManager manager;
+bool Meet(std::chrono::milliseconds patience, First&& first, Second&& second) {
+  WatchingManager manager(patience);
   gWatchingManager = &manager;
-  std::thread one([&] {
-    for (int i = 0; i != 20; ++i) {
-      first();
+  std::atomic<int> ready{0};
+  auto const repeat = [&ready](auto& operation) {
+    for (++ready; ready != 2;) {
+      std::this_thread::yield();
     }
-  });
-  std::thread two([&] {
     for (int i = 0; i != 20; ++i) {
-      second();
+      operation();
     }
-  });
+  };
+  std::thread one([&] { repeat(first); });
+  std::thread two([&] { repeat(second); });
   one.join();
   two.join();
   return manager.metAnother();
 }
 
 TEST_F(Host, RawOpenAndStreamRunSideBySide) {
-  EXPECT_TRUE(Meet([] { gWatchingManager->openFile(nullptr, nullptr, nullptr, nullptr); },
-                   [] { gWatchingManager->createTdjsonStream(nullptr, nullptr, 0, nullptr); }));
+  EXPECT_TRUE(Meet(
+      std::chrono::minutes(4), [] { gWatchingManager->openFile(nullptr, nullptr, nullptr, nullptr); },
+      [] { gWatchingManager->createTdjsonStream(nullptr, nullptr, 0, nullptr); }));
 }
 
 TEST_F(Host, OpenAndStreamDoNotRunSideBySide) {
@@ -701,7 +713,9 @@ TEST_F(Host, OpenAndStreamDoNotRunSideBySide) {
   };
   functions.destroy = [](ns_sensor::ISenmark**, void*) {};
   senmark::Library const library(functions);
-  EXPECT_FALSE(Meet([&] { senmark::Senmark(library).open("/a"); }, [&] { senmark::Senmark(library).stream("/a"); }));
+  EXPECT_FALSE(Meet(
+      std::chrono::milliseconds(2), [&] { senmark::Senmark(library).open("/a"); },
+      [&] { senmark::Senmark(library).stream("/a"); }));
 }
 
 /// A table that the wrapper does not know, in a process that has given it to the library first.

@@ -33,7 +33,7 @@ class ModuleCheckCommand : public testing::Test {
   ModuleCheckCommand() : mModules(mFolder), mInput(mFolder.Write("in.ext", "FMabcdefghijkl.")) {
     mRequest.folder = mModules.Path() + "/M.tdx";
     mRequest.files = {mInput};
-    mRequest.milliseconds = 5000;
+    mRequest.milliseconds = 600000;  // nobody waits for it
   }
 
   /// A module that does wrong what its identifier says.
@@ -225,15 +225,27 @@ INSTANTIATE_TEST_SUITE_P(Faults, ModuleFault, testing::ValuesIn(kFaults), [](aut
   return name;
 });
 
-TEST_F(ModuleCheckCommand, ConversionWithoutEndIsNotWaitedForLong) {
-  Add("never-end");
-  mRequest.milliseconds = 600;
+TEST_F(ModuleCheckCommand, ConversionsThatRunOutOfTimeAreSoonGivenUp) {
+  Add("out-of-time");
   std::vector<std::string> const lines = Check();
   ASSERT_EQ(lines.size(), 6u);
   EXPECT_EQ(lines[0], "conversion of an empty file by \"uid\" that cannot be written: error: it did not end in time");
   EXPECT_EQ(lines[2], "in.ext cut to 2 bytes: error: it did not end in time");
   EXPECT_EQ(lines[5],
             "in.ext cut to 5 bytes: note: not tried any more, after so many ends, and neither is what would follow");
+}
+
+TEST_F(ModuleCheckCommand, ConversionWithoutEndIsNotWaitedFor) {
+  Add("out-of-time");
+  std::vector<std::string> const expected = Check();
+  std::filesystem::remove_all(mRequest.folder);
+  Add("never-end");
+  // What has an end needs some time, too, and more where the machine has much else to do.
+  std::vector<std::string> lines;
+  for (mRequest.milliseconds = 100; lines != expected && mRequest.milliseconds < 20000; mRequest.milliseconds *= 2) {
+    lines = Check();
+  }
+  EXPECT_EQ(lines, expected);
 }
 
 TEST_F(ModuleCheckCommand, NumberThatCannotBeReadBackIsShown) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "FarLimits.h"
 #include "ModuleFolders.h"
 #include "senmark/host/Library.h"
 
@@ -40,7 +41,7 @@ class ModuleCodeCheck : public testing::Test {
   std::string CheckAdded() {
     senmark_tool::ModuleFindings findings;
     senmark_tool::ModulePaths const module(mModules.Path() + "/M.tdx");
-    mCanRun = senmark_tool::CheckCode(module, senmark_tool::Limits(), findings);
+    mCanRun = senmark_tool::CheckCode(module, senmark_test::FarLimits(), findings);
     std::string text;
     for (senmark_tool::Finding const& finding : findings.All()) {
       EXPECT_EQ(finding.where, module.Code());

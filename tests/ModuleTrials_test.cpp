@@ -11,7 +11,9 @@
 #include <fstream>
 #include <iostream>
 #include <sstream>
+#include <utility>
 
+#include "FarLimits.h"
 #include "TempFolder.h"
 
 namespace {
@@ -26,8 +28,6 @@ using Work = std::function<void(TrialReport&)>;
 
 class ModuleTrialsTest : public testing::Test {
  protected:
-  ModuleTrialsTest() { mLimits.time = std::chrono::milliseconds(1000); }
-
   /// Runs works that are named A, B, and so on, and gives what they find, a line each.
   std::string Run(std::vector<Work> const& works, std::string const& keep = "") {
     ModuleFindings findings;
@@ -47,7 +47,7 @@ class ModuleTrialsTest : public testing::Test {
   }
 
   senmark_test::TempFolder mFolder;
-  senmark_tool::Limits mLimits;
+  senmark_tool::Limits mLimits = senmark_test::FarLimits();
   std::string mInput;
   bool mHasReturned = false;
   std::map<std::size_t, std::vector<std::string>> mFacts;
@@ -63,6 +63,11 @@ void Die(TrialReport& /*report*/) {
   while (true) {
     pause();
   }
+}
+
+/// Ends as the system ends a process whose time of the processor is over.
+void RunOutOfTime(TrialReport& /*report*/) {
+  raise(SIGXCPU);
 }
 
 TEST_F(ModuleTrialsTest, FindingsAreHandedOnByTheirTrials) {
@@ -95,14 +100,22 @@ TEST_F(ModuleTrialsTest, OneEndOfTheProcessHidesNothing) {
 TEST_F(ModuleTrialsTest, EveryKindOfEndIsTold) {
   EXPECT_EQ(Run({[](TrialReport&) { exit(0); }}), "A: error: it ended the process, with exit status 0\n");
   EXPECT_EQ(Run({[](TrialReport&) { throw std::runtime_error("x"); }}), "A: error: it threw an exception: x\n");
+  EXPECT_EQ(Run({RunOutOfTime, Nothing}), "A: error: it did not end in time\n");
   mLimits.time = std::chrono::milliseconds(200);
-  EXPECT_EQ(Run({NeverEnd, Nothing}), "A: error: it did not end in time\n");
+  EXPECT_EQ(Run({NeverEnd}), "A: error: it did not end in time\n");
 }
 
-// The time is that of one trial: many that take a part of it each do not run out of it.
+// The time is that of one trial: many that take a part of it each do not run out of it. Here a process has the time for
+// one of them.
 TEST_F(ModuleTrialsTest, TimeIsGivenToEachTrial) {
-  Work const slow = [](TrialReport&) { usleep(300000); };
+  static bool isFirst = true;
+  Work const slow = [](TrialReport& report) {
+    if (!std::exchange(isFirst, false)) {
+      RunOutOfTime(report);
+    }
+  };
   EXPECT_EQ(Run({slow, slow, slow, slow, slow}), "");
+  EXPECT_TRUE(mHasReturned);
 }
 
 // What an earlier trial has broken is not put down to a later one.
@@ -119,9 +132,8 @@ TEST_F(ModuleTrialsTest, EndThatDoesNotComeAloneIsSuspicious) {
 }
 
 TEST_F(ModuleTrialsTest, TooManyEndsAreNotWaitedFor) {
-  mLimits.time = std::chrono::milliseconds(100);
   std::string const late = ": error: it did not end in time\n";
-  EXPECT_EQ(Run({NeverEnd, NeverEnd, NeverEnd, NeverEnd, Nothing}),
+  EXPECT_EQ(Run({RunOutOfTime, RunOutOfTime, RunOutOfTime, RunOutOfTime, Nothing}),
             "A" + late + "B" + late + "C" + late +
                 "D: note: not tried any more, after so many ends, and neither is what would follow\n");
   std::string const text = Run(std::vector<Work>(14, Die));

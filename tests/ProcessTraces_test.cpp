@@ -2,13 +2,18 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <clocale>
-#include <condition_variable>
 #include <filesystem>
+#include <fstream>
 #include <locale>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #include "TempFolder.h"
@@ -85,14 +90,61 @@ TEST_F(ProcessTracesTest, LocaleOfEitherKind) {
   EXPECT_EQ(Left(), "");
 }
 
-TEST_F(ProcessTracesTest, ThreadThatRunsButNoneThatEnds) {
+TEST_F(ProcessTracesTest, ThreadThatRuns) {
   std::mutex mutex;
   std::unique_lock<std::mutex> lock(mutex);
   std::thread thread([&mutex] { std::lock_guard<std::mutex> const waiting(mutex); });
   EXPECT_EQ(Left(), "it leaves a thread running\n");
+  // No name makes it one that has ended.
+  pthread_setname_np(thread.native_handle(), ") S 1 1 1 1 1 4");
+  EXPECT_EQ(Left(), "it leaves a thread running\n");
   lock.unlock();
-  EXPECT_EQ(Left(), "");
   thread.join();
+  EXPECT_EQ(Left(), "");
+}
+
+/// The state of the first thread of this process, as proc(5) has it.
+char StateOfFirstThread() {
+  std::ifstream file("/proc/self/task/" + std::to_string(getpid()) + "/stat");
+  std::string text;
+  std::getline(file, text);
+  std::size_t const nameEnd = text.rfind(") ");
+  return nameEnd == std::string::npos ? '?' : text[nameEnd + 2];
+}
+
+// One that has ended may still be listed. The first of a process always is, so this is tried with it.
+TEST_F(ProcessTracesTest, ThreadThatHasEnded) {
+  constexpr int kFine = 11;
+  pid_t const child = fork();
+  if (child == 0) {
+    std::thread second([this] {
+      while (StateOfFirstThread() != 'Z') {
+        std::this_thread::yield();
+      }
+      _exit(Left().find("thread") == std::string::npos ? kFine : 1);
+    });
+    syscall(SYS_exit, 0);  // of this thread alone
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(WEXITSTATUS(status), kFine);
+}
+
+TEST_F(ProcessTracesTest, ThreadThatIsAboutToEndIsGivenAMoment) {
+  // On a machine that has much else to do, the moment may be over before the thread has its turn.
+  bool isFineWithIt = false;
+  for (int round = 0; round != 100 && !isFineWithIt; ++round) {
+    std::atomic<bool> isEnd{false};
+    std::thread thread([&isEnd] {
+      while (!isEnd && StateOfFirstThread() != 'S') {
+        std::this_thread::yield();
+      }
+    });
+    isFineWithIt = Left().empty();
+    isEnd = true;
+    thread.join();
+  }
+  EXPECT_TRUE(isFineWithIt);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -32,17 +31,28 @@ TEST(Mutex, GuardsExcludeEachOther) {
 }
 
 TEST(Mutex, GuardWaitsUntilTheOtherIsGone) {
-  auto first = std::make_unique<SK_Mutex>();
-  std::atomic<bool> entered{false};
-  std::thread other([&entered] {
-    SK_Mutex const guard;
-    entered = true;
-  });
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  EXPECT_FALSE(entered);
-  first.reset();
-  other.join();
-  EXPECT_TRUE(entered);
+  for (int round = 0; round < 500; ++round) {
+    auto first = std::make_unique<SK_Mutex>();
+    std::atomic<bool> isComing{false};
+    std::atomic<bool> isFirstGone{false};
+    bool hasWaited = false;
+    std::thread other([&] {
+      isComing = true;
+      SK_Mutex const guard;
+      hasWaited = isFirstGone;
+    });
+    while (!isComing) {
+      std::this_thread::yield();
+    }
+    // Time to come in too early.
+    for (int turn = 0; turn < 10; ++turn) {
+      std::this_thread::yield();
+    }
+    isFirstGone = true;
+    first.reset();
+    other.join();
+    ASSERT_TRUE(hasWaited) << round;
+  }
 }
 
 }  // namespace

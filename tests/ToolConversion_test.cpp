@@ -1,6 +1,7 @@
 // The program on files of other kinds: writing them as Timed Data JSON, and reading them as if they were.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <rapidjson/document.h>
 #include <signal.h>
 #include <spawn.h>
@@ -8,12 +9,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
-#include <thread>
+#include <utility>
 
+#include "ModuleFolders.h"
 #include "ToolRunner.h"
 
 extern char** environ;
@@ -210,98 +212,120 @@ TEST_F(ToolConversion, MissingInputHasItsCode) {
 
 // The line that tells of the progress
 
-/// The two ends of a terminal that nobody looks at.
+/// The end of a terminal from which what is shown can be read.
 class Terminal {
  public:
-  Terminal() : mMaster(posix_openpt(O_RDWR | O_NOCTTY)) {
+  Terminal() : mMaster(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
     EXPECT_GE(mMaster, 0);
     EXPECT_EQ(grantpt(mMaster), 0);
     EXPECT_EQ(unlockpt(mMaster), 0);
-    char const* const name = ptsname(mMaster);
-    mSlave = name == nullptr ? -1 : open(name, O_RDWR | O_NOCTTY);
-    EXPECT_GE(mSlave, 0);
   }
-  ~Terminal() {
-    CloseSlave();
-    close(mMaster);
-  }
+  ~Terminal() { close(mMaster); }
   Terminal(Terminal const&) = delete;
   Terminal& operator=(Terminal const&) = delete;
 
-  int Slave() const { return mSlave; }
-  void CloseSlave() {
-    if (mSlave >= 0) {
-      close(mSlave);
-      mSlave = -1;
-    }
+  /// The other end, to be closed by the caller.
+  int OpenSlave() const {
+    char const* const name = ptsname(mMaster);
+    return name == nullptr ? -1 : open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
   }
 
-  /// What was shown, when nobody has the other end any more.
-  std::string Shown() {
-    std::string shown;
+  /// Waits for more of what is shown. False: nobody has the other end any more, or nothing came for so long that
+  /// nothing will.
+  bool ReadMore() {
+    constexpr int kFarAway = 240000;  // milliseconds
+    pollfd waiting{mMaster, POLLIN, 0};
     char buffer[256];
-    for (ssize_t count = 0; (count = read(mMaster, buffer, sizeof buffer)) > 0;) {
-      shown.append(buffer, static_cast<std::size_t>(count));
-    }
-    return shown;
+    ssize_t const count = poll(&waiting, 1, kFarAway) == 1 ? read(mMaster, buffer, sizeof buffer) : 0;
+    mShown.append(buffer, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return count > 0;
   }
+  std::string const& Shown() const { return mShown; }
 
  private:
   int mMaster;
-  int mSlave = -1;
+  std::string mShown;
+};
+
+/// The program with the terminal for standard error, and a pipe for standard input that is open until told otherwise.
+class ProgramOnATerminal {
+ public:
+  ProgramOnATerminal(std::vector<std::string> arguments, std::string const& outPath, Terminal const& terminal) {
+    std::vector<char*> words;
+    for (std::string& argument : arguments) {
+      words.push_back(argument.data());
+    }
+    words.push_back(nullptr);
+    int ends[2];
+    EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    mInput = ends[1];
+    int const slave = terminal.OpenSlave();
+    EXPECT_GE(slave, 0);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, ends[0], 0);
+    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_adddup2(&actions, slave, 2);
+    int const failure = posix_spawn(&mChild, words[0], &actions, nullptr, words.data(), environ);
+    EXPECT_EQ(failure, 0);
+    if (failure != 0) {
+      mChild = -1;
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    close(ends[0]);
+    close(slave);
+  }
+  ~ProgramOnATerminal() {
+    EndInput();
+    if (mChild != -1) {
+      kill(mChild, SIGKILL);
+      AwaitEnd();
+    }
+  }
+  ProgramOnATerminal(ProgramOnATerminal const&) = delete;
+  ProgramOnATerminal& operator=(ProgramOnATerminal const&) = delete;
+
+  void EndInput() {
+    if (mInput != -1) {
+      close(std::exchange(mInput, -1));
+    }
+  }
+  /// Result: as `waitpid` tells it.
+  int AwaitEnd() {
+    int status = -1;
+    waitpid(std::exchange(mChild, -1), &status, 0);
+    return status;
+  }
+
+ private:
+  pid_t mChild = -1;
+  int mInput = -1;
 };
 
 TEST_F(ToolConversion, LongConversionShowsItsProgressOnATerminal) {
-  // The motion of a real file, so often that much is left to do when the conversion has been noticed and held.
-  std::string text = mFolder.Read(Data("dab_30hz.bvh"));
-  std::size_t const motion = text.find('\n', text.find("Frame Time:")) + 1;
-  std::string const frames = text.substr(motion);
-  for (int i = 0; i != 150; ++i) {
-    text += frames;
-  }
-  fs::create_directory(mFolder.Path("result"));
-  std::vector<std::string> arguments = {SENMARK_TOOL, "--no-modules", "convert", mFolder.Write("long.bvh", text),
-                                        mFolder.Path("result/long.tdjson")};
-  std::vector<char*> words;
-  for (std::string& argument : arguments) {
-    words.push_back(argument.data());
-  }
-  words.push_back(nullptr);
+  // A conversion that takes as long as the line needs: its converter goes on when standard input ends.
+  senmark_test::ModuleFolders const modules(mFolder);
+  modules.Add("a.tdx", senmark_test::Manifest("a", "\"fm\"").c_str(), "await", senmark_test::kFaultyModule);
+  std::string const input = mFolder.Write("long.fm", "FMab.");
   Terminal terminal;
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 1, mFolder.Path("out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  posix_spawn_file_actions_adddup2(&actions, terminal.Slave(), 2);
-  pid_t child = 0;
-  ASSERT_EQ(posix_spawn(&child, SENMARK_TOOL, &actions, nullptr, words.data(), environ), 0);
-  posix_spawn_file_actions_destroy(&actions);
-  terminal.CloseSlave();
-
-  // As soon as the converter writes, the program is held for longer than it waits before it shows anything.
-  int status = 0;
-  bool isOver = false;
-  auto const isConverting = [&] {
-    for (fs::directory_entry const& entry : fs::directory_iterator(mFolder.Path("result"))) {
-      if (entry.path().filename().string()[0] != '.') {
-        return true;
-      }
-    }
-    return false;
-  };
-  while (!isConverting() && !isOver) {
-    isOver = waitpid(child, &status, WNOHANG) == child;
-  }
-  ASSERT_FALSE(isOver) << "nothing was seen of the conversion";
-  kill(child, SIGSTOP);
-  std::this_thread::sleep_for(std::chrono::milliseconds(1200));
-  kill(child, SIGCONT);
-  waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-
-  std::string const shown = terminal.Shown();
+  ProgramOnATerminal program({SENMARK_TOOL, "--modules", modules.Path(), "convert", input, Output()},
+                             mFolder.Path("out"), terminal);
   std::string const erased = "\r\x1b[K";
-  EXPECT_EQ(shown.rfind(erased + "converting " + mFolder.Path("long.bvh") + ": ", 0), 0u) << shown;
-  ASSERT_GE(shown.size(), erased.size());
+  std::string const line = erased + "converting " + input + ": ";
+  while (terminal.Shown().size() < line.size()) {
+    ASSERT_TRUE(terminal.ReadMore()) << terminal.Shown();
+  }
+  EXPECT_EQ(terminal.Shown().substr(0, line.size()), line);
+  EXPECT_FALSE(fs::exists(Output()));
+
+  program.EndInput();
+  // To the end, for the program waits when nobody reads.
+  while (terminal.ReadMore()) {
+  }
+  int const status = program.AwaitEnd();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << terminal.Shown();
+  std::string const shown = terminal.Shown();
+  EXPECT_GE(std::stoi(shown.substr(line.size())), 1) << "it comes after a second";
   EXPECT_EQ(shown.substr(shown.size() - erased.size()), erased);
   EXPECT_EQ(mFolder.Read(mFolder.Path("out")).rfind("wrote ", 0), 0u);
 }

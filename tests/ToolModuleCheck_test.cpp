@@ -23,7 +23,7 @@ class ToolModuleCheck : public senmark_test::ToolTest {
 };
 
 TEST_F(ToolModuleCheck, StatusTellsWhetherThereAreErrors) {
-  Outcome const good = Run({"module", "check", Add("good") + '/', mInput, mInput});
+  Outcome const good = Run({"module", "check", Add("good") + '/', mInput, mInput, "--time-limit", "600000"});
   EXPECT_EQ(good.status, 0) << good.err;
   EXPECT_EQ(good.out, "M.tdx: nothing to find fault with\n");
   EXPECT_EQ(good.err, "");
@@ -36,7 +36,7 @@ TEST_F(ToolModuleCheck, StatusTellsWhetherThereAreErrors) {
 }
 
 TEST_F(ToolModuleCheck, JsonHasTheFindings) {
-  rapidjson::Document const found = RunJson({"module", "check", Add("disorder"), mInput}, 1);
+  rapidjson::Document const found = RunJson({"module", "check", Add("disorder"), mInput, "--time-limit", "600000"}, 1);
   EXPECT_FALSE(found["ok"].GetBool());
   EXPECT_EQ(found["errors"].GetUint(), 1u);
   ASSERT_EQ(found["findings"].Size(), 1u);

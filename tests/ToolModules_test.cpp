@@ -187,7 +187,7 @@ class ToolModulesSignal : public ToolModules, public testing::WithParamInterface
     close(ends[1]);
     reader = ends[0];
     pollfd output{reader, POLLIN, 0};
-    EXPECT_EQ(poll(&output, 1, 60000), 1);
+    EXPECT_EQ(poll(&output, 1, 240000), 1);
     return child;
   }
 

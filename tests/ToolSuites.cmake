@@ -97,7 +97,7 @@ senmark_program_suite(ToolModules)
 senmark_program_suite(ToolSamples)
 
 foreach(suite ConverterChoice ConverterProbe ElfImage FileSignature LoadedModule ModuleCheckCommand ModuleCodeCheck
-              ModuleDiscovery ModuleLayoutCheck ModuleManifest ModuleSearch ToolModuleCheck ToolModules)
+              ModuleDiscovery ModuleLayoutCheck ModuleManifest ModuleSearch ToolConversion ToolModuleCheck ToolModules)
   target_link_libraries(${suite}_test PRIVATE senmark_module_folders)
 endforeach()
 target_compile_definitions(ToolModules_test PRIVATE SENMARK_INSTALLED_MODULES="${SENMARK_INSTALLED_MODULES}")

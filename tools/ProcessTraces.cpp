@@ -3,11 +3,14 @@
 #include <dirent.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <clocale>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <locale>
+#include <sstream>
 #include <thread>
 
 namespace senmark_tool {
@@ -36,11 +39,36 @@ std::map<int, std::string> OpenDescriptors() {
   return descriptors;
 }
 
+/// Whether a thread has ended, though it may still be listed: even one that was waited for is, until the system comes
+/// to bury it.
+bool HasEnded(fs::path const& task) {
+  constexpr unsigned long kExiting = 0x4;  // PF_EXITING among the kernel's flags of a thread, see proc(5)
+  constexpr int kFieldsBefore = 6;
+  std::ifstream file(task / "stat");
+  std::string text;
+  std::getline(file, text);
+  // Its name stands in brackets, with any characters.
+  std::size_t const nameEnd = text.rfind(')');
+  if (nameEnd == std::string::npos) {
+    return true;
+  }
+  std::istringstream fields(text.substr(nameEnd + 1));
+  std::string skipped;
+  for (int i = 0; i != kFieldsBefore; ++i) {
+    fields >> skipped;
+  }
+  unsigned long flags = 0;
+  fields >> flags;
+  return (flags & kExiting) != 0;
+}
+
 /// 0 where they cannot be counted.
 std::size_t CountThreads() {
   std::error_code error;
   fs::directory_iterator const tasks("/proc/self/task", error);
-  return error ? 0 : static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
+  return error ? 0
+               : static_cast<std::size_t>(std::count_if(
+                     begin(tasks), end(tasks), [](fs::directory_entry const& task) { return !HasEnded(task.path()); }));
 }
 
 std::set<std::string> NamesIn(std::string const& folder) {

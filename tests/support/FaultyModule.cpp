@@ -1,9 +1,10 @@
 // A converter module that does all things right but those that its identifier names. It takes files that begin with
 // "FM" and end in a point, and makes one sample of each byte between them; without the point they are damaged.
+#include <dlfcn.h>
 #include <signal.h>
 #include <unistd.h>
 
-#include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <clocale>
 #include <cstdio>
@@ -67,8 +68,30 @@ void LeaveTemporaryFile() {
   }
 }
 
+/// Until whoever holds the other end of standard input closes it, or is gone.
+void AwaitEndOfInput() {
+  char bytes[64];
+  while (true) {
+    ssize_t const count = read(STDIN_FILENO, bytes, sizeof bytes);
+    if (count == 0 || (count < 0 && errno != EINTR)) {
+      return;
+    }
+  }
+}
+
+/// Keeps the code in the process, for a thread that may be anywhere in it.
+void StayLoaded() {
+  Dl_info own;
+  if (dladdr(gFaults, &own) != 0) {
+    dlopen(own.dli_fname, RTLD_NOW | RTLD_NODELETE);
+  }
+}
+
 /// What is done wrong with any file.
 void DoWrong() {
+  if (Has("await")) {
+    AwaitEndOfInput();
+  }
   if (Has("leak-descriptor")) {
     std::fopen("/dev/null", "r");
   }
@@ -85,16 +108,8 @@ void DoWrong() {
     static_cast<void>(!chdir("/"));
   }
   if (Has("leave-thread")) {
-    // It is not to begin when its code is gone.
-    std::atomic<bool> isThere{false};
-    std::thread([&isThere] {
-      isThere = true;
-      std::this_thread::sleep_for(std::chrono::seconds(600));
-    }).detach();
-    while (!isThere) {
-      std::this_thread::yield();
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    StayLoaded();
+    std::thread([] { std::this_thread::sleep_for(std::chrono::hours(1)); }).detach();
   }
 }
 
@@ -107,6 +122,9 @@ void DoWrongWithDamage() {
     while (true) {
       pause();
     }
+  }
+  if (Has("out-of-time")) {
+    raise(SIGXCPU);  // which the system sends when the time of the processor is over
   }
   if (Has("exit")) {
     std::exit(0);
