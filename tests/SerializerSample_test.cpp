@@ -365,6 +365,15 @@ TEST(SerializerSample, TextsOfEverySizeArePaddedStepByStep) {
   }
 }
 
+TEST(SerializerSample, LengthOfNineDigitsIsWhole) {
+  std::string const value(100000001, 'a');
+  SerializerBuffer buffer;
+  AppendStringSample(buffer, "T", value, Widths(1, 8));
+  std::string const start = R"({"time":"T","value":{"length":"100000001","str":"aa)";
+  EXPECT_EQ(buffer.View().substr(0, start.size()), start);
+  EXPECT_EQ(buffer.Size(), start.size() - 2 + value.size() + 4);
+}
+
 // As above for numbers.
 TEST(SerializerSample, TextsStayInTheirMemory) {
   std::string const value(30, 'v');
