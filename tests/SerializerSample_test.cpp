@@ -10,6 +10,7 @@
 #include <new>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "FailingMemory.h"
@@ -363,6 +364,15 @@ TEST(SerializerSample, TextsOfEverySizeArePaddedStepByStep) {
       }
     }
   }
+}
+
+TEST(SerializerSample, LengthOfNineDigitsIsWhole) {
+  std::string const value(100000001, 'a');
+  SerializerBuffer buffer;
+  AppendStringSample(buffer, "T", value, Widths(1, 8));
+  std::string const start = R"({"time":"T","value":{"length":"100000001","str":"aa)";
+  EXPECT_EQ(buffer.View().substr(0, start.size()), start);
+  EXPECT_EQ(buffer.Size(), start.size() - 2 + value.size() + std::string_view(R"("}})").size());
 }
 
 // As above for numbers.
