@@ -34,9 +34,10 @@ struct Sample {
 };
 
 void Put(SK_DumpSamplesUtils& dump, Sample const& sample) {
-  char time[SK_TimeWindow::kPadded] = {};
+  std::string padded = sample.time;
+  padded.resize(SK_TimeWindow::kPadded);
   SK_NumberPattern pattern;
-  dump.PutSample(std::string_view(time, sample.time.copy(time, sizeof(time))),
+  dump.PutSample(std::string_view(padded).substr(0, sample.time.size()),
                  [&](char* out) { return PackNumber(out, sample.value, pattern, false); });
 }
 
