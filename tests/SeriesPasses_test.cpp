@@ -444,7 +444,7 @@ TEST_F(SeriesPasses, RandomTables) {
                                            "\"q,\"", "1,5", "\xE9", "0.1234",  " 8 ", "\"a\n1,2\"", "caf\xC3\xA9"};
   constexpr unsigned kKinds = sizeof(kCells) / sizeof(*kCells);
   int counts[3] = {};
-  for (int table = 0; table != 100; ++table) {
+  for (int table = 0; table != 60; ++table) {
     // Mostly one kind of cell in a column, another one rarely or from some row on.
     unsigned const rows = 2000U + static_cast<unsigned>(below(5000));
     int usual[3];
@@ -472,8 +472,8 @@ TEST_F(SeriesPasses, RandomTables) {
     counts[static_cast<int>(outcome.passes)] += outcome.failure.empty() ? 1 : 0;
   }
   // They prove something only if both ways are taken.
-  EXPECT_GT(counts[static_cast<int>(ePasses::kOne)], 25);
-  EXPECT_GT(counts[static_cast<int>(ePasses::kBegunAnew)], 8);
+  EXPECT_GT(counts[static_cast<int>(ePasses::kOne)], 15);
+  EXPECT_GT(counts[static_cast<int>(ePasses::kBegunAnew)], 4);
 }
 
 /// Why what is foretold tells nothing of decimals.
