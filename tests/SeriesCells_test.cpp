@@ -140,6 +140,23 @@ TEST(SeriesPlainNumber, IsReadWhenItsCellIsCut) {
   }
 }
 
+TEST(SeriesPlainNumber, HasAllItsDigitsWhereverTheMarkStands) {
+  std::string const digits = "987654321234567";
+  for (std::size_t count = 2; count <= PlainNumber::kMostDigits; ++count) {
+    for (std::size_t integers = 1; integers != count; ++integers) {
+      std::string text = digits.substr(0, count);
+      std::uint64_t const expected = std::stoull(text);
+      text.insert(integers, ".");
+      for (char const* const sign : {"", "-"}) {
+        OneCell const cut(sign + text, ';', '.');
+        PlainNumber const& number = cut.get().plain;
+        ASSERT_EQ(number.integers, integers) << text;
+        EXPECT_EQ(number.digits(cut.get().text.data()), expected) << sign << text;
+      }
+    }
+  }
+}
+
 TEST(SeriesPlainNumber, HasTheMarkOfItsTable) {
   EXPECT_TRUE(OneCell("1,5", ';', ',').get().plain.isThere());
   EXPECT_FALSE(OneCell("1.5", ';', ',').get().plain.isThere());

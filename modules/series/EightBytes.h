@@ -60,4 +60,10 @@ inline std::uint64_t ValueAt(char const* p, unsigned count) {
              : ValueOfDigits(DigitsAt(p, 8)) * kPowersOfTen[count - 8] + ValueOfDigits(DigitsAt(p + 8, count - 8));
 }
 
+/// What the digits at two places make, those of the second behind those of the first: 8 in all at most, one at least of
+/// each.
+inline std::uint64_t ValueAtBoth(char const* first, unsigned firstCount, char const* second, unsigned secondCount) {
+  return ValueOfDigits(DigitsAt(first, firstCount) >> 8 * secondCount | DigitsAt(second, secondCount));
+}
+
 }  // namespace senmark_series

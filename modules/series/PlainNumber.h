@@ -29,7 +29,13 @@ struct PlainNumber {
   /// Behind it.
   std::uint64_t behindMark(char const* start) const { return fraction == 0 ? 0 : ValueAt(Mark(start) + 1, fraction); }
   /// All of them.
-  std::uint64_t digits(char const* start) const { return whole(start) * kPowersOfTen[fraction] + behindMark(start); }
+  std::uint64_t digits(char const* start) const {
+    // Most are few enough to be worked out at once.
+    if (fraction != 0 && integers + fraction <= 8) {
+      return ValueAtBoth(start + (isNegative ? 1 : 0), integers, Mark(start) + 1, fraction);
+    }
+    return whole(start) * kPowersOfTen[fraction] + behindMark(start);
+  }
   /// Whether the first four digits behind the mark are zeroes, of more.
   bool startsWithZeroes(char const* start) const {
     constexpr std::uint64_t kFour = 0x30303030U;

@@ -9,6 +9,7 @@ namespace senmark_series {
 namespace {
 
 constexpr std::size_t kLongestQuotation = 40;
+static_assert(kLongestQuotation < ColumnSurvey::kKept, "what is longer shows that it is");
 
 std::string Quoted(std::string const& text) {
   std::string quoted = kit::Utf8(text.substr(0, kLongestQuotation));

@@ -11,6 +11,9 @@
 namespace senmark_series {
 
 struct ColumnSurvey {
+  /// Bytes that are kept of a text, which may be as long as a row.
+  static constexpr std::size_t kKept = 64;
+
   std::uint64_t numbers = 0;
   std::uint64_t texts = 0;     ///< cells that are neither numbers nor gaps
   std::uint64_t gaps = 0;      ///< empty cells, and words that stand for a missing number
@@ -19,7 +22,7 @@ struct ColumnSurvey {
   unsigned decimals = 0;
   std::size_t longest = 0;  ///< bytes of a cell
   std::string firstValue;
-  std::string firstText;  ///< that is no number
+  std::string firstText;  ///< that is no number, like `firstValue` its first bytes
 
   /// Nine of ten cells that are no gaps are numbers; the others are gaps, too.
   bool isNumeric() const { return numbers != 0 && numbers >= 9 * texts; }

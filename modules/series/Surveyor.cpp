@@ -17,19 +17,25 @@ void Note(TimeTrack& track, bool hasTime, kit::Instant const& time, Row const& r
   }
 }
 
+void TakeNumber(NumberShape const& shape, ColumnSurvey& column) {
+  ++column.numbers;
+  column.tiny += shape.isTiny ? 1 : 0;
+  column.decimals = std::max(column.decimals, shape.decimals);
+}
+
 void TakeCell(Cell const& cell, char mark, ColumnSurvey& column) {
-  NumberShape const shape = ShapeOfCell(cell, mark);
-  if (shape.isNumber) {
-    ++column.numbers;
-    column.tiny += shape.isTiny ? 1 : 0;
-    column.decimals = std::max(column.decimals, shape.decimals);
+  // Of its own, so that all that it cannot be is left out for nearly all numbers.
+  if (cell.plain.isThere()) {
+    TakeNumber(ShapeOfCell(cell, mark), column);
+  } else if (NumberShape const shape = ShapeOfCell(cell, mark); shape.isNumber) {
+    TakeNumber(shape, column);
   } else if (IsGapWord(cell.text)) {
     column.gapWords += cell.text.empty() ? 0 : 1;
   } else if (column.texts++ == 0) {
-    column.firstText = cell.text;
+    column.firstText = cell.text.substr(0, ColumnSurvey::kKept);
   }
   if (column.firstValue.empty()) {
-    column.firstValue = cell.text;
+    column.firstValue = cell.text.substr(0, ColumnSurvey::kKept);
   }
   column.longest = std::max(column.longest, cell.text.size());
 }
