@@ -7,8 +7,9 @@
 namespace SK_NAMESPACE_INT {
 
 // The reservation counts from the physical end of the file, wherever that is.
-void ReserveFileBlocks(int fd, std::uint64_t /*end*/, std::uint64_t size) noexcept {
-  if (size <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
+void ReserveFileBlocks(int fd, std::uint64_t end, std::uint64_t size) noexcept {
+  constexpr auto kMost = static_cast<std::uint64_t>(std::numeric_limits<off_t>::max());
+  if (end <= kMost && size <= kMost) {
     fstore_t store = {};
     store.fst_flags = F_ALLOCATEALL;
     store.fst_posmode = F_PEOFPOSMODE;
