@@ -100,12 +100,18 @@ inline constexpr std::array<Multiples, kFixedDecimals + 1> kMultiples = MakeMult
 // Whether the text of the integer has no more digits than the pattern.
 inline bool Fits(std::uint64_t fixed, ns_sensor::SK_NumberPattern const& pattern) {
   std::size_t const integers = std::min<std::uint64_t>(pattern.digitsInteger, kEnds.size() - 1);
-  unsigned const zeroes =
-      kFixedDecimals - static_cast<unsigned>(std::min<std::uint64_t>(pattern.digitsDecimal, kFixedDecimals));
+  if (fixed >= kEnds[integers]) {
+    return false;
+  }
+  // One number that came out with all sixteen digits has widened most patterns of measured numbers so far.
+  if (pattern.digitsDecimal >= kFixedDecimals) {
+    return true;
+  }
+  unsigned const zeroes = kFixedDecimals - static_cast<unsigned>(pattern.digitsDecimal);
   Multiples const& multiples = kMultiples[zeroes];
   std::uint64_t const product = fixed * multiples.inverse;
-  std::uint64_t const turned = product >> zeroes | product << (-zeroes & 63U);
-  return fixed < kEnds[integers] && turned <= multiples.largest;
+  std::uint64_t const turned = product >> zeroes | product << (64U - zeroes);
+  return turned <= multiples.largest;
 }
 
 }  // namespace detail
