@@ -476,6 +476,17 @@ TEST_F(ToolConversion, MotionIsReadByAllSubcommands) {
   EXPECT_EQ(Run({"plot", path, "0"}).status, 0);
 }
 
+// Less than one frame in a second is none, so that frames are no time.
+TEST_F(ToolConversion, DurationOfSlowMotionIsUnknown) {
+  std::string text = kSmallBvh;
+  std::size_t const time = text.find("Frame Time: ");
+  text.replace(time, text.find('\n', time) - time, "Frame Time: 2.5");
+  std::string const path = mFolder.Write("slow.bvh", text);
+  EXPECT_NE(Run({"info", path}).out.find("\nduration    unknown\n"), std::string::npos) << Run({"info", path}).out;
+  EXPECT_NE(Run({"info", "--json", path}).out.find(R"("duration":{"value":0,"scale":0,"seconds":null})"),
+            std::string::npos);
+}
+
 TEST_F(ToolConversion, TimesOfAConvertedFileAreTaken) {
   std::string const path = mFolder.Write("walk.bvh", kSmallBvh);
   EXPECT_EQ(Run({"samples", path, "0", "--csv", "--from", "00:00:00:01", "--to", "00:00:00:02"}).out,

@@ -180,6 +180,10 @@ std::string ValueText(senmark::Value const& value) {
 }
 
 std::string TimeText(senmark::Time const& time) {
+  // Of files whose frames have no whole number in a second.
+  if (time.scale == 0) {
+    return "unknown";
+  }
   std::array<char, 64> text;
   double const seconds = time.seconds();
   int length = std::snprintf(text.data(), text.size(), "%.6f s", seconds);
