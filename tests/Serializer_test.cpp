@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -421,6 +422,21 @@ TEST_F(ReservedBlocks, AreGivenBackWithASetThatFails) {
   ExpectWriterError([&] { WriteNumbers("b", records, 40000, 1); }, 2014);
   mSerializer.clearDynamicSamples();
   EXPECT_LE(BytesOfBlocks(), before);
+}
+
+TEST_F(ReservedBlocks, ThatCannotBeGivenBackAreNoFailure) {
+  UseTimeCode();
+  WriteNumbers("a", NarrowBehindWide(), 40000, 1);
+  std::string const expected = File();
+  mSerializer.clearFile();
+  {
+    senmark_test::FailingCall const cut(senmark_test::kFtruncate, EIO);
+    WriteNumbers("a", NarrowBehindWide(), 40000, 1);
+    EXPECT_TRUE(cut.HasFailed());
+  }
+  EXPECT_TRUE(File() == expected);
+  WriteNumbers("b", NarrowBehindWide(), 40000, 1);
+  EXPECT_EQ(File().substr(0, expected.size()), expected);
 }
 
 // What is taken back, and what begins anew.
