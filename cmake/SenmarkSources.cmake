@@ -100,6 +100,7 @@ set(SENMARK_SOURCES
     source/SK_DataQuery.cpp
     source/SK_Error.cpp
     source/SK_Exception.cpp
+    source/SK_FileLimit-POSIX.cpp
     source/SK_FileMapper-POSIX.cpp
     source/SK_HostAPI.cpp
     source/SK_JsonBytes.cpp

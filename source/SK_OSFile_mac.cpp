@@ -1,15 +1,14 @@
 #include <fcntl.h>
 
-#include <limits>
-
+#include "SK_FileLimit.h"
 #include "SK_OSFile.h"
 
 namespace SK_NAMESPACE_INT {
 
 // The reservation counts from the physical end of the file, wherever that is.
 void ReserveFileBlocks(int fd, std::uint64_t end, std::uint64_t size) noexcept {
-  constexpr auto kMost = static_cast<std::uint64_t>(std::numeric_limits<off_t>::max());
-  if (end <= kMost && size <= kMost) {
+  std::uint64_t const longest = LongestFile();
+  if (end <= longest && size <= longest - end) {
     fstore_t store = {};
     store.fst_flags = F_ALLOCATEALL;
     store.fst_posmode = F_PEOFPOSMODE;

@@ -3,10 +3,15 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 
+#include <csignal>
+#include <filesystem>
 #include <limits>
+#include <string>
 
+#include "FailingCalls.h"
 #include "SK_FileIO.h"
 #include "TempFolder.h"
 
@@ -49,6 +54,48 @@ TEST(OSFile, BlocksBehindTheEndAreSetAside) {
   EXPECT_GE(static_cast<std::uint64_t>(Status(file.Get()).st_blocks) * 512, 4 * kSize);
   File_IO::SetEOF(file.Get(), kSize);
   EXPECT_LT(static_cast<std::uint64_t>(Status(file.Get()).st_blocks) * 512, 2 * kSize) << "cutting gives them back";
+}
+
+volatile std::sig_atomic_t gSignals = 0;
+
+/// Counts what would end the process.
+class CountedSignal {
+ public:
+  CountedSignal() : mBefore(std::signal(SIGXFSZ, [](int) { gSignals = gSignals + 1; })) { gSignals = 0; }
+  ~CountedSignal() { std::signal(SIGXFSZ, mBefore); }
+  CountedSignal(CountedSignal const&) = delete;
+  CountedSignal& operator=(CountedSignal const&) = delete;
+
+ private:
+  void (*mBefore)(int);
+};
+
+/// A file without a name, which goes when it is closed.
+int OpenNameless(std::string pattern) {
+  int const fd = mkstemp(pattern.data());
+  std::filesystem::remove(pattern);
+  return fd;
+}
+
+// A memory file system sends the signal for what a disk would do.
+TEST(OSFile, NothingIsSetAsideBeyondTheLimitOfTheProcess) {
+  senmark_test::TempFolder const folder;
+  for (std::string const& place : {folder.Path(""), std::string("/dev/shm/")}) {
+    File_IO::Descriptor const file(OpenNameless(place + "senmark_test_XXXXXX"));
+    if (file.Get() == -1 || fallocate(file.Get(), FALLOC_FL_KEEP_SIZE, 0, 4096) != 0) {
+      continue;
+    }
+    File_IO::SetEOF(file.Get(), 0);
+    senmark_test::FileSizeLimit const limit(kSize);
+    CountedSignal const signal;
+    for (std::uint64_t const end : {std::uint64_t{0}, kSize / 2, kSize, 2 * kSize}) {
+      ReserveFileBlocks(file.Get(), end, kSize - end / 2 + 1);
+      EXPECT_EQ(Status(file.Get()).st_blocks, 0) << place << ' ' << end;
+    }
+    EXPECT_EQ(gSignals, 0) << place;
+    ReserveFileBlocks(file.Get(), kSize / 2, kSize / 2);
+    EXPECT_GE(static_cast<std::uint64_t>(Status(file.Get()).st_blocks) * 512, kSize / 2) << place;
+  }
 }
 
 TEST(OSFile, WhatTheSystemRefusesChangesNothing) {

@@ -3,14 +3,17 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "DynamicNodes.h"
+#include "FailingCalls.h"
 #include "SK_DumpSamplesUtils.h"
 #include "SK_FormatVersion.h"
+#include "SK_PackedNumber.h"
 #include "SensorFileHandlerImpl.h"
 #include "TdjsonStaticDataBoolImpl.h"
 #include "TdjsonStaticDataNumArrImpl.h"
@@ -384,6 +387,29 @@ TEST_F(SerializerTest, LargeSetHasTheSameTextAsASmallOne) {
   EXPECT_TRUE(File() == expected);
 }
 
+// Also where samples go from their dump to the text many at a time.
+TEST_F(SerializerTest, SamplesBeyondTheCountStayOut) {
+  UseTimeCode();
+  for (std::uint64_t const count : {1u, 2u, 30u, 59u}) {
+    mSerializer.serializeVersionToFile();
+    std::string expected = File() + R"(,"dataDynamicSamples":[{"sampleSetID":"a","samples":[)";
+    SK_DumpSamplesUtils dump;
+    dump.SetTimeLength(8, SK_DumpSamplesUtils::eTimes::kShortened);
+    SK_NumberProperties properties;
+    properties.pattern = {1, 0, false};
+    for (std::uint64_t i = 0; i != 60; ++i) {
+      std::string time = "00:00:" + std::to_string(10 + i);
+      expected += i < count ? (i == 0 ? "" : ",") + (R"({"time":")" + time) + R"(","value":"7"})" : "";
+      time.resize(SK_TimeWindow::kPadded);
+      dump.PutSample(std::string_view(time).substr(0, 8),
+                     [&](char* out) { return PackNumber(out, 7, properties.pattern, false); });
+    }
+    mSerializer.serialize_NumDynamicSamples("a", dump, count, properties);
+    EXPECT_EQ(File(), expected + "]}") << count;
+    mSerializer.clearFile();
+  }
+}
+
 class ReservedBlocks : public SerializerTest {
  protected:
   std::uint64_t BytesOfBlocks() const {
@@ -421,6 +447,37 @@ TEST_F(ReservedBlocks, AreGivenBackWithASetThatFails) {
   ExpectWriterError([&] { WriteNumbers("b", records, 40000, 1); }, 2014);
   mSerializer.clearDynamicSamples();
   EXPECT_LE(BytesOfBlocks(), before);
+}
+
+// Seen where the last write fails: the set is nearly written then.
+TEST_F(ReservedBlocks, AreNoMoreThanTheSetTakes) {
+  UseTimeCode();
+  std::vector<Record> const records(40000, {"12345", "1"});
+  WriteNumbers("a", records);
+  std::uint64_t const size = std::filesystem::file_size(mPath);
+  ASSERT_GT(size, 1000000u);
+  mSerializer.clearFile();
+  mSerializer.serializeVersionToFile();
+  senmark_test::FailingCall const last(senmark_test::kWrite, EIO, static_cast<int>(size / 262144));
+  ExpectWriterError([&] { WriteNumbers("a", records); }, 1055);
+  EXPECT_LT(std::filesystem::file_size(mPath), size);
+  EXPECT_LT(BytesOfBlocks(), size + kSlack);
+  mSerializer.clearDynamicSamples();
+}
+
+TEST_F(ReservedBlocks, ThatCannotBeGivenBackAreNoFailure) {
+  UseTimeCode();
+  WriteNumbers("a", NarrowBehindWide(), 40000, 1);
+  std::string const expected = File();
+  mSerializer.clearFile();
+  {
+    senmark_test::FailingCall const cut(senmark_test::kFtruncate, EIO);
+    WriteNumbers("a", NarrowBehindWide(), 40000, 1);
+    EXPECT_TRUE(cut.HasFailed());
+  }
+  EXPECT_TRUE(File() == expected);
+  WriteNumbers("b", NarrowBehindWide(), 40000, 1);
+  EXPECT_EQ(File().substr(0, expected.size()), expected);
 }
 
 // What is taken back, and what begins anew.
