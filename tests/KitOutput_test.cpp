@@ -1095,6 +1095,27 @@ TEST_F(KitOutput, RestartedItIsAsNew) {
   EXPECT_EQ(ReadError(), 0);
 }
 
+/// Samples go to the disk just when they would without what was there before.
+TEST_F(KitOutput, ARestartGivesMemoryForSortingBack) {
+  std::string const text(60000, 'a');
+  Output output(mTables.Get(), mPath, std::size_t{3} << 20);
+  auto const descriptorsFor = [&](int samples) {
+    std::size_t const open = CountOpenDescriptors();
+    output.setTimeBase(TimeBase::frames(25));
+    auto& stream = output.top().textStream("T");
+    for (int i = 0; i != samples; ++i) {
+      stream.add(Frame{i}, text);
+    }
+    return CountOpenDescriptors() - open;
+  };
+  constexpr int kFit = 30;
+  for (int round = 0; round != 4; ++round) {
+    EXPECT_EQ(descriptorsFor(kFit), 0U) << round;
+    output.restart();
+  }
+  EXPECT_EQ(descriptorsFor(2 * kFit), 1U);
+}
+
 TEST_F(KitOutput, RestartedAfterAFailureItIsAsNew) {
   std::string const expected = Write(FillInEarnest);
   auto const early = [](Output& output) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -96,11 +97,31 @@ TEST_F(ProcessTracesTest, ThreadThatRuns) {
   std::thread thread([&mutex] { std::lock_guard<std::mutex> const waiting(mutex); });
   EXPECT_EQ(Left(), "it leaves a thread running\n");
   // No name makes it one that has ended.
-  pthread_setname_np(thread.native_handle(), ") S 1 1 1 1 1 4");
-  EXPECT_EQ(Left(), "it leaves a thread running\n");
+  for (char const* const name : {") S 1 1 1 1 1 4", "two\nlines", "\n", ") 1 1 1 1 1 4\n"}) {
+    ASSERT_EQ(pthread_setname_np(thread.native_handle(), name), 0);
+    EXPECT_EQ(Left(), "it leaves a thread running\n") << name;
+  }
   lock.unlock();
   thread.join();
   EXPECT_EQ(Left(), "");
+}
+
+/// With one descriptor left, threads can be listed, and no more be said of any.
+TEST_F(ProcessTracesTest, ThreadThatRunsWhereNoFileCanBeOpened) {
+  std::mutex mutex;
+  std::unique_lock<std::mutex> lock(mutex);
+  std::thread thread([&mutex] { std::lock_guard<std::mutex> const waiting(mutex); });
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  int const lowestFree = open("/dev/null", O_RDONLY);
+  close(lowestFree);
+  rlimit const oneMore{static_cast<rlim_t>(lowestFree) + 1, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &oneMore), 0);
+  std::string const left = Left();
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_EQ(left, "it leaves a thread running\n");
+  lock.unlock();
+  thread.join();
 }
 
 /// The state of the first thread of this process, as proc(5) has it.

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <locale>
 #include <sstream>
 #include <thread>
@@ -45,12 +46,13 @@ bool HasEnded(fs::path const& task) {
   constexpr unsigned long kExiting = 0x4;  // PF_EXITING among the kernel's flags of a thread, see proc(5)
   constexpr int kFieldsBefore = 6;
   std::ifstream file(task / "stat");
-  std::string text;
-  std::getline(file, text);
-  // Its name stands in brackets, with any characters.
+  // Its name stands in brackets, with any characters, ends of lines too.
+  std::string const text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   std::size_t const nameEnd = text.rfind(')');
   if (nameEnd == std::string::npos) {
-    return true;
+    // Of one that is there still, it cannot be told.
+    std::error_code error;
+    return !fs::exists(task, error);
   }
   std::istringstream fields(text.substr(nameEnd + 1));
   std::string skipped;
