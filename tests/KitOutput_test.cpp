@@ -1161,6 +1161,39 @@ TEST_F(KitOutput, RestartedAfterAFailureItIsAsNew) {
   }
 }
 
+/// A converter may take no notice of it and go on to the end.
+TEST_F(KitOutput, ARestartThatFailsCanBeTriedAgainAndLeavesNothingToFinish) {
+  std::string const expected = Write(FillInEarnest);
+  static bool isFailing;
+  static SK_PLUGIN::HostAPI const* host;
+  isFailing = false;
+  host = &mTables.Get();
+  SK_PLUGIN::TDJSONWriter_API writer = *host->mTdjsonWriterAPI;
+  writer.Static_CreateRoot = [](void* key, char const* path, SK_PLUGIN::SetErrorProc setError, void** root,
+                                unsigned char* existed, unsigned version, void* result) {
+    if (isFailing) {
+      host->mHandleExceptionAPI->Static_SetPluginErrorObj(result, ns_sensor::kNoMemory, -1, -1);
+      return;
+    }
+    host->mTdjsonWriterAPI->Static_CreateRoot(key, path, setError, root, existed, version, result);
+  };
+  SK_PLUGIN::HostAPI api = *host;
+  api.mTdjsonWriterAPI = &writer;
+  {
+    Output output(api, mPath);
+    FillForNothing(output);
+    isFailing = true;
+    EXPECT_THROW(output.restart(), kit::Failure);
+    EXPECT_THROW(output.finish(), kit::Failure);
+    EXPECT_THROW(output.restart(), kit::Failure);
+    isFailing = false;
+    output.restart();
+    FillInEarnest(output);
+    output.finish();
+  }
+  EXPECT_EQ(mFolder.Read(mPath), expected);
+}
+
 TEST_F(KitOutput, ARestartEmptiesTheFileThatWasBegun) {
   mFolder.Write("file.tdjson", "of another");
   {

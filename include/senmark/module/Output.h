@@ -133,9 +133,8 @@ class Output {
 
   /// Lets go of everything that was said and written so far, the time base too, as if this object were new: for a
   /// converter that finds out on its way that what it took for granted does not hold. Groups and streams, `top()` too,
-  /// and moments are void afterwards, names are free again, and the file is empty. Also after a `Failure`; not after
-  /// `finish`.
-  /// Errors: `Failure` if the writer cannot begin anew; only another `restart` makes sense then.
+  /// and moments are void afterwards, names are free again, and nothing of it is in the file. Also after a `Failure`;
+  /// not after `finish`. Errors: `Failure` if the writer cannot begin anew; only another `restart` makes sense then.
   void restart() {
     // In the order in which they would go with this object.
     mStreams.clear();
@@ -155,6 +154,9 @@ class Output {
   /// Writes what is not written yet. The kit calls it when the converter has returned.
   /// Errors: `Failure`, with code 1507 for a file without any content.
   void finish() {
+    if (!mTop) {
+      throw Refused("an output that could not begin anew");
+    }
     Begin();
     for (std::unique_ptr<Stream> const& stream : mStreams) {
       stream->finish();
