@@ -20,7 +20,9 @@ namespace SK_PLUGIN {
 namespace {
 
 /// For samples that always come one at a time.
-constexpr auto AppendNone = [](SerializerBuffer&, std::size_t, std::uint64_t) { return std::uint64_t{0}; };
+std::uint64_t AppendNone(SerializerBuffer&, std::size_t, std::uint64_t) {
+  return 0;
+}
 
 /// Samples go to the file in pieces that begin and end at multiples of this, but for the first and the last: whole
 /// pages, and few enough bytes to stay in the processor's cache until the system has taken them.
