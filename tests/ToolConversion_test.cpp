@@ -251,11 +251,7 @@ class Terminal {
 class ProgramOnATerminal {
  public:
   ProgramOnATerminal(std::vector<std::string> arguments, std::string const& outPath, Terminal const& terminal) {
-    std::vector<char*> words;
-    for (std::string& argument : arguments) {
-      words.push_back(argument.data());
-    }
-    words.push_back(nullptr);
+    std::vector<char*> const words = senmark_test::WordsOf(arguments);
     int ends[2];
     EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
     mInput = ends[1];

@@ -171,11 +171,7 @@ class ToolModulesSignal : public ToolModules, public testing::WithParamInterface
     std::string const file = Write(senmark_test::NumberSetFile::Utc(3).Add("set", ticks));
     std::vector<std::string> arguments = {mProgram, "--modules", mModules.Path(), "--modules", mMore.Path(), "samples",
                                           file,     "set"};
-    std::vector<char*> words;
-    for (std::string& argument : arguments) {
-      words.push_back(argument.data());
-    }
-    words.push_back(nullptr);
+    std::vector<char*> const words = senmark_test::WordsOf(arguments);
     int ends[2];
     EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
     posix_spawn_file_actions_t actions;

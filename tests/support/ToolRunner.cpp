@@ -21,6 +21,15 @@ std::vector<std::string> Lines(std::string const& text) {
   return lines;
 }
 
+std::vector<char*> WordsOf(std::vector<std::string>& arguments) {
+  std::vector<char*> words;
+  for (std::string& argument : arguments) {
+    words.push_back(argument.data());
+  }
+  words.push_back(nullptr);
+  return words;
+}
+
 std::string ToolTest::Data(std::string const& name) {
   return std::string(SENMARK_TEST_DATA) + '/' + name;
 }
@@ -30,11 +39,7 @@ Outcome ToolTest::Run(std::vector<std::string> arguments) {
   std::string const errPath = mFolder.Path("err");
   arguments.insert(arguments.begin(), mOptions.begin(), mOptions.end());
   arguments.insert(arguments.begin(), mProgram);
-  std::vector<char*> words;
-  for (std::string& argument : arguments) {
-    words.push_back(argument.data());
-  }
-  words.push_back(nullptr);
+  std::vector<char*> const words = WordsOf(arguments);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);

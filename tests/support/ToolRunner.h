@@ -20,6 +20,9 @@ struct Outcome {
 
 std::vector<std::string> Lines(std::string const& text);
 
+/// The arguments as a new process takes them, with the null behind. Good for as long as they are not changed.
+std::vector<char*> WordsOf(std::vector<std::string>& arguments);
+
 /// A suite of the program, with a folder for its files.
 class ToolTest : public testing::Test {
  protected:
