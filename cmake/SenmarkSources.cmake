@@ -53,6 +53,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/SerializerOutline.cpp
     plugin/source/tdjsonWriter/SerializerSample.cpp
     plugin/source/tdjsonWriter/SerializerText.cpp
+    plugin/source/tdjsonWriter/SerializerTextSample.cpp
     plugin/source/tdjsonWriter/SharedObjectImpl.cpp
     plugin/source/tdjsonWriter/TdjsonDynamicDataImpl.cpp
     plugin/source/tdjsonWriter/TdjsonDynamicDataNumArrImpl.cpp

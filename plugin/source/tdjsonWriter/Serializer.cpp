@@ -13,6 +13,7 @@
 #include "SerializerOutline.h"
 #include "SerializerSample.h"
 #include "SerializerText.h"
+#include "SerializerTextSample.h"
 #include "TdjsonRootImpl.h"
 
 namespace SK_PLUGIN {

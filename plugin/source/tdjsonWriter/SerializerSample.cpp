@@ -1,16 +1,13 @@
 #include "SerializerSample.h"
 
-#include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
-#include <limits>
-#include <new>
 
 #include "SK_EightBytes.h"
 #include "SK_FixedNumber.h"
 #include "SK_PackedNumber.h"
 #include "SK_WriterNumberText.h"
+#include "SerializerSampleParts.h"
 
 namespace SK_PLUGIN {
 
@@ -24,25 +21,6 @@ using SK_NAMESPACE_INT::LoadEight;
 using SK_NAMESPACE_INT::MaskOfLast;
 using SK_NAMESPACE_INT::StoreEight;
 
-/// How many bytes `used` lacks of `wanted`. More than a buffer takes is no memory, before sums of it wrap.
-std::size_t Missing(std::size_t used, std::uint64_t wanted) {
-  if (used >= wanted) {
-    return 0;
-  }
-  if (wanted - used > SerializerBuffer::kLargestSize) {
-    throw std::bad_alloc();
-  }
-  return static_cast<std::size_t>(wanted - used);
-}
-
-char* Fill(char* p, std::size_t count, char filler) {
-  return std::fill_n(p, count, filler);
-}
-
-char* Copy(char* p, std::string_view text) {
-  return std::copy(text.begin(), text.end(), p);
-}
-
 // Paddings are short, so that a call would cost more than what it does. This may change so many bytes behind what it
 // writes.
 constexpr std::size_t kBehind = 8;
@@ -53,13 +31,6 @@ char* FillShort(char* p, std::size_t count, char filler) {
   }
   StoreEight(p, kEveryByte * static_cast<unsigned char>(filler));
   return p + count;
-}
-
-/// A few dozen are what the texts of a set mostly lack.
-char* FillSpaces(char* p, std::size_t count) {
-  // Copied, for a compiler makes a slow instruction of a loop that stores.
-  static char const spaces[] = "                                                                ";
-  return count < sizeof(spaces) ? CopyShortText(p, std::string_view(spaces, count)) : Fill(p, count, ' ');
 }
 
 /// Where the character first stands; the size of the text if nowhere.
@@ -77,44 +48,8 @@ std::size_t Find(std::string_view text, char character) {
   return at;
 }
 
-template <std::size_t N>
-char* CopyLiteral(char* p, char const (&literal)[N]) {
-  std::memcpy(p, literal, N - 1);
-  return p + (N - 1);
-}
-
-constexpr char kBeforeTime[] = R"({"time":")";
-constexpr char kBeforeValue[] = R"(","value":)";
-
-constexpr std::size_t TimeRoom(std::size_t timeSize) {
-  return sizeof(kBeforeTime) - 1 + timeSize + sizeof(kBeforeValue) - 1;
-}
-
-char* CopyTime(char* p, std::string_view time) {
-  return CopyLiteral(CopyShortText(CopyLiteral(p, kBeforeTime), time), kBeforeValue);
-}
-
-void AppendTime(SerializerBuffer& out, std::string_view time) {
-  CopyTime(out.Grow(TimeRoom(time.size())), time);
-}
-
-constexpr std::uint64_t kZeroes = kEveryByte * '0';
-
 /// What a number and its stores take behind each other: sign, digits, point, a quote, and what changes behind.
 constexpr std::size_t kFieldRoom = 1 + NumberField::kMostIntegers + 1 + NumberField::kMostDecimals + 1 + kBehind;
-
-/// The same as `DigitsOfValue` of a value below 1000, which is what most integer parts are.
-std::uint64_t DigitsOfThree(std::uint32_t value) {
-  std::uint32_t const hundreds = value * 41 >> 12U;
-  std::uint32_t const rest = value - hundreds * 100;
-  std::uint32_t const tens = rest * 103 >> 10U;
-  return std::uint64_t{hundreds | tens << 8U | (rest - tens * 10) << 16U} << 40U;
-}
-
-/// The digits of a value below 10^8 as numbers; the lowest byte is the first.
-std::uint64_t DigitsOfMostlyThree(std::uint32_t value) {
-  return value < 1000 ? DigitsOfThree(value) : DigitsOfValue(value);
-}
 
 /// The digits of a number with eight decimals, as numbers; the lowest byte is the first.
 struct FixedDigits {
@@ -208,31 +143,6 @@ void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField c
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
-constexpr char kBeforeLength[] = R"({"length":")";
-constexpr char kBeforeText[] = R"(","str":")";
-constexpr char kBehindText[] = R"("}})";
-
-/// What stands around a text, with the digits of its length.
-constexpr std::size_t kTextRoom =
-    sizeof(kBeforeLength) - 1 + StringField::kMostDigits + sizeof(kBeforeText) - 1 + sizeof(kBehindText) - 1;
-
-/// A sample with any text and any widths.
-void AppendAnyStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                           StringField const& field) {
-  char length[std::numeric_limits<std::size_t>::digits10 + 1];
-  std::string_view const lengthText(
-      length, static_cast<std::size_t>(std::to_chars(length, length + sizeof length, value.size()).ptr - length));
-  std::size_t const zeroes = Missing(lengthText.size(), field.maxDigits);
-  std::size_t const spaces = Missing(value.size(), field.maxLength);
-
-  AppendTime(out, time);
-  out.Put(kBeforeLength);
-  Copy(Fill(out.Grow(zeroes + lengthText.size()), zeroes, '0'), lengthText);
-  out.Put(kBeforeText);
-  Fill(Copy(out.Grow(value.size() + spaces), value), spaces, ' ');
-  out.Put(kBehindText);
-}
-
 }  // namespace
 
 NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pattern(numberPattern) {
@@ -245,16 +155,6 @@ NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pat
   sizeBehind = decimals == 0 ? 0 : 1 + decimals;
   otherIntegers = ~MaskOfLast(integers);
   otherDecimals = decimals < kFixedDecimals ? MaskOfLast(kFixedDecimals - decimals) : 0;
-}
-
-StringField::StringField(ns_sensor::SK_StringProperties const& stringProperties)
-    : maxLength(stringProperties.maxLen), maxDigits(stringProperties.maxDigitsInStrLength) {
-  if (maxDigits - 1 >= kMostDigits || maxLength > kLongest) {
-    return;
-  }
-  auto const places = static_cast<unsigned>(maxDigits);
-  digitsShift = 8 * (kMostDigits - places);
-  otherDigits = ~MaskOfLast(places);
 }
 
 void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
@@ -306,23 +206,6 @@ void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::
     value.remove_prefix(value.empty() ? 0 : 1);
   }
   out.Put("]}");
-}
-
-void AppendStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                        StringField const& field) {
-  std::uint64_t const digits = DigitsOfMostlyThree(static_cast<std::uint32_t>(value.size()));
-  if (value.size() > StringField::kLongest || !field.Fits(digits)) {
-    AppendAnyStringSample(out, time, value, field);
-    return;
-  }
-  std::size_t const width = std::max<std::size_t>(value.size(), field.maxLength);
-  std::size_t const sizeBefore = out.Size();
-  char* const start = out.Grow(TimeRoom(time.size()) + kTextRoom + width);
-  char* p = CopyLiteral(CopyTime(start, time), kBeforeLength);
-  StoreEight(p, (digits | kZeroes) >> field.digitsShift);
-  p = CopyShortText(CopyLiteral(p + field.maxDigits, kBeforeText), value);
-  p = CopyLiteral(FillSpaces(p, width - value.size()), kBehindText);
-  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
 }  // namespace SK_PLUGIN
