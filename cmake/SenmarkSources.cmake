@@ -48,6 +48,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     plugin/source/tdjsonWriter/Serializer.cpp
+    plugin/source/tdjsonWriter/SerializerArraySample.cpp
     plugin/source/tdjsonWriter/SerializerBuffer.cpp
     plugin/source/tdjsonWriter/SerializerFile.cpp
     plugin/source/tdjsonWriter/SerializerOutline.cpp

@@ -8,6 +8,7 @@
 #include "SK_FileIO.h"
 #include "SK_WriterCode.h"
 #include "SK_WriterFailure.h"
+#include "SerializerArraySample.h"
 #include "SerializerBuffer.h"
 #include "SerializerFile.h"
 #include "SerializerOutline.h"

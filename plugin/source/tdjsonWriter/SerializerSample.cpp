@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "SK_EightBytes.h"
-#include "SK_FixedNumber.h"
 #include "SK_PackedNumber.h"
 #include "SK_WriterNumberText.h"
+#include "SerializerNumberParts.h"
 #include "SerializerSampleParts.h"
 
 namespace SK_PLUGIN {
@@ -15,16 +15,13 @@ namespace {
 
 using SK_NAMESPACE_INT::AnyBelow;
 using SK_NAMESPACE_INT::CopyShortText;
-using SK_NAMESPACE_INT::DigitsOfValue;
 using SK_NAMESPACE_INT::kEveryByte;
 using SK_NAMESPACE_INT::LoadEight;
 using SK_NAMESPACE_INT::MaskOfLast;
 using SK_NAMESPACE_INT::StoreEight;
 
-// Paddings are short, so that a call would cost more than what it does. This may change so many bytes behind what it
+// Paddings are short, so that a call would cost more than what it does. This may change `kBehind` bytes behind what it
 // writes.
-constexpr std::size_t kBehind = 8;
-
 char* FillShort(char* p, std::size_t count, char filler) {
   if (count > kBehind) {
     return Fill(p, count, filler);
@@ -46,36 +43,6 @@ std::size_t Find(std::string_view text, char character) {
     ++at;
   }
   return at;
-}
-
-/// What a number and its stores take behind each other: sign, digits, point, a quote, and what changes behind.
-constexpr std::size_t kFieldRoom = 1 + NumberField::kMostIntegers + 1 + NumberField::kMostDecimals + 1 + kBehind;
-
-/// The digits of a number with eight decimals, as numbers; the lowest byte is the first.
-struct FixedDigits {
-  std::uint64_t integer;
-  std::uint64_t decimals;
-
-  explicit FixedDigits(std::uint64_t fixed) {
-    constexpr std::uint64_t kTenToEight = 100000000;
-    std::uint64_t const whole = fixed / kTenToEight;
-    integer = DigitsOfMostlyThree(static_cast<std::uint32_t>(whole));
-    decimals = DigitsOfValue(static_cast<std::uint32_t>(fixed - whole * kTenToEight));
-  }
-};
-
-/// To where there is room for it, with a narrow pattern in which the digits fit. Gives the end.
-[[gnu::always_inline]] inline char* PutPadded(char* p, FixedDigits const& digits, bool isNegative,
-                                              NumberField const& field) {
-  *p = isNegative ? '-' : '+';
-  p += static_cast<unsigned>(field.pattern.isSigned) | static_cast<unsigned>(isNegative);
-  StoreEight(p, (digits.integer | kZeroes) >> field.integerShift);
-  p += field.pattern.digitsInteger;
-  *p = '.';
-  StoreEight(p + 1, digits.decimals | kZeroes);
-  StoreEight(p + 1 + kFixedDecimals, kZeroes);
-  StoreEight(p + 1 + kFixedDecimals + kFixedDecimals, kZeroes);
-  return p + field.sizeBehind;
 }
 
 /// The padded number, between quotes or as it is, and a comma in front of them if wanted.
@@ -117,7 +84,24 @@ template <bool kIsQuoted>
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
 }
 
-/// The number that `value` begins with, packed or as a text up to a comma, which is taken off it, between quotes.
+}  // namespace
+
+NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pattern(numberPattern) {
+  if (pattern.digitsInteger - 1 >= kMostIntegers || pattern.digitsDecimal > kMostDecimals) {
+    return;
+  }
+  auto const integers = static_cast<unsigned>(pattern.digitsInteger);
+  auto const decimals = static_cast<unsigned>(pattern.digitsDecimal);
+  integerShift = 8 * (kMostIntegers - integers);
+  sizeBehind = decimals == 0 ? 0 : 1 + decimals;
+  otherIntegers = ~MaskOfLast(integers);
+  otherDecimals = decimals < kFixedDecimals ? MaskOfLast(kFixedDecimals - decimals) : 0;
+}
+
+void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
+  AppendNumber<false>(out, number, pattern, false);
+}
+
 void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField const& field, bool hasComma) {
   if (!SK_PackedNumber::Begins(value)) {
     std::string_view const text = value.substr(0, Find(value, ','));
@@ -141,24 +125,6 @@ void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField c
   p = PutPadded(p + 1, digits, number.isNegative, field);
   *p++ = '"';
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
-}
-
-}  // namespace
-
-NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pattern(numberPattern) {
-  if (pattern.digitsInteger - 1 >= kMostIntegers || pattern.digitsDecimal > kMostDecimals) {
-    return;
-  }
-  auto const integers = static_cast<unsigned>(pattern.digitsInteger);
-  auto const decimals = static_cast<unsigned>(pattern.digitsDecimal);
-  integerShift = 8 * (kMostIntegers - integers);
-  sizeBehind = decimals == 0 ? 0 : 1 + decimals;
-  otherIntegers = ~MaskOfLast(integers);
-  otherDecimals = decimals < kFixedDecimals ? MaskOfLast(kFixedDecimals - decimals) : 0;
-}
-
-void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
-  AppendNumber<false>(out, number, pattern, false);
 }
 
 std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, NumberField const& field,
@@ -194,18 +160,6 @@ void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::strin
   AppendTime(out, time);
   AppendElement(out, value, field, false);
   out.Put('}');
-}
-
-void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                             NumberField const& field) {
-  AppendTime(out, time);
-  out.Put('[');
-  // As splitting at the commas gives them: behind a comma at the end there is no further element.
-  for (bool isFirst = true; !value.empty(); isFirst = false) {
-    AppendElement(out, value, field, !isFirst);
-    value.remove_prefix(value.empty() ? 0 : 1);
-  }
-  out.Put("]}");
 }
 
 }  // namespace SK_PLUGIN

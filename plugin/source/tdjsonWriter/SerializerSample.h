@@ -46,9 +46,7 @@ std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& du
                                   std::size_t room, std::uint64_t most);
 
 /// time   the text of the sample's time.
-/// value  as it was parked: a number, packed or as its text; several of either, with commas between them.
+/// value  as it was parked: a number, packed or as its text.
 void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value, NumberField const& field);
-void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,
-                             NumberField const& field);
 
 }  // namespace SK_PLUGIN
