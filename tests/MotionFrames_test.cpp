@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
+#include <random>
 #include <sstream>
 #include <string>
 
@@ -54,6 +56,12 @@ Layout const kLayouts[] = {
     {"FrameOverLines", "1 2\n3\n4\n5\n6\n", "0: 1 2 3\n6: 4 5 6\n"},
     {"FramesOnOneLine", "1 2 3 4 5 6\n7 8 9", "0: 1 2 3\n6: 4 5 6\n12: 7 8 9\n"},
     {"Spellings", "-.5 +1. 1E-007\n1.5e+2 -0 1e2", "0: -0.5 1 1e-07\n15: 150 -0 100\n"},
+    {"ShortOnes", "1.25 -2.5\t3.125\n-0.0 7.5 8.25\r\n", "0: 1.25 -2.5 3.125\n16: -0 7.5 8.25\n"},
+    {"ShortOnesAndOthers", "1.5 2 3.5\n4.5  5.5 6.5\n1.5 .5 2.5\n1.5\n2.5 3.5",
+     "0: 1.5 2 3.5\n10: 4.5 5.5 6.5\n23: 1.5 0.5 2.5\n34: 1.5 2.5 3.5\n"},
+    {"ShortOnesAndComments", "1.5 2.5 3.5 # 4.5\n1.5 2.5 // 3.5\n4.5\n", "0: 1.5 2.5 3.5\n18: 1.5 2.5 4.5\n"},
+    {"ShortFramesOnOneLine", "1.5 2.5 3.5 4.5 5.5 6.5 7.5 8.5 9.5\n",
+     "0: 1.5 2.5 3.5\n12: 4.5 5.5 6.5\n24: 7.5 8.5 9.5\n"},
     {"NotNumbers", "nan 1 2\n-inf 1.#QNAN 3", "0: nan 1 2\n8: -inf nan 3\n"},
     {"Nothing", "", ""},
     {"OnlyBlanks", " \n\t\r\n", ""},
@@ -98,6 +106,10 @@ Refused const kRefused[] = {
     {"NumberAndLetters", "1 2 3\n4 5 6a\n", 10, 2},
     {"Brace", "1 2 3\n}\n", 6, 2},
     {"TooLarge", "1 2 3\n-1e16 2 3\n", 6, 2, kit::Failure::kRefused},
+    {"ShortOneTooFew", "1.5 2.5 3.5\n4.5 5.5\n6.5 7.5 8.5\n", 12, 2},
+    {"ShortOneTooMany", "1.5 2.5 3.5\n4.5 5.5 6.5 7.5\n8.5 9.5 1.5\n", 24, 2},
+    {"ShortOneAndLetters", "1.5 2.5 3.5\n4.5 5.5a 6.5                \n", 16, 2},
+    {"ShortOneAndNothing", "1.5 2.5 3.5\n4.5 - 6.5                  \n", 16, 2},
     {"HashInANumber", "1 2 3#\n", 4, 1},
 };
 
@@ -118,6 +130,29 @@ TEST_P(MotionFramesRefused, WithItsPlace) {
 
 INSTANTIATE_TEST_SUITE_P(MotionFrames, MotionFramesRefused, testing::ValuesIn(kRefused),
                          [](auto const& row) { return row.param.name; });
+
+// Numbers of all lengths, with all kinds of space between them, against words that are cut one by one.
+TEST_F(MotionFrames, AreTheWordsOfTheFileWhereverAPieceEnds) {
+  std::mt19937 random(3);
+  char const* const spaces[] = {" ", " ", " ", "\t", "  ", " \t", "\v"};
+  for (int round = 0; round != 40; ++round) {
+    std::size_t const channels = 1 + random() % 40;
+    std::string text;
+    std::ostringstream expected;
+    for (int frame = 0; frame != 20; ++frame) {
+      expected << text.size() << ':';
+      for (std::size_t channel = 0; channel != channels; ++channel) {
+        std::string number = std::to_string(random() % (random() % 4 == 0 ? 2000000000U : 200000U));
+        number.insert(random() % (number.size() + 1), random() % 10 == 0 ? "" : ".");
+        text += (random() % 2 == 0 ? "-" : "") + number;
+        expected << ' ' << std::stod(text.substr(text.find_last_of(" \t\v\n") + 1));
+        text += channel + 1 == channels ? "\n" : spaces[random() % std::size(spaces)];
+      }
+      expected << '\n';
+    }
+    ASSERT_EQ(Read(text, channels, 24 + random() % 100), expected.str()) << round;
+  }
+}
 
 TEST_F(MotionFrames, WithoutChannelsThereIsNoNumber) {
   EXPECT_EQ(Read("\n\n", 0), "");

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace senmark_motion {
 namespace {
@@ -120,6 +122,58 @@ TEST(MotionNumber, PlainReadingGivesTheNearestDouble) {
     double value = 0;
     ASSERT_TRUE(ReadPlainNumber(position, value)) << text;
     ASSERT_EQ(value, expected) << text;
+  }
+}
+
+/// Memory that ends where short reading may have to stop.
+std::vector<char> WithinReach(std::string const& text) {
+  std::vector<char> bytes(text.begin(), text.end());
+  bytes.resize(std::max<std::size_t>(bytes.size(), kShortNumberReach), '7');
+  bytes.shrink_to_fit();
+  return bytes;
+}
+
+// Of all sizes, with what may stand behind them. Those beyond its limits may be left to the other ways.
+TEST(MotionNumber, ShortReadingIsPlainReading) {
+  std::mt19937_64 random(2);
+  for (int i = 0; i != 40000; ++i) {
+    std::size_t const wholeSize = random() % 10;
+    std::size_t const behindSize = random() % 10;
+    std::string text = random() % 2 == 0 ? "-" : "";
+    for (std::size_t left = wholeSize; left != 0; --left) {
+      text += static_cast<char>('0' + random() % 10);
+    }
+    text += '.';
+    for (std::size_t left = behindSize; left != 0; --left) {
+      text += static_cast<char>('0' + random() % 10);
+    }
+    text += "    \n\r\tx\v-.,:/;\0\xB5\xFF"[random() % 17];
+    std::vector<char> const bytes = WithinReach(text);
+    char const* plainPosition = text.data();
+    double plainValue = 0;
+    bool const isPlain = ReadPlainNumber(plainPosition, plainValue);
+    char const* position = bytes.data();
+    double value = 0;
+    bool const isShort = ReadShortNumber(position, value);
+    bool const isWithinLimits = wholeSize >= 1 && wholeSize <= 7 && behindSize >= 1 && behindSize <= 7;
+    ASSERT_EQ(isShort, isPlain && isWithinLimits) << text;
+    ASSERT_EQ(position - bytes.data(), isShort ? plainPosition - text.data() : 0) << text;
+    if (isShort) {
+      ASSERT_EQ(value, plainValue) << text;
+      ASSERT_EQ(std::signbit(value), std::signbit(plainValue)) << text;
+    }
+  }
+}
+
+TEST(MotionNumber, ShortReadingLeavesTheRestAlone) {
+  for (char const* const text :
+       {"1 ", "12345678 ", "+1.5 ",  "--1.5 ",      "-.5 ",        "5. ",   "1e5 ",  "1.5e3 ", "nan ", "- ",
+        ". ", "1,5 ",      "1.5.5 ", "1.23456789 ", "12345678.5 ", "#1.5 ", " 1.5 ", ":.5 ",   "1.: ", ""}) {
+    std::vector<char> const bytes = WithinReach(text);
+    char const* position = bytes.data();
+    double value = 0;
+    EXPECT_FALSE(ReadShortNumber(position, value)) << text;
+    EXPECT_EQ(position, bytes.data());
   }
 }
 

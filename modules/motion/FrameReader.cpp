@@ -22,9 +22,11 @@ bool FrameReader::next(std::vector<double>& values) {
     }
     if (mCount == 0) {
       BeginFrame();
+      values.resize(values.size() + mChannels);
     }
-    values.push_back(ReadNumber());
-    ++mCount;
+    double* const frame = values.data() + (values.size() - mChannels);
+    frame[mCount++] = ReadNumber();
+    ReadShortNumbers(frame);
   } while (mCount != mChannels);
   mHasFrameOnLine = true;
   mMustEndLine = mIsBroken;
@@ -107,6 +109,23 @@ double FrameReader::ReadNumber() {
     mNext = start + word.size();
   }
   return value;
+}
+
+/// Goes on behind a number for as long as numbers of the frame stand one blank apart, which is what lines are full of.
+void FrameReader::ReadShortNumbers(double* frame) {
+  // In variables, as a number that is stored could be one of the object's members.
+  char const* next = mNext;
+  std::size_t count = mCount;
+  while (count != mChannels && mEnd - next > kShortNumberReach && (*next == ' ' || *next == '\t')) {
+    char const* number = next + 1;
+    if (!ReadShortNumber(number, frame[count])) {
+      break;
+    }
+    ++count;
+    next = number;
+  }
+  mNext = next;
+  mCount = count;
 }
 
 }  // namespace senmark_motion

@@ -30,6 +30,7 @@ class FrameReader {
   bool HasBytes();
   void EndLine();
   double ReadNumber();
+  void ReadShortNumbers(double* frame);
   void BeginFrame();
   std::int64_t Here() const { return mSource.offset() + (mNext - mStart); }
 

@@ -1,9 +1,13 @@
 /// Numbers as motion files write them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string_view>
+
+#include "EightBytes.h"
 
 namespace senmark_motion {
 
@@ -16,6 +20,7 @@ namespace detail {
 
 inline constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
                                           1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+inline constexpr std::uint64_t kShortPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
 
 inline bool IsDigit(char byte) {
   return static_cast<unsigned char>(byte - '0') <= 9;
@@ -57,6 +62,46 @@ inline bool ReadPlainNumber(char const*& position, double& value) {
   double const magnitude = static_cast<double>(mantissa) / detail::kPowersOfTen[decimals];
   value = isNegative ? -magnitude : magnitude;
   position = next;
+  return true;
+}
+
+namespace detail {
+
+/// sign: 1 for a minus.
+inline double WithSign(double magnitude, std::uint64_t sign) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &magnitude, sizeof(bits));
+  bits |= sign << 63U;
+  std::memcpy(&magnitude, &bits, sizeof(bits));
+  return magnitude;
+}
+
+}  // namespace detail
+
+/// How far `ReadShortNumber` may read from its position on.
+inline constexpr std::ptrdiff_t kShortNumberReach = 1 + 7 + 1 + 8;
+
+/// The same of what files are full of: perhaps a minus, one to seven digits, a point, one to seven digits. No byte of
+/// it decides where the processor goes on, for where numbers end cannot be foretold.
+inline bool ReadShortNumber(char const*& position, double& value) {
+  std::uint64_t const sign = *position == '-' ? 1 : 0;
+  char const* const first = position + sign;
+  std::uint64_t const whole = DigitsAt(first);
+  unsigned const wholeSize = CountDigits(whole);
+  char const* const point = first + wholeSize;
+  std::uint64_t const behind = DigitsAt(point + 1);
+  unsigned const behindSize = CountDigits(behind);
+  char const* const end = point + 1 + behindSize;
+  bool const isAtEnd = *end == ' ' || *end == '\n' || *end == '\r' || *end == '\t';
+  // An eighth digit would stand in the place of the point, or of the end.
+  if (wholeSize == 0 || behindSize == 0 || *point != '.' || !isAtEnd) {
+    return false;
+  }
+  // Fourteen digits are exact, see above.
+  std::uint64_t const mantissa =
+      ValueOfFirst(whole, wholeSize) * detail::kShortPowersOfTen[behindSize] + ValueOfFirst(behind, behindSize);
+  value = detail::WithSign(static_cast<double>(mantissa) / detail::kPowersOfTen[behindSize], sign);
+  position = end;
   return true;
 }
 
