@@ -117,7 +117,9 @@ void Serializer::serialize_NumArrDynamicSamples(std::string const& sampleSetID, 
       [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
         AppendNumberArraySample(text, time, value, field);
       },
-      AppendNone);
+      [&](SerializerBuffer& text, std::size_t room, std::uint64_t most) {
+        return AppendPackedArrays(text, dump, field, room, most);
+      });
 }
 
 void Serializer::serialize_PaddedStrDynamicSamples(std::string const& sampleSetID, SK_DumpSamplesUtils& dump,

@@ -1,9 +1,67 @@
 #include "SerializerArraySample.h"
 
+#include "SK_PackedNumber.h"
 #include "SerializerNumberParts.h"
 #include "SerializerSampleParts.h"
 
 namespace SK_PLUGIN {
+
+namespace {
+
+/// An element with its quotes and a comma, and of a sample what is none: a comma, the time, brackets.
+constexpr std::size_t kElementRoom = 3 + kFieldRoom;
+constexpr std::size_t kSampleRoom = 1 + TimeRoom(SK_TimeWindow::kLongest) + 3;
+
+/// Bytes of a packed number with its comma, at least.
+constexpr std::size_t kSmallestElement = 2 + SK_PackedNumber::kSmallest;
+
+/// The elements with commas between them, to where there is room for them. Gives the end; null for elements that are
+/// not all packed numbers that fit into the field.
+[[gnu::always_inline]] inline char* PutElements(char* p, std::string_view value, NumberField const& field) {
+  while (SK_PackedNumber::Begins(value)) {
+    SK_PackedNumber const number = SK_PackedNumber::Take(value);
+    FixedDigits const digits(number.fixed);
+    if (!field.Fits(digits.integer, digits.decimals)) {
+      return nullptr;
+    }
+    *p = '"';
+    p = CopyLiteral(PutPadded(p + 1, digits, number.isNegative, field), "\"");
+    if (value.empty()) {
+      return p;
+    }
+    value.remove_prefix(1);
+    *p++ = ',';
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::uint64_t AppendPackedArrays(SerializerBuffer& out, SK_DumpSamplesUtils& dump, NumberField const& field,
+                                 std::size_t room, std::uint64_t most) {
+  // Of its own, as whatever is stored could be part of the caller's.
+  NumberField const place = field;
+  std::size_t const sizeBefore = out.Size();
+  char* const start = out.Grow(room);
+  char const* const end = start + room;
+  char* p = start;
+  std::uint64_t const count = dump.ReadShortSamples(most, [&](SK_TimeWindow const& time, std::string_view value) {
+    std::size_t const mostElements = value.size() / kSmallestElement + 1;
+    if (static_cast<std::size_t>(end - p) < kSampleRoom + mostElements * kElementRoom) {
+      return false;
+    }
+    *p = ',';
+    char* const behindTime = time.CopyTo(CopyLiteral(p + 1, kBeforeTime));
+    char* const behind = PutElements(CopyLiteral(CopyLiteral(behindTime, kBeforeValue), "["), value, place);
+    if (behind == nullptr) {
+      return false;
+    }
+    p = CopyLiteral(behind, "]}");
+    return true;
+  });
+  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
+  return count;
+}
 
 void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,
                              NumberField const& field) {
