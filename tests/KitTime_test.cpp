@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <random>
 #include <string>
 
 #include "senmark/SK_ErrorCode.h"
@@ -226,22 +227,29 @@ std::string CodeText(TimeCode const& code) {
   return text;
 }
 
+bool AreSame(TimeCode const& a, TimeCode const& b) {
+  return a.hours == b.hours && a.minutes == b.minutes && a.seconds == b.seconds && a.frames == b.frames;
+}
+
 // A clock that counts frame by frame and leaves out what SMPTE ST 12-1 leaves out.
 void ExpectCodesOfADay(TimeBase const& base, int nominal, int dropped) {
   std::int64_t frame = 0;
+  detail::TimeCodes codes(base);
   for (int hour = 0; hour != 24; ++hour) {
     for (int minute = 0; minute != 60; ++minute) {
       for (int second = 0; second != 60; ++second) {
         bool const drops = second == 0 && minute % 10 != 0;
         for (int number = drops ? dropped : 0; number != nominal; ++number, ++frame) {
           TimeCode const code = MakeTimeCode({frame}, base);
-          ASSERT_TRUE(code.hours == hour && code.minutes == minute && code.seconds == second && code.frames == number)
-              << frame << ' ' << CodeText(code);
+          ASSERT_TRUE(AreSame(code, {hour, minute, second, number})) << frame << ' ' << CodeText(code);
+          TimeCode const next = codes.at({frame});
+          ASSERT_TRUE(AreSame(next, code)) << frame << ' ' << CodeText(next);
         }
       }
     }
   }
   EXPECT_THROW(MakeTimeCode({frame}, base), Failure);
+  EXPECT_THROW(codes.at({frame}), Failure);
   EXPECT_THROW(MakeTimeCode({-1}, base), Failure);
   EXPECT_THROW(MakeTimeCode({std::numeric_limits<std::int64_t>::max() / 2}, base), Failure);
 }
@@ -255,6 +263,25 @@ TEST(KitTime, CodesCountWithTheNominalRate) {
   ExpectCodesOfADay(TimeBase::frames(30000, 1001), 30, 0);
   ExpectCodesOfADay(TimeBase::frames(1, 2), 1, 0);
   ExpectCodesOfADay(TimeBase::frames(999, 10), 100, 0);
+}
+
+// Steps of all kinds, back and over what there is no code for.
+TEST(KitTime, CodesOfFramesInAnyOrderAreThoseOfEachByItself) {
+  std::mt19937 random(4);
+  for (TimeBase const& base : {TimeBase::frames(30000, 1001, true), TimeBase::frames(60000, 1001, true),
+                               TimeBase::frames(25), TimeBase::frames(1, 2), TimeBase::frames(1000)}) {
+    detail::TimeCodes codes(base);
+    std::int64_t frame = static_cast<std::int64_t>(random() % 3);
+    for (int i = 0; i != 20000; ++i) {
+      ASSERT_TRUE(AreSame(codes.at({frame}), MakeTimeCode({frame}, base))) << frame;
+      if (random() % 50 == 0) {
+        EXPECT_THROW(codes.at({-1}), Failure);
+        frame = static_cast<std::int64_t>(random() % 80000);
+      } else {
+        frame += random() % 10 == 0 ? static_cast<std::int64_t>(random() % 3) : 1;
+      }
+    }
+  }
 }
 
 }  // namespace

@@ -138,7 +138,7 @@ class Stream {
 
  protected:
   Stream(detail::StreamRoom& room, StreamFormat format, std::string const& displayName)
-      : mFormat(std::move(format)), mName(displayName), mBase(*room.timeBase), mSorter(room.sort) {}
+      : mFormat(std::move(format)), mName(displayName), mBase(*room.timeBase), mSorter(room.sort), mTimeCodes(mBase) {}
 
   StreamFormat const& Format() const { return mFormat; }
   std::string const& Name() const { return mName; }
@@ -178,7 +178,7 @@ class Stream {
   template <typename AddFrame, typename AddInstant>
   void PassTime(detail::SampleKey const& key, AddFrame&& addFrame, AddInstant&& addInstant) {
     Write([&](void* result) {
-      return mBase.isGmt() ? addInstant(mClock.at(key), result) : addFrame(MakeTimeCode({key.major}, mBase), result);
+      return mBase.isGmt() ? addInstant(mClock.at(key), result) : addFrame(mTimeCodes.at({key.major}), result);
     });
   }
   /// call: the call of the writer, with the address of a result; gives whether the sample was taken.
@@ -212,6 +212,7 @@ class Stream {
   detail::SampleSorter mSorter;
   detail::SampleKey mLast;
   detail::Clock mClock;
+  detail::TimeCodes mTimeCodes;
   std::uint64_t mCount = 0;
   bool mIsFinished = false;
 };
@@ -327,7 +328,8 @@ class ArrayStream : public Stream {
       }
       rounded[i] = Rounded(values[i], Format().decimals);
     }
-    Add(KeyOf(time), detail::BytesOf(rounded.data(), count));
+    detail::SampleKey const key = KeyOf(time);
+    Add(key, detail::BytesOf(rounded.data(), count), [&] { PassRounded(key, rounded); });
   }
 
  private:
@@ -352,11 +354,15 @@ class ArrayStream : public Stream {
   }
 
   void Pass(detail::SampleKey const& key, std::string_view payload) override {
+    std::array<double, 3> rounded{};
+    std::memcpy(rounded.data(), payload.data(), payload.size());
+    PassRounded(key, rounded);
+  }
+  void PassRounded(detail::SampleKey const& key, std::array<double, 3> const& rounded) {
     for (std::size_t i = 0; i != mElements; ++i) {
-      double value = 0;
-      std::memcpy(&value, payload.data() + i * sizeof(value), sizeof(value));
-      Require(detail::CallWriter("take an element", [&](void* result) { return mNode->addElement(value, result); }),
-              "an element that the writer does not take");
+      Require(
+          detail::CallWriter("take an element", [&](void* result) { return mNode->addElement(rounded[i], result); }),
+          "an element that the writer does not take");
     }
     PassTime(
         key,

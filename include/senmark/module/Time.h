@@ -371,4 +371,32 @@ inline TimeCode MakeTimeCode(Frame frame, TimeBase const& base) {
           static_cast<int>(number % rate)};
 }
 
+namespace detail {
+
+/// Turns frames into time codes. Most frames follow the one before them within a second, so that one is kept.
+class TimeCodes {
+ public:
+  explicit TimeCodes(TimeBase const& base) : mBase(base) {}
+
+  /// Errors: as `MakeTimeCode`.
+  TimeCode at(Frame frame) {
+    if (frame.number == mFrame + 1 && mTimeCode.frames < mLastInSecond) {
+      ++mTimeCode.frames;
+    } else {
+      mTimeCode = MakeTimeCode(frame, mBase);
+      mLastInSecond = static_cast<int>(mBase.nominalRate()) - 1;
+    }
+    mFrame = frame.number;
+    return mTimeCode;
+  }
+
+ private:
+  TimeBase mBase;
+  std::int64_t mFrame = 0;  ///< the one that was asked for last
+  TimeCode mTimeCode{};
+  int mLastInSecond = 0;  ///< before the first call, so that this makes a time code
+};
+
+}  // namespace detail
+
 }  // namespace senmark::kit
