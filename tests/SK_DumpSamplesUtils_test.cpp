@@ -24,6 +24,7 @@
 #include <utility>
 #include <vector>
 
+#include "DumpedSamples.h"
 #include "FailingCalls.h"
 #include "SK_FileIO.h"
 #include "SK_PluginException.h"
@@ -88,6 +89,10 @@ using senmark_test::FailingCall;
 using senmark_test::FailingFstat;
 using senmark_test::FileSizeLimit;
 using senmark_test::KeptVariable;
+using senmark_test::PlainDump;
+using senmark_test::ReadAll;
+using senmark_test::Sample;
+using senmark_test::Samples;
 using senmark_test::TempFolder;
 
 constexpr std::size_t kLimit = 1048576;
@@ -122,9 +127,6 @@ class DescriptorLimit {
   rlimit mBefore = {};
 };
 
-using Sample = std::pair<std::string, std::string>;
-using Samples = std::vector<Sample>;
-
 /// The time text of sample `i`, of 8 bytes.
 std::string TimeOf(std::size_t i) {
   std::string const digits = std::to_string(i);
@@ -152,16 +154,6 @@ void Fill(SK_DumpSamplesUtils& dump, std::size_t bytes, Samples* written = nullp
       written->push_back(std::move(sample));
     }
   }
-}
-
-Samples ReadAll(SK_DumpSamplesUtils& dump) {
-  Samples samples;
-  std::string_view time;
-  std::string_view value;
-  while (dump.ReadSample(time, value)) {
-    samples.emplace_back(time, value);
-  }
-  return samples;
 }
 
 template <typename Work>
@@ -349,51 +341,6 @@ TEST_F(DumpSamplesUtils, LengthCountsModulo65536) {
   }
 }
 
-/// Records as they are told, one after the other, without any short way.
-class PlainDump {
- public:
-  void Write(Sample const& sample) {
-    auto const length = static_cast<std::uint16_t>(sample.second.size());
-    std::string lengthBytes(sizeof(length), '\0');
-    std::memcpy(&lengthBytes[0], &length, sizeof(length));
-    std::string const record = sample.first + lengthBytes + sample.second;
-    if (mBuffer.size() + record.size() > kLimit) {
-      mFile += mBuffer;
-      mBuffer.clear();
-    }
-    mBuffer += record;
-  }
-  /// A record that is cut ends all reading.
-  Samples ReadAll() const {
-    Samples samples;
-    if (Read(mFile, samples)) {
-      Read(mBuffer, samples);
-    }
-    return samples;
-  }
-  bool HasFile() const { return !mFile.empty(); }
-
- private:
-  static bool Read(std::string_view records, Samples& samples) {
-    constexpr std::size_t kHead = 8 + kLengthBytes;
-    while (!records.empty()) {
-      std::uint16_t length = 0;
-      if (records.size() >= kHead) {
-        std::memcpy(&length, records.data() + 8, sizeof(length));
-      }
-      if (records.size() < kHead + length) {
-        return false;
-      }
-      samples.emplace_back(records.substr(0, 8), records.substr(kHead, length));
-      records.remove_prefix(kHead + length);
-    }
-    return true;
-  }
-
-  std::string mFile;
-  std::string mBuffer;
-};
-
 // Values with too many bytes, and others in front of them and behind them, in memory and in a file.
 TEST_F(DumpSamplesUtils, SamplesAreThoseOfPlainRecords) {
   std::mt19937 random(23);
@@ -403,7 +350,7 @@ TEST_F(DumpSamplesUtils, SamplesAreThoseOfPlainRecords) {
     for (int round = 0; round != 24; ++round) {
       std::size_t const before = round % 3 == 0 ? random() % 5 : random() % 3000;
       std::size_t const count = before + 1 + (round % 2 == 0 ? random() % 5 : random() % 3000);
-      PlainDump plain;
+      PlainDump plain(8);
       SK_DumpSamplesUtils& dump = AnotherDump();
       Samples written;
       for (std::size_t i = 0; i != count; ++i) {

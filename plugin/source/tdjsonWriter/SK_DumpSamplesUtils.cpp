@@ -17,15 +17,10 @@ namespace SK_PLUGIN {
 
 namespace {
 
-using SK_NAMESPACE_INT::CopyShortText;
-
-// Bytes of one buffer, at most, unless a single record has more.
-constexpr std::size_t kBufferLimit = 1048576;
-
 // A skeleton has many nodes that all collect at once: each could hold a mebibyte, and together they would hold more
 // than the converted file. So the buffers of the process share a bound. A buffer that would pass it by growing goes
 // to its file first, but not while it is so small that the write would cost more than the memory is worth.
-constexpr std::size_t kProcessLimit = 8 * kBufferLimit;
+constexpr std::size_t kProcessLimit = std::size_t{8} << 20;
 constexpr std::size_t kSmallestEarlySpill = 65536;
 
 // Bytes of one write. Systems keep what is written in pieces of its size, and have large ones less at hand.
@@ -40,8 +35,14 @@ std::atomic<std::size_t> gBufferedBytes{0};
 // What may be written behind a record.
 constexpr std::size_t kBehind = SK_TimeWindow::kRoom;
 
-std::size_t CapacityFor(std::size_t size, std::size_t least) {
-  if (size > kBufferLimit) {
+// What stands where a shortened time would begin, in front of the first record that is whole again.
+constexpr char kWholeFollow = '\x7E';
+
+// Of that record, as the length loses bits.
+constexpr std::size_t kLongLength = 65536;
+
+std::size_t CapacityFor(std::size_t size, std::size_t least, std::size_t limit) {
+  if (size > limit) {
     return size;
   }
   std::size_t capacity = least;
@@ -63,10 +64,17 @@ SK_DumpSamplesUtils::~SK_DumpSamplesUtils() {
 
 void SK_DumpSamplesUtils::SetTimeLength(unsigned short length, eTimes times) {
   mTimeLength = length;
-  mShortensTimes =
-      times == eTimes::kShortened && length >= SK_TimeWindow::kShortest && length <= SK_TimeWindow::kLongest;
-  mLastWritten.Reset(length);
-  mLastRead.Reset(length);
+  mTimes = length >= SK_TimeWindow::kShortest && length <= SK_TimeWindow::kLongest ? times : eTimes::kWhole;
+  BeginAnew();
+}
+
+void SK_DumpSamplesUtils::BeginAnew() noexcept {
+  mShortensTimes = mTimes != eTimes::kWhole;
+  mReadsShortened = mShortensTimes;
+  mBufferIsShortened = mShortensTimes;
+  mCountedSize = 0;
+  mLastWritten.Reset(mTimeLength);
+  mLastRead.Reset(mTimeLength);
 }
 
 void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
@@ -90,8 +98,9 @@ void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string
 
 void SK_DumpSamplesUtils::WriteAnySample(std::string_view time, std::string_view value) {
   std::size_t const recordLength = LongestRecord(time, value);
-  if (mBufferSize + recordLength > kBufferLimit) {
+  if (PassesLimit(time, value)) {
     FlushBufferToFile();
+    mCountedSize = 0;
     AddToBuffer(time, value, false);
     return;
   }
@@ -126,6 +135,7 @@ bool SK_DumpSamplesUtils::ReadAnySample(std::string_view& time, std::string_view
   }
   if (mHasBufferData && !mReadsBuffer) {
     mReadsBuffer = true;
+    mReadsShortened = mBufferIsShortened;
     mRead = mBuffer.get();
     mReadEnd = mRead + mBufferSize;
   }
@@ -147,8 +157,7 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   mReadEnd = nullptr;
   mReadsBuffer = false;
   mReadDone = false;
-  mLastWritten.Reset(mTimeLength);
-  mLastRead.Reset(mTimeLength);
+  BeginAnew();
   try {
     File_IO::Close(std::exchange(mFileDescriptor, -1));
     mFileMapper.reset();
@@ -163,7 +172,16 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
 
 // A time that is shortened may turn out to take less.
 std::size_t SK_DumpSamplesUtils::LongestRecord(std::string_view time, std::string_view value) const {
-  return (mShortensTimes ? 1 : 0) + time.size() + sizeof(ValueLength) + value.size();
+  return (mShortensTimes ? 1 : 0) + WholeSize(time, value);
+}
+
+// What is read astray behind a long text ends where the file does, so the ends of texts in files lie where they do with
+// whole times. In front of such a text they may also lie elsewhere.
+bool SK_DumpSamplesUtils::PassesLimit(std::string_view time, std::string_view value) const {
+  if (mTimes == eTimes::kShortenedUntilLong) {
+    return mCountedSize + WholeSize(time, value) > kBufferLimit;
+  }
+  return mBufferSize + LongestRecord(time, value) > kBufferLimit;
 }
 
 void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view value, bool mayFlush) {
@@ -177,14 +195,12 @@ void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view va
     AddToBuffer(time, value, false);
     return;
   }
-  if (!mShortensTimes) {
-    AppendWhole(time, value);
-    return;
+  mCountedSize += WholeSize(time, value);
+  if (mShortensTimes && mTimes == eTimes::kShortenedUntilLong && value.size() >= kLongLength) {
+    mBuffer[mBufferSize++] = kWholeFollow;
+    mShortensTimes = false;
   }
-  char* const out = mLastWritten.Put(mBuffer.get() + mBufferSize, time.data()) + sizeof(ValueLength);
-  StoreLength(out, value.size());
-  mBufferSize = static_cast<std::size_t>(CopyShortText(out, value) - mBuffer.get());
-  mHasBufferData = true;
+  mShortensTimes ? AppendShortened(time, value) : AppendWhole(time, value);
 }
 
 void SK_DumpSamplesUtils::FlushBufferToFile() {
@@ -209,6 +225,9 @@ void SK_DumpSamplesUtils::FlushBufferToFile() {
   }
   // The next buffer begins with a whole time, so that it can be read also if the file lost its end.
   mLastWritten.Reset(mTimeLength);
+  mBufferIsShortened = mShortensTimes;
+  // Before the limit is reached the count goes on as if nothing had been written, for as long as that may be.
+  mCountedSize = mShortensTimes ? mCountedSize : 0;
 }
 
 void SK_DumpSamplesUtils::ExecBeforeRead() {
@@ -234,7 +253,10 @@ void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
     return;
   }
   // A node with a file fills its next buffer too, most likely.
-  std::size_t const capacity = CapacityFor(size, mHasFileData ? kSmallestEarlySpill : kFirstCapacity);
+  // Texts may pass the limit a little, each by the byte in front of its whole time, and not each of them moves all.
+  std::size_t const spare = mTimes == eTimes::kShortenedUntilLong && size > kBufferLimit ? kPieceSize : 0;
+  std::size_t const least = mHasFileData ? kSmallestEarlySpill : kFirstCapacity;
+  std::size_t const capacity = CapacityFor(size + spare, least, kBufferLimit);
   std::unique_ptr<char[]> buffer(new char[capacity + kBehind]);
   if (mBufferSize != 0) {
     std::memcpy(buffer.get(), mBuffer.get(), mBufferSize);
@@ -253,7 +275,7 @@ bool SK_DumpSamplesUtils::ShouldSpillEarly(std::size_t recordLength) const {
   if (mShortensTimes && mHasFileData && mBufferCapacity >= kPieceSize) {
     return true;
   }
-  std::size_t const growth = CapacityFor(size, kSmallestEarlySpill) - mBufferCapacity;
+  std::size_t const growth = CapacityFor(size, kSmallestEarlySpill, kBufferLimit) - mBufferCapacity;
   return gBufferedBytes.load(std::memory_order_relaxed) + growth > kProcessLimit;
 }
 
@@ -329,7 +351,11 @@ void SK_DumpSamplesUtils::DropMapping() noexcept {
 // One record, if all of it is there. A length that lost its high bits sends the reading astray, so nothing says that
 // the next bytes are a record.
 bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& value) {
-  if (mShortensTimes ? TakeAnyShortened(time, value) : TakeWhole(time, value)) {
+  if (mReadsShortened && mTimes == eTimes::kShortenedUntilLong && *mRead == kWholeFollow) {
+    ++mRead;
+    mReadsShortened = false;
+  }
+  if (mReadsShortened ? TakeAnyShortened(time, value) : TakeWhole(time, value)) {
     return true;
   }
   mReadDone = true;

@@ -34,6 +34,9 @@ class SK_DumpSamplesUtils {
     /// A record holds what is new in its time. For values whose lengths lose no bits, and times that stand in memory
     /// of `SK_TimeWindow::kPadded` bytes.
     kShortened,
+    /// The same for texts of any length, written with `WriteText`: from the first one whose length loses bits on
+    /// records are whole, so that what is read behind it is what it is with whole times.
+    kShortenedUntilLong,
   };
   /// The length of every time text, in bytes. Called once, before the first sample.
   void SetTimeLength(unsigned short length, eTimes times = eTimes::kWhole);
@@ -50,11 +53,22 @@ class SK_DumpSamplesUtils {
   /// One record from its finished texts; `time` has the length that was set.
   void WriteSample(std::string_view time, std::string_view value) {
     // Where there is room the buffer is below its limit: one that is beyond it holds one record and is full.
-    if (mShortensTimes || mBufferCapacity - mBufferSize < time.size() + sizeof(ValueLength) + value.size()) {
+    if (mTimes != eTimes::kWhole || mBufferCapacity - mBufferSize < WholeSize(time, value)) {
       WriteAnySample(time, value);
       return;
     }
     AppendWhole(time, value);
+  }
+  /// The same of a text.
+  void WriteText(std::string_view time, std::string_view value) {
+    std::size_t const countedSize = mCountedSize + WholeSize(time, value);
+    if (!mShortensTimes || value.size() > kPutRoom || countedSize > kBufferLimit ||
+        mBufferCapacity - mBufferSize < kShortenedRoom) {
+      WriteSample(time, value);
+      return;
+    }
+    mCountedSize = countedSize;
+    AppendShortened(time, value);
   }
   /// The same of a value that `put` stores: it gets the place for it, with `kPutRoom` bytes, and gives its end there.
   template <typename Put>
@@ -81,8 +95,9 @@ class SK_DumpSamplesUtils {
     return ReadShortSample(time, value) || TakeWhole(time, value) || ReadAnySample(time, value);
   }
   /// Reads samples behind the first one for as long as they are short, there are no more than `most`, and `use` takes
-  /// them: it gets what the time is copied from, `SK_TimeWindow const&`, and the value, good until it returns, and
-  /// gives false for a sample that it leaves. Gives the number of those that it took; short ones may be left also then.
+  /// them: it gets what the time is copied from, `SK_TimeWindow const&`, and the value, good until it returns and in
+  /// memory of `kPutRoom` bytes, and gives false for a sample that it leaves. Gives the number of those that it took;
+  /// short ones may be left also then.
   template <typename Use>
   std::uint64_t ReadShortSamples(std::uint64_t most, Use&& use) {
     // In variables, as whatever `use` stores could be one of the object's members.
@@ -107,6 +122,8 @@ class SK_DumpSamplesUtils {
 
  private:
   using ValueLength = std::uint16_t;
+  /// Bytes of one buffer, at most, unless a single record has more. Of texts they are counted with whole times.
+  static constexpr std::size_t kBufferLimit = 1048576;
   /// For a shortened time with its length and a value with its own.
   static constexpr std::size_t kShortenedRoom = SK_TimeWindow::kRoom + sizeof(ValueLength) + kPutRoom;
 
@@ -115,13 +132,17 @@ class SK_DumpSamplesUtils {
     std::memcpy(value - sizeof(stored), &stored, sizeof(stored));
   }
 
+  static std::size_t WholeSize(std::string_view time, std::string_view value) {
+    return time.size() + sizeof(ValueLength) + value.size();
+  }
+
   struct ShortRecord {
     std::string_view value;
     char const* end;
   };
   /// A record with a shortened time and a short value that is none of the last in its buffer or file.
   bool FindShort(char const* next, char const* end, SK_TimeWindow const& lastTime, ShortRecord& record) const {
-    if (!mShortensTimes || static_cast<std::size_t>(end - next) < kShortenedRoom) {
+    if (!mReadsShortened || static_cast<std::size_t>(end - next) < kShortenedRoom) {
       return false;
     }
     std::size_t const timeSize = lastTime.SizeOf(*next);
@@ -153,7 +174,7 @@ class SK_DumpSamplesUtils {
   bool TakeWhole(std::string_view& time, std::string_view& value) {
     std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
     std::size_t const head = mTimeLength + sizeof(ValueLength);
-    if (mShortensTimes || left < head) {
+    if (mReadsShortened || left < head) {
       return false;
     }
     ValueLength length = 0;
@@ -176,9 +197,19 @@ class SK_DumpSamplesUtils {
     mHasBufferData = true;
   }
 
+  /// One with a shortened time, for which there is room.
+  void AppendShortened(std::string_view time, std::string_view value) {
+    char* const start = mLastWritten.Put(mBuffer.get() + mBufferSize, time.data()) + sizeof(ValueLength);
+    StoreLength(start, value.size());
+    mBufferSize = static_cast<std::size_t>(SK_NAMESPACE_INT::CopyShortText(start, value) - mBuffer.get());
+    mHasBufferData = true;
+  }
+
+  void BeginAnew() noexcept;
   void WriteAnySample(std::string_view time, std::string_view value);
   bool ReadAnySample(std::string_view& time, std::string_view& value);
   std::size_t LongestRecord(std::string_view time, std::string_view value) const;
+  bool PassesLimit(std::string_view time, std::string_view value) const;
   void AddToBuffer(std::string_view time, std::string_view value, bool mayFlush);
   void FlushBufferToFile();
   void ExecBeforeRead();
@@ -200,7 +231,11 @@ class SK_DumpSamplesUtils {
   std::size_t mBufferSize = 0;      // of the records in it
   std::size_t mBufferCapacity = 0;  // also part of the count of the process
   unsigned short mTimeLength = 0;
-  bool mShortensTimes = false;
+  eTimes mTimes = eTimes::kWhole;
+  bool mShortensTimes = false;      // of the records that are written
+  bool mReadsShortened = false;     // the same of reading
+  bool mBufferIsShortened = false;  // the same of what the buffer begins with
+  std::size_t mCountedSize = 0;     // of texts, with whole times, since the limit was reached
   SK_TimeWindow mLastWritten;
   SK_TimeWindow mLastRead;
   char mTimeText[SK_TimeWindow::kLongest];  // that was read last, of shortened ones

@@ -80,6 +80,11 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
     mDumpSamples.WriteSample(time, value);
     ++mSampleCounter;
   }
+  /// The same of a text.
+  void StoreText(std::string_view time, std::string_view value) {
+    mDumpSamples.WriteText(time, value);
+    ++mSampleCounter;
+  }
   /// The same of a value that `put` stores, as records take it.
   template <typename Put>
   void PutSample(std::string_view time, Put&& put) {

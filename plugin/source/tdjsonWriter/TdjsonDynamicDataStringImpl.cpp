@@ -11,7 +11,7 @@ using ns_sensor::SK_DateTimeSMPTE;
 using ns_sensor::SK_DateTimeUTC;
 
 TdjsonDynamicDataStringImpl::TdjsonDynamicDataStringImpl(void* key)
-    : TdjsonDynamicDataImpl(key, SK_DumpSamplesUtils::eTimes::kWhole) {}
+    : TdjsonDynamicDataImpl(key, SK_DumpSamplesUtils::eTimes::kShortenedUntilLong) {}
 
 bool TdjsonDynamicDataStringImpl::Commit() {
   return CommitSamples([] {},
@@ -89,7 +89,7 @@ bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value
     mStringProperties.maxLen = maxLength;
     mStringProperties.maxDigitsInStrLength = maxDigits;
   }
-  StoreSample(timeText, text);
+  StoreText(timeText, text);
   return true;
 }
 
