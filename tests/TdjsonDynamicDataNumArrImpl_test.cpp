@@ -128,6 +128,71 @@ TEST_P(ManyArrays, ArePaddedToTheirPattern) {
 
 INSTANTIATE_TEST_SUITE_P(Elements, ManyArrays, testing::Values(1, 3, 4, 5, 40));
 
+std::string Sevens(std::size_t count) {
+  std::string text = R"("7")";
+  for (std::size_t i = 1; i < count; ++i) {
+    text += R"(,"7")";
+  }
+  return text;
+}
+
+// What counts is the length of the elements' texts with their commas, not what they take while they wait.
+class LongArrays : public DynamicNumArr, public testing::WithParamInterface<int> {};
+
+TEST_P(LongArrays, AreKeptUpTo65535BytesOfText) {
+  UseTimeCode();
+  auto const size = static_cast<std::size_t>(GetParam());
+  std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(size);
+  node->setNumberPattern(kAutomaticDigits, kAutomaticDigits, 0, &mResult);
+  for (int i = 0; i != 3; ++i) {
+    EXPECT_TRUE(Add(*node, TimeCode(i), mResult, std::vector<double>(size, 7)));
+  }
+  EXPECT_TRUE(node->Commit());
+  EXPECT_TRUE(FileText() == SetText({Sevens(size), Sevens(size), Sevens(size)}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Elements, LongArrays, testing::Values(2621, 2622, 10923, 32768));
+
+// Of 65,537 bytes one is left, and the next sample is read from behind that.
+TEST_F(DynamicNumArr, ArrayBeyond65535BytesOfTextTakesThoseBehindItAlong) {
+  UseTimeCode();
+  constexpr std::size_t kSize = 32769;
+  constexpr std::size_t kAstray = '7' | ',' << 8;
+  std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(2);
+  node->setNumberPattern(kAutomaticDigits, kAutomaticDigits, 0, &mResult);
+  EXPECT_TRUE(Add(*node, TimeCode(0), mResult, {1, 2}));
+  node->setArrCount(kSize, &mResult);
+  EXPECT_TRUE(Add(*node, TimeCode(1), mResult, std::vector<double>(kSize, 7)));
+  node->setArrCount(2, &mResult);
+  EXPECT_TRUE(Add(*node, TimeCode(2), mResult, {3, 4}));
+  EXPECT_TRUE(node->Commit());
+  std::string expected = SetText({R"("1","2")", R"("7")"});
+  expected.resize(expected.size() - 2);
+  expected += R"(,{"time":",7,7,7,7,7,","value":[)" + Sevens((kAstray + 1) / 2) + "]}]}";
+  EXPECT_TRUE(FileText() == expected);
+}
+
+// Digits and sign are those of all elements, however long the arrays are.
+TEST_F(DynamicNumArr, LongArraysWidenThePattern) {
+  UseTimeCode();
+  constexpr std::size_t kSize = 3000;
+  std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(kSize);
+  node->setNumberPattern(kAutomaticDigits, kAutomaticDigits, 0, &mResult);
+  std::vector<double> values(kSize, 7);
+  values[1] = -0.25;
+  values[2] = 100;
+  EXPECT_TRUE(Add(*node, TimeCode(0), mResult, values));
+  EXPECT_EQ(node->GetNumArrayProperties().pattern.digitsInteger, 3u);
+  EXPECT_EQ(node->GetNumArrayProperties().pattern.digitsDecimal, 2u);
+  EXPECT_TRUE(node->GetNumArrayProperties().pattern.isSigned);
+  EXPECT_TRUE(node->Commit());
+  std::string expected = R"("+007.00","-000.25","+100.00")";
+  for (std::size_t i = 3; i != kSize; ++i) {
+    expected += R"(,"+007.00")";
+  }
+  EXPECT_TRUE(FileText() == SetText({expected}));
+}
+
 TEST_F(DynamicNumArr, ArrayWithoutElementsIsAHalfEmptySample) {
   UseTimeCode();
   std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(0);

@@ -196,7 +196,7 @@ void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view va
     return;
   }
   mCountedSize += WholeSize(time, value);
-  if (mShortensTimes && mTimes == eTimes::kShortenedUntilLong && value.size() >= kLongLength) {
+  if (mShortensTimes && value.size() >= kLongLength) {
     mBuffer[mBufferSize++] = kWholeFollow;
     mShortensTimes = false;
   }
@@ -351,7 +351,8 @@ void SK_DumpSamplesUtils::DropMapping() noexcept {
 // One record, if all of it is there. A length that lost its high bits sends the reading astray, so nothing says that
 // the next bytes are a record.
 bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& value) {
-  if (mReadsShortened && mTimes == eTimes::kShortenedUntilLong && *mRead == kWholeFollow) {
+  // Where nothing was written whole, the file is damaged.
+  if (mReadsShortened && !mShortensTimes && *mRead == kWholeFollow) {
     ++mRead;
     mReadsShortened = false;
   }

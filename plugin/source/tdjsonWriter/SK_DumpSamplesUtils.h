@@ -31,11 +31,11 @@ class SK_DumpSamplesUtils {
 
   enum class eTimes : unsigned char {
     kWhole,
-    /// A record holds what is new in its time. For values whose lengths lose no bits, and times that stand in memory
-    /// of `SK_TimeWindow::kPadded` bytes.
+    /// A record holds what is new in its time; times stand in memory of `SK_TimeWindow::kPadded` bytes. From the first
+    /// value whose length loses bits on records are whole, so that what is read behind it is what it is with whole
+    /// times.
     kShortened,
-    /// The same for texts of any length, written with `WriteText`: from the first one whose length loses bits on
-    /// records are whole, so that what is read behind it is what it is with whole times.
+    /// The same for texts, written with `WriteText`: also the ends of files lie where they do with whole times.
     kShortenedUntilLong,
   };
   /// The length of every time text, in bytes. Called once, before the first sample.

@@ -15,6 +15,10 @@ namespace {
 /// With the comma.
 constexpr std::size_t kElementRoom = 1 + SK_WriterNumberText::kRoom;
 
+/// So many elements are no more than 65,535 bytes in either form, which is what a record can say of its value. It is
+/// the texts whose length decides what is lost of longer ones.
+constexpr std::size_t kMostPackedElements = 65535 / (1 + SK_WriterNumberText::kLongest);
+
 }  // namespace
 
 TdjsonDynamicDataNumArrImpl::TdjsonDynamicDataNumArrImpl(void* key)
@@ -157,6 +161,11 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   if (mOccurringAutomatic) {
     WidenOccurringRanges(mNumberArrayProperties.arrayRanges, mElements);
   }
+  mHasLongArrays = mHasLongArrays || mElements.size() > kMostPackedElements;
+  if (mHasLongArrays) {
+    StoreSample(timeText, ElementTexts());
+    return true;
+  }
   auto const put = [this](char* out) { return PutElements(out); };
   if (mElements.size() * kElementRoom <= SK_DumpSamplesUtils::kPutRoom) {
     PutSample(timeText, put);
@@ -166,6 +175,21 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   char* const start = mValueText.Grow(mElements.size() * kElementRoom);
   StoreSample(timeText, std::string_view(start, static_cast<std::size_t>(put(start) - start)));
   return true;
+}
+
+/// The elements as texts with commas between them. Also of short arrays behind a long one: what is read there may be
+/// anything, but no packed number.
+std::string_view TdjsonDynamicDataNumArrImpl::ElementTexts() {
+  mValueText.Clear();
+  for (double const element : mElements) {
+    SK_WriterNumberText const text(element);
+    WidenNumberPattern(mNumberArrayProperties.pattern, mPatternAutomatic, element, text.Counts());
+    if (mValueText.Size() != 0) {
+      mValueText.Put(',');
+    }
+    mValueText.Put(text.View());
+  }
+  return mValueText.View();
 }
 
 /// The elements as a record has them, with commas between them.

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ITdjsonDynamicDataNumArr_I.h"
@@ -48,6 +49,7 @@ class TdjsonDynamicDataNumArrImpl : public virtual ITdjsonDynamicDataNumArr_I,
   template <typename Time>
   bool TakeElements(Time const& time, void* result);
   char* PutElements(char* out);
+  std::string_view ElementTexts();
   template <typename Time>
   bool TakeSample(Time const& time);
 
@@ -55,6 +57,7 @@ class TdjsonDynamicDataNumArrImpl : public virtual ITdjsonDynamicDataNumArr_I,
   bool mPatternAutomatic = false;
   bool mOccurringAutomatic = false;
   bool mLegalAutomatic = false;
+  bool mHasLongArrays = false;    ///< from the first one on whose record may say too little of its length
   std::vector<double> mElements;  ///< of the sample that is being made
   SerializerBuffer mValueText;    ///< of the sample that is being taken, kept so that it allocates nothing
 };
