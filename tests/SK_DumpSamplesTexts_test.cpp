@@ -206,6 +206,25 @@ TEST_F(DumpSamplesTexts, EarlySpillsInFrontOfALongTextChangeNothing) {
   EXPECT_GT(spillsBehind, 5u);
 }
 
+// As with whole times: the next buffer has the whole limit.
+TEST_F(DumpSamplesTexts, LimitCountsAnewBehindAnEarlySpillOfWholeRecords) {
+  TakeTheShareOfAll();
+  mDump = NewDump(24);
+  Sample const sample = {std::string(24, '0'), std::string(74, 'x')};
+  std::size_t const record = 100;
+  Write(*mDump, {sample.first, std::string(kLong, 'x')});
+  while (TempSize() == 0) {
+    Write(*mDump, sample);
+  }
+  mOthers.clear();
+  std::size_t const size = TempSize();
+  std::size_t inBuffer = 1;
+  for (; TempSize() == size; ++inBuffer) {
+    Write(*mDump, sample);
+  }
+  EXPECT_EQ(inBuffer - 1, kLimit / record);
+}
+
 // The window of a time and its place, instead of all of it.
 TEST_F(DumpSamplesTexts, RecordsHoldWhatIsNewInTheirTimes) {
   mDump = NewDump(20);

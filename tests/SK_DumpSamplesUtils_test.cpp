@@ -459,6 +459,19 @@ TEST_F(DumpSamplesUtils, ManySamplesTakeFewAllocations) {
   EXPECT_EQ(SizeOfTempFile(), 20 * (kLimit / kBytes * kBytes));
 }
 
+// Times that have no window take a byte more than they are counted with: what they take beyond the limit in memory is
+// not moved for each of them.
+TEST_F(DumpSamplesUtils, TextsWithoutWindowsTakeFewAllocations) {
+  std::size_t const before = gAllocations;
+  mDump->SetTimeLength(8, SK_DumpSamplesUtils::eTimes::kShortenedUntilLong);
+  char times[2][2 * SK_TimeWindow::kPadded] = {"00000000", "11111111"};
+  for (std::size_t i = 0; i != kLimit / (8 + kLengthBytes + 1); ++i) {
+    mDump->WriteText(std::string_view(times[i % 2], 8), "x");
+  }
+  EXPECT_EQ(TempFiles(), 0u);
+  EXPECT_LT(gAllocations - before, 30u);
+}
+
 // What memory is short of goes to the file.
 TEST_F(DumpSamplesUtils, NoMemoryIsAnsweredBySpilling) {
   Samples written;

@@ -10,13 +10,16 @@
 #include <string_view>
 #include <vector>
 
+#include "DumpedSamples.h"
 #include "SampleBuffers.h"
+#include "TempFolder.h"
 
 namespace SK_PLUGIN {
 namespace {
 
 using ns_sensor::SK_StringProperties;
 using senmark_test::ExpectTooWide;
+using senmark_test::Sample;
 using senmark_test::TextOf;
 
 SK_StringProperties Widths(std::uint64_t maxLen, std::uint64_t maxDigits) {
@@ -118,6 +121,154 @@ TEST(SerializerTextSample, TextsStayInTheirMemory) {
       AppendStringSample(buffer, "T1", value, Widths(width, 8));
       ASSERT_EQ(buffer.View(), std::string(before, 'x') + PlainStringSample("T1", value, width, 8));
     }
+  }
+}
+
+/// Reads short texts many at a time.
+class ShortTextSamples : public testing::Test {
+ protected:
+  void Begin(std::size_t timeLength) {
+    mDump.ClearDump();
+    mDump.SetTimeLength(static_cast<unsigned short>(timeLength), SK_DumpSamplesUtils::eTimes::kShortenedUntilLong);
+  }
+  void Write(Sample const& sample) {
+    char time[2 * SK_TimeWindow::kPadded] = {};
+    mDump.WriteText(std::string_view(time, sample.first.copy(time, sizeof(time))), sample.second);
+  }
+  std::uint64_t Append(SK_StringProperties const& widths, std::size_t room, std::uint64_t most) {
+    return AppendShortTextSamples(mBuffer, mDump, widths, room, most);
+  }
+  /// Reads all samples: many at a time where that goes, and the next one by itself. Gives how many came that way.
+  std::uint64_t AppendAll(SK_StringProperties const& widths, std::uint64_t count, std::size_t mostRoom) {
+    std::uint64_t many = 0;
+    std::string_view time;
+    std::string_view value;
+    for (std::uint64_t i = 0; i != count;) {
+      std::uint64_t const appended = Append(widths, std::min(mBuffer.Free(), mostRoom), count - i);
+      many += appended;
+      i += appended;
+      if (i != count) {
+        EXPECT_TRUE(mDump.ReadSample(time, value));
+        mBuffer.Put(',');
+        AppendStringSample(mBuffer, time, value, widths);
+        ++i;
+      }
+    }
+    EXPECT_FALSE(mDump.ReadSample(time, value));
+    return many;
+  }
+  /// Reads one sample, as has to be done with the first one.
+  Sample ReadOne() {
+    std::string_view time;
+    std::string_view value;
+    EXPECT_TRUE(mDump.ReadSample(time, value));
+    return Sample(time, value);
+  }
+  void GrowTo(std::size_t size) {
+    mBuffer.Grow(size);
+    mBuffer.Clear();
+  }
+
+  senmark_test::TempFolder mFolder;
+  SK_DumpSamplesUtils mDump;
+  SerializerBuffer mBuffer;
+};
+
+// Texts of all sizes, empty ones among them, and times of all lengths, also those that are kept whole; from the file
+// and from memory.
+TEST_F(ShortTextSamples, AreTheSamplesOneByOne) {
+  senmark_test::Random random(12);
+  for (std::size_t const timeLength : {4, 11, 20, 23, 32, 33}) {
+    for (int round = 0; round != 8; ++round) {
+      std::uint64_t const maxLen = round % 4 == 3 ? 70000 : random() % 260;
+      std::uint64_t const maxDigits = random() % 10;
+      std::uint64_t const count = round == 0 ? 60000 : 300;
+      std::string time(timeLength, '0');
+      std::string expected;
+      Begin(timeLength);
+      for (std::uint64_t i = 0; i != count; ++i) {
+        time = senmark_test::NextTime(time, random);
+        std::string value(random() % (i % 4 == 0 ? 230 : 30), 'a');
+        for (char& character : value) {
+          character = static_cast<char>(random());
+        }
+        Write({time, value});
+        expected += ',' + PlainStringSample(time, value, maxLen, maxDigits);
+      }
+      EXPECT_EQ(mFolder.TempNames() != "", round == 0);
+      AppendAll(Widths(maxLen, maxDigits), count, round % 3 == 0 ? mBuffer.kLargestSize : 1 + random() % 4000);
+      ASSERT_TRUE(mBuffer.View() == expected) << timeLength << ' ' << round;
+      mBuffer.Clear();
+    }
+  }
+}
+
+TEST_F(ShortTextSamples, NearlyAllOfAUsualSetComeManyAtATime) {
+  Begin(20);
+  for (int i = 0; i != 5000; ++i) {
+    Write({"2012-01-01T00:" + std::to_string(10 + i / 100) + ':' + std::to_string(10 + i % 50) + 'Z',
+           std::string(static_cast<std::size_t>(1 + i % 40), 't')});
+  }
+  GrowTo(1000000);
+  EXPECT_GT(AppendAll(Widths(40, 2), 5000, mBuffer.kLargestSize), 4900u);
+}
+
+TEST_F(ShortTextSamples, NoMoreThanAsked) {
+  Begin(11);
+  for (int i = 0; i != 90; ++i) {
+    Write({"00:00:00:" + std::to_string(10 + i), "text"});
+  }
+  GrowTo(100000);
+  EXPECT_EQ(ReadOne().first, "00:00:00:10");
+  EXPECT_EQ(Append(Widths(4, 1), mBuffer.Free(), 0), 0u);
+  EXPECT_EQ(mBuffer.Size(), 0u);
+  EXPECT_EQ(Append(Widths(4, 1), mBuffer.Free(), 7), 7u);
+  EXPECT_EQ(ReadOne().first, "00:00:00:18");
+}
+
+// The next one is read by itself: it is refused, or its length has more digits than there are places, or all of its
+// record is longer; behind a long text records are no short ones.
+TEST_F(ShortTextSamples, StopInFrontOfAnotherKind) {
+  for (std::size_t const size : {std::size_t{0}, std::size_t{100}, std::size_t{193}, std::size_t{65537}}) {
+    Begin(11);
+    for (int i = 0; i != 60; ++i) {
+      Write({"00:00:00:" + std::to_string(10 + i), std::string(i == 4 ? size : 99, 'x')});
+    }
+    GrowTo(100000);
+    ReadOne();
+    EXPECT_EQ(Append(Widths(99, 2), mBuffer.Free(), 60), 3u) << size;
+    EXPECT_EQ(Append(Widths(99, 2), mBuffer.Free(), 60), 0u) << size;
+    EXPECT_EQ(ReadOne(), Sample("00:00:00:14", std::string(size % 65536, 'x')));
+    EXPECT_EQ(Append(Widths(99, 2), mBuffer.Free(), 60) == 0, size == 65537) << size;
+    mBuffer.Clear();
+  }
+}
+
+// A sanitizer sees what is written beyond the memory, which ends with the room.
+TEST_F(ShortTextSamples, StayWithinTheirRoom) {
+  constexpr std::size_t kMemory = 4096;
+  for (std::size_t const width : {1, 15, 16, 17, 40}) {
+    std::uint64_t most = 0;
+    for (std::size_t room = 0; room != 900; ++room) {
+      Begin(32);
+      std::string expected;
+      for (int i = 0; i != 80; ++i) {
+        Sample const sample = {std::string(30, '0') + std::to_string(10 + i), "x"};
+        Write(sample);
+        expected += i == 0 ? "" : ',' + PlainStringSample(sample.first, sample.second, width, 8);
+      }
+      ReadOne();
+      SerializerBuffer buffer;
+      buffer.Grow(kMemory);
+      buffer.Truncate(kMemory - room);
+      ASSERT_EQ(buffer.Free(), room);
+      std::uint64_t const count = AppendShortTextSamples(buffer, mDump, Widths(width, 8), room, 79);
+      std::string_view const text = buffer.View().substr(kMemory - room);
+      EXPECT_EQ(text, expected.substr(0, text.size())) << room;
+      EXPECT_EQ(text.size(), count * (expected.size() / 79));
+      most = std::max(most, count);
+    }
+    EXPECT_GT(most, 5u) << "some had room";
   }
 }
 

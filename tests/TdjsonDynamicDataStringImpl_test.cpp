@@ -100,6 +100,14 @@ TEST_F(DynamicString, NullTextIsAFailure) {
   EXPECT_TRUE(node->isDirty());
 }
 
+TEST_F(DynamicString, NullTextIsToldBeforeATimeThatDoesNotFit) {
+  UseTimeCode();
+  std::shared_ptr<TdjsonDynamicDataStringImpl> const node = Make<TdjsonDynamicDataStringImpl>();
+  EXPECT_FALSE(Add(*node, SK_DateTimeSMPTE{0, 0, 0, 1000}, mResult, nullptr));
+  EXPECT_EQ(mResult.mErrorCode, 1023);
+  EXPECT_TRUE(node->isDirty());
+}
+
 TEST_F(DynamicString, SampleThatIsNotTakenLeavesNoTrace) {
   UseTimeCode();
   std::shared_ptr<TdjsonDynamicDataStringImpl> const node = Make<TdjsonDynamicDataStringImpl>();

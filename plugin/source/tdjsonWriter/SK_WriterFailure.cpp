@@ -27,11 +27,8 @@ void ThrowWriterError(eErrorCode code) {
   throw SK_PluginException(code, -1, -1);
 }
 
-char const* RequireText(char const* text) {
-  if (text == nullptr) {
-    ThrowWriterError(kWriterUnknownException);
-  }
-  return text;
+void ThrowNoText() {
+  ThrowWriterError(kWriterUnknownException);
 }
 
 void RethrowInWriter() {

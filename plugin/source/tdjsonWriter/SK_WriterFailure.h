@@ -17,8 +17,16 @@ extern SetErrorProc gSetWriterErrorObjectProc;
 /// Raises one of the writer's own codes, which are named by their meaning at the throw sites. No place.
 [[noreturn]] void ThrowWriterError(eErrorCode code);
 
+/// 1023.
+[[noreturn]] void ThrowNoText();
+
 /// Gives `text`, an argument of a border form, back. 1023 for null, which no string can be made of.
-char const* RequireText(char const* text);
+inline char const* RequireText(char const* text) {
+  if (text == nullptr) {
+    ThrowNoText();
+  }
+  return text;
+}
 
 /// Throws the exception in flight on as an `SK_PluginException`: itself; for an `SK_Exception` its code plus
 /// 1000 with its place; 1034 for `std::bad_alloc`; 1023 for anything else.
@@ -42,9 +50,9 @@ auto RunFileStep(Body&& body) -> decltype(body()) {
 }
 
 /// A border form: nothing is thrown, true on success. After a failure has been reported `cleanUp` runs; a
-/// failure of its own leaves the first report standing.
+/// failure of its own leaves the first report standing. Part of the form, whose arguments need no memory then.
 template <typename Body, typename CleanUp>
-bool RunAtWriterBorder(void* result, Body&& body, CleanUp&& cleanUp) noexcept {
+[[gnu::always_inline]] inline bool RunAtWriterBorder(void* result, Body&& body, CleanUp&& cleanUp) noexcept {
   try {
     std::forward<Body>(body)();
     return true;

@@ -131,7 +131,9 @@ void Serializer::serialize_PaddedStrDynamicSamples(std::string const& sampleSetI
       [&](SerializerBuffer& text, std::string_view time, std::string_view value) {
         AppendStringSample(text, time, value, field);
       },
-      AppendNone);
+      [&](SerializerBuffer& text, std::size_t room, std::uint64_t most) {
+        return AppendShortTextSamples(text, dump, field, room, most);
+      });
 }
 
 // The outline goes to the file while it is made. Nobody sees that: what is wrong with it is found later than a

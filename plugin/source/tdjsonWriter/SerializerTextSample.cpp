@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <limits>
 
 #include "SK_EightBytes.h"
@@ -51,6 +52,21 @@ void AppendAnyStringSample(SerializerBuffer& out, std::string_view time, std::st
   out.Put(kBehindText);
 }
 
+/// Bytes that are copied at once, whether all of them are wanted or not.
+constexpr std::size_t kBlock = 16;
+
+/// A text of a short record, and spaces up to the width. Changes up to a block behind them.
+char* PutPaddedText(char* p, std::string_view value, std::size_t width) {
+  static_assert(SK_DumpSamplesUtils::kPutRoom % kBlock == 0, "blocks of a short text stay in its room");
+  for (std::size_t at = 0; at < value.size(); at += kBlock) {
+    std::memcpy(p + at, value.data() + at, kBlock);
+  }
+  for (std::size_t at = value.size(); at < width; at += kBlock) {
+    std::memcpy(p + at, "                ", kBlock);
+  }
+  return p + width;
+}
+
 }  // namespace
 
 StringField::StringField(ns_sensor::SK_StringProperties const& stringProperties)
@@ -61,6 +77,33 @@ StringField::StringField(ns_sensor::SK_StringProperties const& stringProperties)
   auto const places = static_cast<unsigned>(maxDigits);
   digitsShift = 8 * (kMostDigits - places);
   otherDigits = ~MaskOfLast(places);
+}
+
+std::uint64_t AppendShortTextSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, StringField const& field,
+                                     std::size_t room, std::uint64_t most) {
+  constexpr std::size_t kAround = 1 + TimeRoom(SK_TimeWindow::kLongest) + kTextRoom + kBlock;
+  // Of its own, as whatever is stored could be part of the caller's.
+  StringField const place = field;
+  std::size_t const sizeBefore = out.Size();
+  char* const start = out.Grow(room);
+  char const* const end = start + room;
+  char* p = start;
+  std::uint64_t const count = dump.ReadShortSamples(most, [&](SK_TimeWindow const& time, std::string_view value) {
+    std::uint64_t const digits = DigitsOfThree(static_cast<std::uint32_t>(value.size()));
+    std::size_t const width = std::max<std::size_t>(value.size(), place.maxLength);
+    if (value.empty() || !place.Fits(digits) || static_cast<std::size_t>(end - p) < kAround + width) {
+      return false;
+    }
+    *p = ',';
+    p = time.CopyTo(CopyLiteral(p + 1, kBeforeTime));
+    p = CopyLiteral(CopyLiteral(p, kBeforeValue), kBeforeLength);
+    StoreEight(p, (digits | kZeroes) >> place.digitsShift);
+    p = PutPaddedText(CopyLiteral(p + place.maxDigits, kBeforeText), value, width);
+    p = CopyLiteral(p, kBehindText);
+    return true;
+  });
+  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
+  return count;
 }
 
 void AppendStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "SK_DumpSamplesUtils.h"
 #include "SerializerBuffer.h"
 #include "senmark/SK_Records.h"
 
@@ -30,6 +31,12 @@ struct StringField {
   unsigned digitsShift = 0;           ///< bits, of digits that have no place
   std::uint64_t otherDigits = kNone;  ///< the digits for which there is no place
 };
+
+/// Appends samples of `dump` behind its first one, a comma in front of each: at most `most`, within `room` bytes, for
+/// which the buffer has the memory. Ends in front of one that is empty, whose length does not fit into its field, or
+/// that has no short record; the caller reads that by itself. Gives their number.
+std::uint64_t AppendShortTextSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, StringField const& field,
+                                     std::size_t room, std::uint64_t most);
 
 /// time   the text of the sample's time.
 /// value  the escaped text, as it was parked.

@@ -43,9 +43,9 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
   explicit TdjsonDynamicDataImpl(void* key, SK_DumpSamplesUtils::eTimes times = SK_DumpSamplesUtils::eTimes::kWhole);
 
   /// The frame of every border form that brings samples: `step` says whether it took what it was given. After
-  /// a failure the node is dirty.
+  /// a failure the node is dirty. Part of the form, as the border is.
   template <typename Step>
-  bool RunSampleStep(void* result, Step&& step) noexcept {
+  [[gnu::always_inline]] inline bool RunSampleStep(void* result, Step&& step) noexcept {
     bool taken = false;
     RunAtWriterBorder(
         result, [&] { taken = std::forward<Step>(step)(); }, [this] { LoseSamples(); });

@@ -46,6 +46,31 @@ void TdjsonDynamicDataStringImpl::setStringProperties(unsigned long long, unsign
   });
 }
 
+/// A sample that is not taken leaves no trace in the widths: its time is looked at first. Part of the border forms, and
+/// the time in front of what calls others, so that its fields stay in registers.
+template <typename Time>
+[[gnu::always_inline]] inline bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value) {
+  if (!IsOpenFor(time)) {
+    return false;
+  }
+  RequireText(value);
+  std::string_view const timeText = TimeText(time);
+  if (timeText.empty()) {
+    return false;
+  }
+  std::string_view const text = EscapeInto(value, mEscapedValue);
+  // Most texts are no longer than one before them.
+  if (text.size() > mStringProperties.maxLen || mStringProperties.maxDigitsInStrLength == 0) {
+    unsigned long long maxLength = mStringProperties.maxLen;
+    unsigned long long maxDigits = mStringProperties.maxDigitsInStrLength;
+    calcPaddedStringProperties(text, maxLength, maxDigits);
+    mStringProperties.maxLen = maxLength;
+    mStringProperties.maxDigitsInStrLength = maxDigits;
+  }
+  StoreText(timeText, text);
+  return true;
+}
+
 bool TdjsonDynamicDataStringImpl::addSampleSMPTE(int hours, int minutes, int seconds, int frames, char const* value,
                                                  void* result) {
   return RunSampleStep(result, [&] { return TakeSample(SK_DateTimeSMPTE{hours, minutes, seconds, frames}, value); });
@@ -68,29 +93,6 @@ void TdjsonDynamicDataStringImpl::SetStringProperties(ns_sensor::SK_StringProper
   ThrowOnFailure([&](void* result) {
     setStringProperties(properties.maxLen, properties.maxDigitsInStrLength, properties.eventMarkerB ? 1 : 0, result);
   });
-}
-
-/// A sample that is not taken leaves no trace in the widths: its time is looked at first.
-template <typename Time>
-bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value) {
-  if (!IsOpenFor(time)) {
-    return false;
-  }
-  std::string_view const text = EscapeInto(RequireText(value), mEscapedValue);
-  std::string_view const timeText = TimeText(time);
-  if (timeText.empty()) {
-    return false;
-  }
-  // Most texts are no longer than one before them.
-  if (text.size() > mStringProperties.maxLen || mStringProperties.maxDigitsInStrLength == 0) {
-    unsigned long long maxLength = mStringProperties.maxLen;
-    unsigned long long maxDigits = mStringProperties.maxDigitsInStrLength;
-    calcPaddedStringProperties(text, maxLength, maxDigits);
-    mStringProperties.maxLen = maxLength;
-    mStringProperties.maxDigitsInStrLength = maxDigits;
-  }
-  StoreText(timeText, text);
-  return true;
 }
 
 }  // namespace SK_PLUGIN
