@@ -140,7 +140,7 @@ Sample SampleOfSize(std::size_t i, std::size_t size = kRecord) {
 
 /// As nodes do.
 void Write(SK_DumpSamplesUtils& dump, Sample const& sample) {
-  dump.WriteSample(sample.first, sample.second);
+  dump.WriteSample({sample.first}, sample.second);
 }
 
 /// Writes samples until their records have `bytes` bytes.
@@ -251,7 +251,7 @@ TEST_F(DumpSamplesUtils, EachKindHasItsText) {
   mDump->WriteSampleNumArr("00:00:04", {});
   mDump->WriteSampleString("00:00:05", std::string("a,b\0\"", 5));
   mDump->WriteSampleString("00:00:06", "");
-  mDump->WriteSample("00:00:07", "finished");
+  mDump->WriteSample({"00:00:07"}, "finished");
   EXPECT_EQ(ReadAll(*mDump), Samples({{"00:00:01", "-0.3"},
                                       {"00:00:02", "1,-2.5,9.949999999999999"},
                                       {"00:00:03", "7"},

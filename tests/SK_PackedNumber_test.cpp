@@ -312,6 +312,28 @@ TEST(PackedNumbers, SizeThatNobodyStoresIsANumberOfZeroAndTheEnd) {
   }
 }
 
+// Whatever the first byte and the size: as it is taken, if nothing is left behind.
+TEST(PackedNumbers, AreReadIfThereIsNothingElse) {
+  std::string const behind = "\x91\xA2\xB3\xC4\xD5\xE6\xF7\x88\x99";
+  for (unsigned head = 0; head != 256; ++head) {
+    for (std::size_t size = 0; size <= behind.size(); ++size) {
+      std::string const bytes = static_cast<char>(head) + behind.substr(0, size);
+      SK_PackedNumber number;
+      bool const isOne = head >= 0x80 && (head & 7U) == size && size >= SK_PackedNumber::kSmallest;
+      ASSERT_EQ(SK_PackedNumber::Read(bytes, number), isOne) << head << ' ' << size;
+      std::size_t taken = 0;
+      if (isOne) {
+        SK_PackedNumber const same = TakeFrom(bytes, taken);
+        EXPECT_EQ(number.fixed, same.fixed);
+        EXPECT_EQ(number.isNegative, same.isNegative);
+        EXPECT_EQ(taken, bytes.size());
+      }
+    }
+  }
+  SK_PackedNumber number;
+  EXPECT_FALSE(SK_PackedNumber::Read("", number));
+}
+
 TEST(PackedNumbers, TextsAndNothingAreNone) {
   EXPECT_FALSE(SK_PackedNumber::Begins(""));
   for (unsigned first = 0; first != 256; ++first) {

@@ -63,42 +63,34 @@ SK_DumpSamplesUtils::~SK_DumpSamplesUtils() {
 
 void SK_DumpSamplesUtils::SetTimeLength(unsigned short length, eTimes times) {
   mTimeLength = length;
-  mShortensTimes =
-      times == eTimes::kShortened && length >= SK_TimeWindow::kShortest && length <= SK_TimeWindow::kLongest;
-  mLastWritten.Reset(length);
-  mLastRead.Reset(length);
+  mShortensTimes = times == eTimes::kShortened && SK_TimeWindow::AreFor(length);
+  ForgetTimes();
 }
 
 void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
-  WriteAnySample(time, SK_WriterNumberText(value).View());
+  mValueText = SK_WriterNumberText(value).View();
+  WriteAnySample({time}, mValueText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector<double> const& values) {
-  mArrayText.clear();
+  mValueText.clear();
   for (double const value : values) {
-    if (!mArrayText.empty()) {
-      mArrayText += ',';
+    if (!mValueText.empty()) {
+      mValueText += ',';
     }
-    mArrayText += SK_WriterNumberText(value).View();
+    mValueText += SK_WriterNumberText(value).View();
   }
-  WriteAnySample(time, mArrayText);
+  WriteAnySample({time}, mValueText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string const& value) {
-  WriteAnySample(time, value);
+  WriteAnySample({time}, value);
 }
 
-void SK_DumpSamplesUtils::WriteAnySample(std::string_view time, std::string_view value) {
-  std::size_t const recordLength = LongestRecord(time, value);
-  if (mBufferSize + recordLength > kBufferLimit) {
-    FlushBufferToFile();
-    AddToBuffer(time, value, false);
-    return;
-  }
-  if (ShouldSpillEarly(recordLength)) {
-    SpillEarly();
-  }
-  AddToBuffer(time, value, true);
+void SK_DumpSamplesUtils::WriteAnySample(SK_WaitingTime const& time, std::string_view value) {
+  std::size_t const timeRoom = mShortensTimes ? SK_TimeWindow::kRoom : time.text.size();
+  MakeRoomFor(timeRoom + sizeof(ValueLength) + value.size());
+  AddToBuffer(time, value);
 }
 
 void SK_DumpSamplesUtils::ReadSample(std::string& time, std::string& value) {
@@ -147,8 +139,7 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   mReadEnd = nullptr;
   mReadsBuffer = false;
   mReadDone = false;
-  mLastWritten.Reset(mTimeLength);
-  mLastRead.Reset(mTimeLength);
+  ForgetTimes();
   try {
     File_IO::Close(std::exchange(mFileDescriptor, -1));
     mFileMapper.reset();
@@ -161,30 +152,34 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   }
 }
 
-// A time that is shortened may turn out to take less.
-std::size_t SK_DumpSamplesUtils::LongestRecord(std::string_view time, std::string_view value) const {
-  return (mShortensTimes ? 1 : 0) + time.size() + sizeof(ValueLength) + value.size();
-}
-
-void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view value, bool mayFlush) {
-  try {
-    ReserveFor(LongestRecord(time, value));
-  } catch (...) {
-    if (!mayFlush) {
-      throw;
-    }
-    FlushBufferToFile();
-    AddToBuffer(time, value, false);
-    return;
-  }
+// There is room for it.
+void SK_DumpSamplesUtils::AddToBuffer(SK_WaitingTime const& time, std::string_view value) {
   if (!mShortensTimes) {
-    AppendWhole(time, value);
+    AppendWhole(time.text, value);
     return;
   }
-  char* const out = mLastWritten.Put(mBuffer.get() + mBufferSize, time.data()) + sizeof(ValueLength);
+  char* const out = PutTime(mBuffer.get() + mBufferSize, *time.window) + sizeof(ValueLength);
   StoreLength(out, value.size());
   mBufferSize = static_cast<std::size_t>(CopyShortText(out, value) - mBuffer.get());
   mHasBufferData = true;
+}
+
+// For one more record: memory, and before it has to be more than there may be, the file.
+void SK_DumpSamplesUtils::MakeRoomFor(std::size_t recordLength) {
+  if (mBufferSize + recordLength > kBufferLimit) {
+    FlushBufferToFile();
+    ReserveFor(recordLength);
+    return;
+  }
+  if (ShouldSpillEarly(recordLength)) {
+    SpillEarly();
+  }
+  try {
+    ReserveFor(recordLength);
+  } catch (...) {
+    FlushBufferToFile();
+    ReserveFor(recordLength);
+  }
 }
 
 void SK_DumpSamplesUtils::FlushBufferToFile() {
@@ -207,8 +202,8 @@ void SK_DumpSamplesUtils::FlushBufferToFile() {
   if (!mShortensTimes || mBufferCapacity > kPieceSize) {
     FreeBuffer();
   }
-  // The next buffer begins with a whole time, so that it can be read also if the file lost its end.
-  mLastWritten.Reset(mTimeLength);
+  // The next buffer begins with a base, so that it can be read also if the file lost its end.
+  mBaseID = 0;
 }
 
 void SK_DumpSamplesUtils::ExecBeforeRead() {
@@ -269,6 +264,11 @@ void SK_DumpSamplesUtils::SpillEarly() {
     }
   }
   CloseTempFile();
+}
+
+void SK_DumpSamplesUtils::ForgetTimes() noexcept {
+  mBaseID = 0;
+  mTimes.Reset(mTimeLength);
 }
 
 void SK_DumpSamplesUtils::FreeBuffer() noexcept {
@@ -339,9 +339,15 @@ bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& v
 
 bool SK_DumpSamplesUtils::TakeAnyShortened(std::string_view& time, std::string_view& value) {
   std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
-  std::size_t const timeSize = mLastRead.SizeOf(*mRead);
-  std::size_t const head = timeSize + sizeof(ValueLength);
-  if (timeSize > SK_TimeWindow::kRoom || left < head) {
+  // Behind the last record there may be no byte to read.
+  char stored[SK_TimeWindow::kRoom] = {};
+  std::memcpy(stored, mRead, std::min(left, sizeof(stored)));
+  char const* const window = mTimes.IsWindow(stored) ? stored : mTimes.TakeBase(stored);
+  if (window == nullptr) {
+    return false;
+  }
+  std::size_t const head = static_cast<std::size_t>(window - stored) + SK_TimeWindow::kStoredSize + sizeof(ValueLength);
+  if (left < head) {
     return false;
   }
   ValueLength valueLength = 0;
@@ -349,10 +355,7 @@ bool SK_DumpSamplesUtils::TakeAnyShortened(std::string_view& time, std::string_v
   if (left - head < valueLength) {
     return false;
   }
-  // Behind the last record there may be no byte to read.
-  char stored[SK_TimeWindow::kRoom] = {};
-  std::memcpy(stored, mRead, timeSize);
-  time = TakeTime(stored);
+  time = MakeTime(window);
   value = std::string_view(mRead + head, valueLength);
   mRead += head + valueLength;
   return true;

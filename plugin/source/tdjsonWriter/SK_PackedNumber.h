@@ -28,20 +28,25 @@ struct SK_PackedNumber {
   }
   /// Takes the number that `bytes` begin with off them; all of them if they end within it, for a number of 0.
   static SK_PackedNumber Take(std::string_view& bytes) {
-    using SK_NAMESPACE_INT::LoadFour;
     SK_PackedNumber number;
-    unsigned const head = static_cast<unsigned char>(bytes.front());
-    std::size_t const size = head & kSizeMask;
+    std::size_t const size = static_cast<unsigned char>(bytes.front()) & kSizeMask;
     if (size < kSmallest || bytes.size() <= size) {
       bytes = std::string_view();
       return number;
     }
-    char const* const first = bytes.data() + 1;
-    std::size_t const second = size - kSmallest;
-    number.fixed = LoadFour(first) | std::uint64_t{LoadFour(first + second)} << (8 * second);
-    number.isNegative = (head >> kNegativeBit & 1U) != 0;
+    number.Load(bytes.data(), size);
     bytes.remove_prefix(1 + size);
     return number;
+  }
+  /// Reads `bytes` if they are such a number and nothing else.
+  static bool Read(std::string_view bytes, SK_PackedNumber& number) {
+    std::size_t const size = bytes.size() - 1;
+    if (size - kSmallest > kSizeMask - kSmallest ||
+        (static_cast<unsigned char>(bytes.front()) & (kMark | kSizeMask)) != (kMark | size)) {
+      return false;
+    }
+    number.Load(bytes.data(), size);
+    return true;
   }
 
   /// The writer's text of the number, in memory for `SK_WriterNumberText::kRoom` bytes.
@@ -53,6 +58,16 @@ struct SK_PackedNumber {
   static constexpr unsigned kNegativeBit = 6;
   static constexpr unsigned kSizeMask = 7;
   static constexpr std::size_t kSmallest = 4;
+
+ private:
+  /// size: bytes of the integer.
+  void Load(char const* bytes, std::size_t size) {
+    using SK_NAMESPACE_INT::LoadFour;
+    char const* const first = bytes + 1;
+    std::size_t const second = size - kSmallest;
+    fixed = LoadFour(first) | std::uint64_t{LoadFour(first + second)} << (8 * second);
+    isNegative = (static_cast<unsigned char>(*bytes) >> kNegativeBit & 1U) != 0;
+  }
 };
 
 namespace detail {
@@ -114,6 +129,12 @@ inline bool Fits(std::uint64_t fixed, ns_sensor::SK_NumberPattern const& pattern
   return turned <= multiples.largest;
 }
 
+// Both are rare, and few instructions where they are called.
+// What `PackNumber` does of a number that stays a text.
+char* PutText(char* out, double value, ns_sensor::SK_NumberPattern& pattern, bool automatic);
+// Raises the digit counts.
+void Widen(ns_sensor::SK_NumberPattern& pattern, double value);
+
 }  // namespace detail
 
 /// Stores the number to where there is room for `SK_WriterNumberText::kRoom` bytes, all of which may change, and gives
@@ -126,17 +147,16 @@ inline char* PackNumber(char* out, double value, ns_sensor::SK_NumberPattern& pa
   unsigned const sign = static_cast<unsigned>(bits >> 63U);
   std::uint64_t fixed = 0;
   if (!ToFixed(bits & ~(std::uint64_t{1} << 63U), fixed)) {
-    SK_WriterNumberText::Digits digits;
-    char* const end = SK_WriterNumberText::Write(out, value, digits);
-    WidenNumberPattern(pattern, automatic, value, digits);
-    return end;
+    return detail::PutText(out, value, pattern, automatic);
   }
   if (automatic && !detail::Fits(fixed, pattern)) {
-    WidenNumberPattern(pattern, automatic, value, SK_WriterNumberText(value).Counts());
+    detail::Widen(pattern, value);
   }
   pattern.isSigned = pattern.isSigned || sign != 0;
-  std::size_t const size =
-      std::max<std::size_t>(SK_PackedNumber::kSmallest, 8 - static_cast<unsigned>(__builtin_clzll(fixed | 1)) / 8);
+  // Down to the byte with the highest bit, or to as many as there are at least.
+  constexpr std::uint64_t kHighestOfFewest = std::uint64_t{1} << (8 * (SK_PackedNumber::kSmallest - 1));
+  unsigned const highest = 63U ^ static_cast<unsigned>(__builtin_clzll(fixed | kHighestOfFewest));
+  std::size_t const size = highest / 8 + 1;
   *out =
       static_cast<char>(SK_PackedNumber::kMark | sign << SK_PackedNumber::kNegativeBit | static_cast<unsigned>(size));
   SK_NAMESPACE_INT::StoreEight(out + 1, fixed);

@@ -10,6 +10,7 @@
 #include "SK_EightBytes.h"
 #include "SK_FixedNumber.h"
 #include "SK_PackedNumber.h"
+#include "SK_SixteenDigits.h"
 #include "SK_WriterNumberText.h"
 
 namespace SK_PLUGIN {
@@ -18,10 +19,12 @@ namespace {
 
 using SK_NAMESPACE_INT::AnyBelow;
 using SK_NAMESPACE_INT::CopyShortText;
+using SK_NAMESPACE_INT::DigitsOfBoth;
 using SK_NAMESPACE_INT::DigitsOfValue;
 using SK_NAMESPACE_INT::kEveryByte;
 using SK_NAMESPACE_INT::LoadEight;
 using SK_NAMESPACE_INT::MaskOfLast;
+using SK_NAMESPACE_INT::SixteenDigits;
 using SK_NAMESPACE_INT::StoreEight;
 
 /// How many bytes `used` lacks of `wanted`. More than a buffer takes is no memory, before sums of it wrap.
@@ -124,15 +127,18 @@ struct FixedDigits {
   explicit FixedDigits(std::uint64_t fixed) {
     constexpr std::uint64_t kTenToEight = 100000000;
     std::uint64_t const whole = fixed / kTenToEight;
-    integer = DigitsOfMostlyThree(static_cast<std::uint32_t>(whole));
-    decimals = DigitsOfValue(static_cast<std::uint32_t>(fixed - whole * kTenToEight));
+    SixteenDigits const digits =
+        DigitsOfBoth(static_cast<std::uint32_t>(whole), static_cast<std::uint32_t>(fixed - whole * kTenToEight));
+    integer = digits.first;
+    decimals = digits.last;
   }
 };
 
 /// To where there is room for it, with a narrow pattern in which the digits fit. Gives the end.
 [[gnu::always_inline]] inline char* PutPadded(char* p, FixedDigits const& digits, bool isNegative,
                                               NumberField const& field) {
-  *p = isNegative ? '-' : '+';
+  static_assert('-' == '+' + 2, "so that it takes no decision");
+  *p = static_cast<char>('+' + 2 * static_cast<unsigned>(isNegative));
   p += static_cast<unsigned>(field.pattern.isSigned) | static_cast<unsigned>(isNegative);
   StoreEight(p, (digits.integer | kZeroes) >> field.integerShift);
   p += field.pattern.digitsInteger;
@@ -142,6 +148,36 @@ struct FixedDigits {
   StoreEight(p + 1 + kFixedDecimals + kFixedDecimals, kZeroes);
   return p + field.sizeBehind;
 }
+
+/// What stands around the number in a sample behind the first one of its set. With the base of the times in it, so that
+/// for each sample it is copied as one piece, and the window over the base.
+class NumberFrame {
+ public:
+  static constexpr char kBehind[] = "\"}";
+
+  void SetBase(SK_TimeWindowReader const& times) {
+    char* p = CopyLiteral(CopyLiteral(mFront, ","), kBeforeTime);
+    mTimeAt = static_cast<std::size_t>(p - mFront);
+    times.CopyBaseTo(p);
+    p = CopyLiteral(CopyLiteral(p + times.Length(), kBeforeValue), "\"");
+    mSize = static_cast<std::size_t>(p - mFront);
+  }
+
+  /// Up to the number, with a time's window as it is stored, to where there is room for `kRoom` bytes, all of which may
+  /// change. Gives the end.
+  char* Put(char* out, char const* window) const {
+    std::memcpy(out, mFront, sizeof(mFront));
+    SK_TimeWindowReader::CopyWindowTo(out + mTimeAt, window);
+    return out + mSize;
+  }
+
+  static constexpr std::size_t kRoom = 1 + TimeRoom(SK_TimeWindow::kLongest) + 1;
+
+ private:
+  char mFront[kRoom] = {};
+  std::size_t mTimeAt = 0;
+  std::size_t mSize = 0;
+};
 
 /// The padded number, between quotes or as it is, and a comma in front of them if wanted.
 template <bool kIsQuoted>
@@ -263,28 +299,36 @@ void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_senso
 
 std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, NumberField const& field,
                                   std::size_t room, std::uint64_t most) {
-  constexpr std::size_t kLargest = 1 + TimeRoom(SK_TimeWindow::kLongest) + 3 + kFieldRoom;
   // Of its own, as whatever is stored could be part of the caller's.
   NumberField const place = field;
+  NumberFrame frame;
   std::size_t const sizeBefore = out.Size();
   char* const start = out.Grow(room);
-  char const* const end = start + room;
   char* p = start;
-  std::uint64_t const count = dump.ReadShortSamples(most, [&](SK_TimeWindow const& time, std::string_view value) {
-    if (static_cast<std::size_t>(end - p) < kLargest || !SK_PackedNumber::Begins(value)) {
+  auto const useBase = [&](SK_TimeWindowReader const& times) { frame.SetBase(times); };
+  auto const use = [&](char const* window, std::string_view value) {
+    SK_PackedNumber number;
+    if (!SK_PackedNumber::Read(value, number)) {
       return false;
     }
-    SK_PackedNumber const number = SK_PackedNumber::Take(value);
     FixedDigits const digits(number.fixed);
     if (!place.Fits(digits.integer, digits.decimals)) {
       return false;
     }
-    *p = ',';
-    p = time.CopyTo(CopyLiteral(p + 1, kBeforeTime));
-    p = CopyLiteral(CopyLiteral(p, kBeforeValue), "\"");
-    p = CopyLiteral(PutPadded(p, digits, number.isNegative, place), "\"}");
+    p = PutPadded(frame.Put(p, window), digits, number.isNegative, place);
+    p = CopyLiteral(p, NumberFrame::kBehind);
     return true;
-  });
+  };
+  // By their number, so that there is no look at the room for each of them.
+  std::uint64_t count = 0;
+  for (bool isMore = true; isMore;) {
+    constexpr std::size_t kLargest = NumberFrame::kRoom + kFieldRoom + sizeof(NumberFrame::kBehind);
+    std::size_t const left = room - static_cast<std::size_t>(p - start);
+    std::uint64_t const wanted = std::min<std::uint64_t>(most - count, left / kLargest);
+    std::uint64_t const taken = dump.ReadShortSamples(wanted, useBase, use);
+    count += taken;
+    isMore = taken != 0 && taken == wanted;
+  }
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
   return count;
 }

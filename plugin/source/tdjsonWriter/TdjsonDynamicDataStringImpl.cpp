@@ -77,8 +77,8 @@ bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value
     return false;
   }
   std::string_view const text = EscapeInto(RequireText(value), mEscapedValue);
-  std::string_view const timeText = TimeText(time);
-  if (timeText.empty()) {
+  SK_WaitingTime const timeText = TimeText(time);
+  if (timeText.text.empty()) {
     return false;
   }
   // Most texts are no longer than one before them.
