@@ -119,23 +119,37 @@ std::uint64_t DigitsOfMostlyThree(std::uint32_t value) {
   return value < 1000 ? DigitsOfThree(value) : DigitsOfValue(value);
 }
 
-/// The digits of a number with eight decimals, as numbers; the lowest byte is the first.
-struct FixedDigits {
+/// The digits of a packed number, as numbers; the lowest byte is the first.
+struct PackedDigits {
   std::uint64_t integer;
   std::uint64_t decimals;
+  std::uint64_t finer;  ///< the next decimals
 
-  explicit FixedDigits(std::uint64_t fixed) {
+  explicit PackedDigits(SK_PackedNumber const& number) {
     constexpr std::uint64_t kTenToEight = 100000000;
-    std::uint64_t const whole = fixed / kTenToEight;
+    if (number.isFine) {
+      constexpr std::uint64_t kTenToSeven = kTenToEight / 10;
+      std::uint64_t const first = number.fixed / kTenToSeven;
+      std::uint64_t const last = (number.fixed - first * kTenToSeven) * 10;
+      std::uint64_t const whole = first / kTenToEight;
+      SixteenDigits const digits =
+          DigitsOfBoth(static_cast<std::uint32_t>(first - whole * kTenToEight), static_cast<std::uint32_t>(last));
+      integer = DigitsOfThree(static_cast<std::uint32_t>(whole));
+      decimals = digits.first;
+      finer = digits.last;
+      return;
+    }
+    std::uint64_t const whole = number.fixed / kTenToEight;
     SixteenDigits const digits =
-        DigitsOfBoth(static_cast<std::uint32_t>(whole), static_cast<std::uint32_t>(fixed - whole * kTenToEight));
+        DigitsOfBoth(static_cast<std::uint32_t>(whole), static_cast<std::uint32_t>(number.fixed - whole * kTenToEight));
     integer = digits.first;
     decimals = digits.last;
+    finer = 0;
   }
 };
 
 /// To where there is room for it, with a narrow pattern in which the digits fit. Gives the end.
-[[gnu::always_inline]] inline char* PutPadded(char* p, FixedDigits const& digits, bool isNegative,
+[[gnu::always_inline]] inline char* PutPadded(char* p, PackedDigits const& digits, bool isNegative,
                                               NumberField const& field) {
   static_assert('-' == '+' + 2, "so that it takes no decision");
   *p = static_cast<char>('+' + 2 * static_cast<unsigned>(isNegative));
@@ -144,7 +158,7 @@ struct FixedDigits {
   p += field.pattern.digitsInteger;
   *p = '.';
   StoreEight(p + 1, digits.decimals | kZeroes);
-  StoreEight(p + 1 + kFixedDecimals, kZeroes);
+  StoreEight(p + 1 + kFixedDecimals, digits.finer | kZeroes);
   StoreEight(p + 1 + kFixedDecimals + kFixedDecimals, kZeroes);
   return p + field.sizeBehind;
 }
@@ -227,8 +241,8 @@ void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField c
     return;
   }
   SK_PackedNumber const number = SK_PackedNumber::Take(value);
-  FixedDigits const digits(number.fixed);
-  if (!field.Fits(digits.integer, digits.decimals)) {
+  PackedDigits const digits(number);
+  if (!field.Fits(digits.integer, digits.decimals, digits.finer)) {
     char text[SK_WriterNumberText::kRoom];
     AppendNumber<true>(out, number.CopyTextTo(text), field.pattern, hasComma);
     return;
@@ -280,7 +294,8 @@ NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pat
   integerShift = 8 * (kMostIntegers - integers);
   sizeBehind = decimals == 0 ? 0 : 1 + decimals;
   otherIntegers = ~MaskOfLast(integers);
-  otherDecimals = decimals < kFixedDecimals ? MaskOfLast(kFixedDecimals - decimals) : 0;
+  otherDecimals = MaskOfLast(decimals < 8 ? 8 - decimals : 0);
+  otherFiner = MaskOfLast(decimals < 8 ? 8 : decimals < 16 ? 16 - decimals : 0);
 }
 
 StringField::StringField(ns_sensor::SK_StringProperties const& stringProperties)
@@ -311,8 +326,8 @@ std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& du
     if (!SK_PackedNumber::Read(value, number)) {
       return false;
     }
-    FixedDigits const digits(number.fixed);
-    if (!place.Fits(digits.integer, digits.decimals)) {
+    PackedDigits const digits(number);
+    if (!place.Fits(digits.integer, digits.decimals, digits.finer)) {
       return false;
     }
     p = PutPadded(frame.Put(p, window), digits, number.isNegative, place);
