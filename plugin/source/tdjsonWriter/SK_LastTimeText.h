@@ -44,9 +44,8 @@ struct SK_LastTimeText {
   std::size_t clockAt;                 // where the hours stand
   std::size_t restAt;                  // where stands what is behind the second
   SK_TimeWindow window;                // of the text
+  SK_WaitingTime whole;                // the text with its window, as streams take it
   char text[SK_TimeWindow::kLongest];  // with zeroes behind it
-
-  SK_WaitingTime View() const { return {std::string_view(text, form.length), &window}; }
 
   /// Of the thread, so that streams share it although nothing is locked.
   static SK_LastTimeText& Get() {

@@ -72,6 +72,7 @@ bool ReplaceRest(SK_LastTimeText<Time>& last, int value) {
   }
   if (value < 0 || rest != 0) {
     last.form = SK_TimeForm();
+    last.whole = SK_WaitingTime();
     return false;
   }
   return true;
@@ -104,20 +105,20 @@ unsigned DigitsOf(TdjsonRootImpl const& root) {
 SK_SampleTimeText::SK_SampleTimeText(TdjsonRootImpl const& root)
     : mTimeCodeUsed(root.IsTimeCodeUsed()), mForm{root.GetTimeLength(), static_cast<std::uint16_t>(DigitsOf(root))} {}
 
-SK_WaitingTime SK_SampleTimeText::MakeNew(SK_DateTimeSMPTE const& time) {
+SK_WaitingTime const& SK_SampleTimeText::MakeNew(SK_DateTimeSMPTE const& time) {
   SK_LastTimeText<SK_DateTimeSMPTE>& last = SK_LastTimeText<SK_DateTimeSMPTE>::Get();
   if (MakeFromLast(last, time, mForm)) {
-    return last.View();
+    return last.whole;
   }
   mText.clear();
   serializeTimeSMPTE(mText, time.hours, time.minutes, time.seconds, time.frames, mForm.digits);
   return Keep(time, 0, kLengthBeforeFrames);
 }
 
-SK_WaitingTime SK_SampleTimeText::MakeNew(SK_DateTimeUTC const& time) {
+SK_WaitingTime const& SK_SampleTimeText::MakeNew(SK_DateTimeUTC const& time) {
   SK_LastTimeText<SK_DateTimeUTC>& last = SK_LastTimeText<SK_DateTimeUTC>::Get();
   if (MakeFromLast(last, time, mForm)) {
-    return last.View();
+    return last.whole;
   }
   mText.clear();
   serializeTimeUTC(mText, time.year, time.month, time.day, time.hour, time.minute, time.second, time.offsetSign,
@@ -127,12 +128,12 @@ SK_WaitingTime SK_SampleTimeText::MakeNew(SK_DateTimeUTC const& time) {
 
 // `mText` is the text of the time.
 template <typename Time>
-SK_WaitingTime SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, std::size_t restAt) {
+SK_WaitingTime const& SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, std::size_t restAt) {
   if (mText.size() != mForm.length) {
-    return {};
+    return mWhole = {};
   }
   if (!SK_TimeWindow::AreFor(mText.size())) {
-    return {mText};
+    return mWhole = {mText};
   }
   SK_LastTimeText<Time>& last = SK_LastTimeText<Time>::Get();
   last.time = time;
@@ -143,7 +144,8 @@ SK_WaitingTime SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, st
   std::memset(last.text, 0, sizeof(last.text));
   std::memcpy(last.text, mText.data(), mText.size());
   last.window.Set(last.text, mText.size());
-  return last.View();
+  last.whole = {std::string_view(last.text, mText.size()), &last.window};
+  return last.whole;
 }
 
 }  // namespace SK_PLUGIN

@@ -28,18 +28,19 @@ class SK_SampleTimeText {
   /// The text of a time of the file's kind, good until the thread makes the next one. Empty for one that does not come
   /// out at the file's length.
   template <typename Time>
-  SK_WaitingTime Make(Time const& time) {
+  SK_WaitingTime const& Make(Time const& time) {
     SK_LastTimeText<Time> const& last = SK_LastTimeText<Time>::Get();
-    return (mForm.DifferencesTo(last.form) | DifferencesOf(time, last.time)) == 0 ? last.View() : MakeNew(Time(time));
+    return (mForm.DifferencesTo(last.form) | DifferencesOf(time, last.time)) == 0 ? last.whole : MakeNew(Time(time));
   }
 
  private:
-  SK_WaitingTime MakeNew(ns_sensor::SK_DateTimeSMPTE const& time);
-  SK_WaitingTime MakeNew(ns_sensor::SK_DateTimeUTC const& time);
+  SK_WaitingTime const& MakeNew(ns_sensor::SK_DateTimeSMPTE const& time);
+  SK_WaitingTime const& MakeNew(ns_sensor::SK_DateTimeUTC const& time);
   template <typename Time>
-  SK_WaitingTime Keep(Time const& time, std::size_t clockAt, std::size_t restAt);
+  SK_WaitingTime const& Keep(Time const& time, std::size_t clockAt, std::size_t restAt);
 
-  std::string mText;  // kept for its memory
+  std::string mText;      // kept for its memory
+  SK_WaitingTime mWhole;  // that text, of a length that has no window
   bool mTimeCodeUsed;
   SK_TimeForm mForm;
 };

@@ -59,7 +59,7 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
   }
   /// The text of such a time; empty for one that is not of the file's length.
   template <typename Time>
-  SK_WaitingTime TimeText(Time const& time) {
+  SK_WaitingTime const& TimeText(Time const& time) {
     return mTimeText.Make(time);
   }
   /// Hands the fields of a time to the one of two that takes its kind. `SK_Exception` 2009 for a kind that

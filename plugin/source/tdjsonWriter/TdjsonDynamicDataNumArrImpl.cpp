@@ -150,7 +150,7 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   if (!IsOpenFor(time) || mElements.size() != mNumberArrayProperties.arraySize) {
     return false;
   }
-  SK_WaitingTime const timeText = TimeText(time);
+  SK_WaitingTime const& timeText = TimeText(time);
   if (timeText.text.empty()) {
     return false;
   }

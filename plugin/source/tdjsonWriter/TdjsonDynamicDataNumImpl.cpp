@@ -105,7 +105,7 @@ bool TdjsonDynamicDataNumImpl::TakeSample(Time const& time, double value) {
   if (!IsOpenFor(time)) {
     return false;
   }
-  SK_WaitingTime const timeText = TimeText(time);
+  SK_WaitingTime const& timeText = TimeText(time);
   if (timeText.text.empty()) {
     return false;
   }

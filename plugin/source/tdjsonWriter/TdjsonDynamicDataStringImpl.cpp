@@ -77,7 +77,7 @@ bool TdjsonDynamicDataStringImpl::TakeSample(Time const& time, char const* value
     return false;
   }
   std::string_view const text = EscapeInto(RequireText(value), mEscapedValue);
-  SK_WaitingTime const timeText = TimeText(time);
+  SK_WaitingTime const& timeText = TimeText(time);
   if (timeText.text.empty()) {
     return false;
   }
