@@ -45,6 +45,7 @@ set(SENMARK_SOURCES
     plugin/source/tdjsonWriter/SK_PackedNumber.cpp
     plugin/source/tdjsonWriter/SK_SampleTimeText.cpp
     plugin/source/tdjsonWriter/SK_StaticRecords.cpp
+    plugin/source/tdjsonWriter/SK_TimeWindow.cpp
     plugin/source/tdjsonWriter/SK_WriterFailure.cpp
     plugin/source/tdjsonWriter/SK_WriterNumberText.cpp
     plugin/source/tdjsonWriter/Serializer.cpp

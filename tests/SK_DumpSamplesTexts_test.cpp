@@ -19,6 +19,7 @@
 #include "SK_DumpSamplesUtils.h"
 #include "SK_PluginException.h"
 #include "TempFolder.h"
+#include "WaitingTime.h"
 
 namespace SK_PLUGIN {
 namespace {
@@ -43,8 +44,7 @@ constexpr std::size_t kLong = 65536;
 
 /// As nodes do.
 void Write(SK_DumpSamplesUtils& dump, Sample const& sample) {
-  char time[2 * SK_TimeWindow::kPadded] = {};
-  dump.WriteText(std::string_view(time, sample.first.copy(time, sizeof(time))), sample.second);
+  dump.WriteText(senmark_test::WaitingTime(sample.first), sample.second);
 }
 
 std::unique_ptr<SK_DumpSamplesUtils> NewDump(std::size_t timeLength, eTimes times = eTimes::kShortenedUntilLong) {
@@ -82,7 +82,7 @@ class DumpSamplesTexts : public testing::Test {
     for (int i = 0; i != 8; ++i) {
       mOthers.push_back(NewDump(8, eTimes::kWhole));
       for (std::size_t size = 0; size != kLimit; size += 1024) {
-        mOthers.back()->WriteSample("00:00:00", std::string(1024 - 8 - kLengthBytes, 'o'));
+        mOthers.back()->WriteSample({"00:00:00"}, std::string(1024 - 8 - kLengthBytes, 'o'));
       }
     }
   }
@@ -225,10 +225,10 @@ TEST_F(DumpSamplesTexts, LimitCountsAnewBehindAnEarlySpillOfWholeRecords) {
   EXPECT_EQ(inBuffer - 1, kLimit / record);
 }
 
-// The window of a time and its place, instead of all of it.
+// A base, and then windows with their places.
 TEST_F(DumpSamplesTexts, RecordsHoldWhatIsNewInTheirTimes) {
   mDump = NewDump(20);
-  std::size_t bytes = 1 + 20 + kLengthBytes + 9;
+  std::size_t bytes = 1 + 20 + 1 + 4 + kLengthBytes + 9;
   std::string time(20, '0');
   for (std::size_t count = 0; TempFile().empty(); ++count) {
     time.back() = static_cast<char>('0' + count % 10);
@@ -245,7 +245,7 @@ TEST_F(DumpSamplesTexts, RecordsAreWholeFromTheLongTextOn) {
   Write(*mDump, sample);
   Write(*mDump, sample);
   Write(*mDump, {sample.first, std::string(kLong, 'x')});
-  std::size_t bytes = 2 + 1 + 20 + 1 + 4 + 2 * (kLengthBytes + 9) + 20 + kLengthBytes + kLong - 1;
+  std::size_t bytes = 1 + 20 + 2 * (1 + 4) + 2 * (kLengthBytes + 9) + 1 + 20 + kLengthBytes + kLong;
   while (TempFile().empty()) {
     Write(*mDump, sample);
     bytes += 20 + kLengthBytes + 9;

@@ -29,6 +29,7 @@
 #include "SK_FileIO.h"
 #include "SK_PluginException.h"
 #include "TempFolder.h"
+#include "WaitingTime.h"
 
 namespace {
 
@@ -142,7 +143,7 @@ Sample SampleOfSize(std::size_t i, std::size_t size = kRecord) {
 
 /// As nodes do.
 void Write(SK_DumpSamplesUtils& dump, Sample const& sample) {
-  dump.WriteSample(sample.first, sample.second);
+  dump.WriteSample({sample.first}, sample.second);
 }
 
 /// Writes samples until their records have `bytes` bytes.
@@ -243,7 +244,7 @@ TEST_F(DumpSamplesUtils, EachKindHasItsText) {
   mDump->WriteSampleNumArr("00:00:04", {});
   mDump->WriteSampleString("00:00:05", std::string("a,b\0\"", 5));
   mDump->WriteSampleString("00:00:06", "");
-  mDump->WriteSample("00:00:07", "finished");
+  mDump->WriteSample({"00:00:07"}, "finished");
   EXPECT_EQ(ReadAll(*mDump), Samples({{"00:00:01", "-0.3"},
                                       {"00:00:02", "1,-2.5,9.949999999999999"},
                                       {"00:00:03", "7"},
@@ -459,14 +460,14 @@ TEST_F(DumpSamplesUtils, ManySamplesTakeFewAllocations) {
   EXPECT_EQ(SizeOfTempFile(), 20 * (kLimit / kBytes * kBytes));
 }
 
-// Times that have no window take a byte more than they are counted with: what they take beyond the limit in memory is
-// not moved for each of them.
-TEST_F(DumpSamplesUtils, TextsWithoutWindowsTakeFewAllocations) {
+// Times that are bases take a window more than they are counted with: what they take beyond the limit in memory is not
+// moved for each of them.
+TEST_F(DumpSamplesUtils, TextsWithBasesTakeFewAllocations) {
   std::size_t const before = gAllocations;
   mDump->SetTimeLength(8, SK_DumpSamplesUtils::eTimes::kShortenedUntilLong);
-  char times[2][2 * SK_TimeWindow::kPadded] = {"00000000", "11111111"};
+  std::string const times[] = {"00000000", "11111111"};
   for (std::size_t i = 0; i != kLimit / (8 + kLengthBytes + 1); ++i) {
-    mDump->WriteText(std::string_view(times[i % 2], 8), "x");
+    mDump->WriteText(senmark_test::WaitingTime(times[i % 2]), "x");
   }
   EXPECT_EQ(TempFiles(), 0u);
   EXPECT_LT(gAllocations - before, 30u);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -11,14 +12,12 @@
 
 #include "NumberKinds.h"
 #include "NumberTexts.h"
-#include "SK_FixedNumber.h"
 #include "SK_NumberPropertyRules.h"
 
 namespace SK_PLUGIN {
 namespace {
 
 using ns_sensor::SK_NumberPattern;
-using senmark_test::BitsOf;
 using senmark_test::NumberKind;
 using senmark_test::Pattern;
 using senmark_test::Random;
@@ -94,6 +93,17 @@ void ExpectWidened(double value, std::string const& text, SK_NumberPattern const
       << text << " from " << TextOf(start) << (automatic ? " automatic" : " stated");
 }
 
+/// By the text of the number.
+bool IsToBePacked(double value, std::string const& text) {
+  double const magnitude = std::fabs(value);
+  if (text.find_first_not_of("-.0123456789") != std::string::npos || magnitude >= 8388608) {
+    return false;
+  }
+  std::size_t const point = std::min(text.find('.'), text.size() - 1);
+  std::size_t const decimals = text.size() - point - 1;
+  return decimals <= 8 || (decimals <= 15 && magnitude < 1000);
+}
+
 class PackedNumberOf : public testing::TestWithParam<NumberKind> {};
 
 TEST_P(PackedNumberOf, HasTheTextOfTheNumberAndWidensThePatternLikeIt) {
@@ -104,12 +114,11 @@ TEST_P(PackedNumberOf, HasTheTextOfTheNumberAndWidensThePatternLikeIt) {
     std::string const expected = stream.Of(value);
     std::string const packed = Pack(value);
     std::string_view bytes = packed;
-    std::uint64_t fixed = 0;
-    ASSERT_EQ(SK_PackedNumber::Begins(bytes), ToFixed(BitsOf(std::fabs(value)), fixed)) << expected;
+    ASSERT_EQ(SK_PackedNumber::Begins(bytes), IsToBePacked(value, expected)) << expected;
     ASSERT_EQ(TakeText(bytes), expected);
     ASSERT_EQ(bytes, "");
     ASSERT_EQ(expected, SK_WriterNumberText(value).View());
-    SK_NumberPattern const start = Pattern(random() % 10, random() % 11, random() % 2 != 0);
+    SK_NumberPattern const start = Pattern(random() % 10, random() % 18, random() % 2 != 0);
     ExpectWidened(value, expected, start, i % 4 < 2);
     if (HasFatalFailure()) {
       return;
@@ -141,11 +150,24 @@ Row const kRows[] = {
     {"One", 1, "1", 5, true},
     {"MinusOne", -1, "-1", 5, true},
     {"EightDecimals", 0.12345678, "0.12345678", 5, true},
-    {"NineDecimals", 0.123456789, "0.123456789", 11, false},
-    {"NineDecimalsNegative", -0.123456789, "-0.123456789", 12, false},
+    {"NineDecimals", 0.123456789, "0.123456789", 7, true},
+    {"NineDecimalsNegative", -0.123456789, "-0.123456789", 7, true},
+    {"FifteenDecimals", 0.100000000000001, "0.100000000000001", 7, true},
+    {"SixteenDecimals", 0.1000000000000001, "0.1000000000000001", 18, false},
+    {"SmallestOfNineDecimals", 0.000100001, "0.000100001", 6, true},
+    {"SmallestOfFifteenDecimals", 0.000100000000001, "0.000100000000001", 6, true},
+    {"SixteenDecimalsBehindZeroes", 0.0001000000000001, "0.0001000000000001", 18, false},
+    {"LargestOfNineDecimals", 999.999999999, "999.999999999", 9, true},
+    {"FirstOfNineDecimalsBeyond", 1000.000000001, "1000.000000001", 14, false},
+    {"AllOfSixteenDigits", 999.9999999999999, "999.9999999999999", 9, true},
+    {"FirstFineOfSixBytes", 0.001099511627776, "0.001099511627776", 7, true},
+    {"LargestFineOfFiveBytes", 0.001099511627775, "0.001099511627775", 6, true},
+    {"FirstFineOfEightBytes", 72.05759403792794, "72.05759403792794", 9, true},
+    {"LargestFineOfSevenBytes", 72.05759403792793, "72.05759403792793", 8, true},
     {"Smallest", 0.0001, "0.0001", 5, true},
     {"SmallestOfAllDecimals", 0.00010001, "0.00010001", 5, true},
     {"BelowSmallest", 0.00009999, "9.999e-05", 9, false},
+    {"BelowSmallestInItsBinade", 6.72147749e-05, "6.72147749e-05", 14, false},
     {"LargestOfFourBytes", 42.94967295, "42.94967295", 5, true},
     {"FirstOfFiveBytes", 42.94967296, "42.94967296", 6, true},
     {"LargestOfFiveBytes", 10995.11627775, "10995.11627775", 6, true},
@@ -161,8 +183,9 @@ Row const kRows[] = {
     {"Exponent", 1e21, "1e+21", 5, false},
     {"ExponentBehindAPoint", -1.5e20, "-1.5e+2", 7, false},
     {"SmallExponent", 1.25e-5, "1.25e-05", 8, false},
-    {"NotTheShortestText", 9.95, "9.949999999999999", 17, false},
-    {"NegativeOfManyDigits", -0.1 - 1e-12, "-0.100000000001", 15, false},
+    {"NotTheShortestText", 9.95, "9.949999999999999", 8, true},
+    {"NotTheShortestTextOfTwoDigits", -99.9, "-99.90000000000001", 9, true},
+    {"NegativeOfManyDigits", -0.1 - 1e-12, "-0.100000000001", 7, true},
     {"Infinity", kInfinity, "inf", 3, false},
     {"NegativeInfinity", -kInfinity, "-inf", 4, false},
     {"NotANumber", kNaN, "nan", 3, false},
@@ -184,7 +207,7 @@ TEST_P(PackedNumber, WaitsAsItsRowSays) {
 
 TEST_P(PackedNumber, WidensEveryPatternLikeItsText) {
   for (std::uint64_t digitsInteger = 0; digitsInteger != 10; ++digitsInteger) {
-    for (std::uint64_t digitsDecimal = 0; digitsDecimal != 11; ++digitsDecimal) {
+    for (std::uint64_t digitsDecimal = 0; digitsDecimal != 18; ++digitsDecimal) {
       for (unsigned i = 0; i != 4; ++i) {
         SK_NumberPattern const start = Pattern(digitsInteger, digitsDecimal, i / 2 != 0);
         ASSERT_NO_FATAL_FAILURE(ExpectWidened(GetParam().value, GetParam().text, start, i % 2 != 0));
@@ -265,9 +288,9 @@ TEST(PackedNumbers, BytesOfAnIntegerAreNoCommas) {
 }
 
 TEST(PackedNumbers, EverySizeIsReadWhole) {
-  for (std::size_t size = SK_PackedNumber::kSmallest; size <= 7; ++size) {
-    for (unsigned const sign : {0U, 1U}) {
-      std::string bytes(1, static_cast<char>(0x80U | sign << 6U | size));
+  for (std::size_t size = SK_PackedNumber::kSmallest; size <= 8; ++size) {
+    for (unsigned const flags : {0U, 1U, 2U, 3U}) {
+      std::string bytes(1, static_cast<char>(0x80U | flags << 5U | size));
       std::uint64_t expected = 0;
       for (std::size_t i = 0; i != size; ++i) {
         bytes += static_cast<char>(0x91 + i * 17);
@@ -276,7 +299,8 @@ TEST(PackedNumbers, EverySizeIsReadWhole) {
       std::size_t taken = 0;
       SK_PackedNumber const number = TakeFrom(bytes + "\xFF\xFF\xFF\xFF\xFF", taken);
       EXPECT_EQ(number.fixed, expected) << size;
-      EXPECT_EQ(number.isNegative, sign != 0) << size;
+      EXPECT_EQ(number.isFine, flags % 2 != 0) << size;
+      EXPECT_EQ(number.isNegative, flags / 2 != 0) << size;
       EXPECT_EQ(taken, 1 + size);
       // With nothing behind them.
       EXPECT_EQ(TakeFrom(bytes, taken).fixed, expected) << size;
@@ -286,7 +310,7 @@ TEST(PackedNumbers, EverySizeIsReadWhole) {
 }
 
 TEST(PackedNumbers, CutAnywhereIsANumberOfZeroAndTheEnd) {
-  for (double const value : {-0.5, 43.5, 20000.5, -8388607.5}) {
+  for (double const value : {-0.5, 43.5, 20000.5, -8388607.5, -0.123456789, 97.123456789}) {
     std::string const bytes = Pack(value);
     for (std::size_t left = 1; left != bytes.size(); ++left) {
       std::size_t taken = 0;
@@ -300,16 +324,39 @@ TEST(PackedNumbers, CutAnywhereIsANumberOfZeroAndTheEnd) {
 
 TEST(PackedNumbers, SizeThatNobodyStoresIsANumberOfZeroAndTheEnd) {
   for (unsigned head = 0x80; head <= 0xFF; ++head) {
-    if ((head & 7U) >= 4) {
+    if ((head & 15U) >= 4 && (head & 15U) <= 8) {
       continue;
     }
-    std::string const bytes = static_cast<char>(head) + std::string("12345678");
+    std::string const bytes = static_cast<char>(head) + std::string("1234567890abcdef");
     std::size_t taken = 0;
     SK_PackedNumber const number = TakeFrom(bytes, taken);
     EXPECT_EQ(number.fixed, 0u) << head;
     EXPECT_FALSE(number.isNegative) << head;
     EXPECT_EQ(taken, bytes.size()) << head;
   }
+}
+
+// Whatever the first byte and the size: as it is taken, if nothing is left behind.
+TEST(PackedNumbers, AreReadIfThereIsNothingElse) {
+  std::string const behind = "\x91\xA2\xB3\xC4\xD5\xE6\xF7\x88\x99";
+  for (unsigned head = 0; head != 256; ++head) {
+    for (std::size_t size = 0; size <= behind.size(); ++size) {
+      std::string const bytes = static_cast<char>(head) + behind.substr(0, size);
+      SK_PackedNumber number;
+      bool const isOne = head >= 0x80 && (head & 15U) == size && size >= 4 && size <= 8;
+      ASSERT_EQ(SK_PackedNumber::Read(bytes, number), isOne) << head << ' ' << size;
+      std::size_t taken = 0;
+      if (isOne) {
+        SK_PackedNumber const same = TakeFrom(bytes, taken);
+        EXPECT_EQ(number.fixed, same.fixed);
+        EXPECT_EQ(number.isFine, same.isFine);
+        EXPECT_EQ(number.isNegative, same.isNegative);
+        EXPECT_EQ(taken, bytes.size());
+      }
+    }
+  }
+  SK_PackedNumber number;
+  EXPECT_FALSE(SK_PackedNumber::Read("", number));
 }
 
 TEST(PackedNumbers, TextsAndNothingAreNone) {

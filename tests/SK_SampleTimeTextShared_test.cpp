@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <iterator>
 #include <memory>
@@ -14,7 +13,7 @@
 
 #include "SK_NumberAnalysis.h"
 #include "SK_SampleTimeText.h"
-#include "SK_TimeWindow.h"
+#include "SK_TimeWindowReader.h"
 #include "SharedObjectImpl.h"
 #include "TdjsonRootImpl.h"
 
@@ -40,7 +39,7 @@ class OneFile {
     mText = std::make_unique<SK_SampleTimeText>(*mRoot);
   }
 
-  /// Whether the text of the time with these numbers is that of the file alone, with zeroes behind it.
+  /// Whether the text of the time with these numbers is that of the file alone, and its window is one of it.
   bool Agrees(int second, int rest, int zone) {
     return mFrameDigits != 0 ? AgreesOn(SK_DateTimeSMPTE{1, 2, second, rest})
                              : AgreesOn(SK_DateTimeUTC{2020, 1, 2, 3, 4, second,
@@ -54,9 +53,9 @@ class OneFile {
     if (expected.size() != mText->Length()) {
       expected.clear();
     }
-    std::string_view const text = mText->Make(time);
-    bool const agrees = text == expected && HasZeroesBehind(text);
-    EXPECT_TRUE(agrees) << text << " instead of " << expected;
+    SK_WaitingTime const made = mText->Make(time);
+    bool const agrees = made.text == expected && HasItsWindow(made);
+    EXPECT_TRUE(agrees) << made.text << " instead of " << expected;
     return agrees;
   }
   std::string Alone(SK_DateTimeSMPTE const& time) const {
@@ -70,12 +69,19 @@ class OneFile {
                      time.offsetHour, time.offsetMinute, time.fraction, mPrecision);
     return text;
   }
-  static bool HasZeroesBehind(std::string_view text) {
-    if (text.empty() || text.size() > SK_TimeWindow::kLongest) {
-      return true;
+  static bool HasItsWindow(SK_WaitingTime const& time) {
+    if (!SK_TimeWindow::AreFor(time.text.size())) {
+      return time.window == nullptr;
     }
-    return std::all_of(text.data() + text.size(), text.data() + SK_TimeWindow::kPadded,
-                       [](char character) { return character == 0; });
+    char stored[SK_TimeWindow::kRoom];
+    time.window->Put(time.window->PutBase(stored));
+    SK_TimeWindowReader reader;
+    reader.Reset(time.text.size());
+    char const* const window = reader.TakeBase(stored);
+    char read[SK_TimeWindow::kLongest];
+    reader.CopyBaseTo(read);
+    SK_TimeWindowReader::CopyWindowTo(read, window);
+    return time.text == std::string_view(read, time.text.size());
   }
 
   std::shared_ptr<TdjsonRootImpl> mRoot;

@@ -30,9 +30,9 @@ TEST_P(TimeCodeText, HasTheWidthOfTheFileOrIsEmpty) {
   SK_SampleTimeText text(*mRoot);
   EXPECT_TRUE(text.IsOfKind(row.time));
   EXPECT_FALSE(text.IsOfKind(SK_DateTimeUTC()));
-  EXPECT_EQ(text.Make(row.time), row.text);
+  EXPECT_EQ(text.Make(row.time).text, row.text);
   // Nothing of a time is left for the next one.
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}),
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}).text,
             row.rate / (row.scale == 0 ? row.rate : row.scale) > 99 ? "01:02:03:004" : "01:02:03:04");
 }
 
@@ -81,7 +81,7 @@ TEST_P(UTCText, HasTheWidthOfTheFileOrIsEmpty) {
   SK_SampleTimeText text(*mRoot);
   EXPECT_TRUE(text.IsOfKind(row.time));
   EXPECT_FALSE(text.IsOfKind(SK_DateTimeSMPTE()));
-  EXPECT_EQ(text.Make(row.time), row.text);
+  EXPECT_EQ(text.Make(row.time).text, row.text);
   EXPECT_EQ(text.Length(), 20 + (row.precision == 0 ? 0 : row.precision + 1) + (row.isGMT ? 0 : 5));
 }
 
@@ -118,8 +118,8 @@ TEST_P(TimeCodeText, IsTheSameBehindAnotherOfItsSecond) {
   for (int const frames : {0, 97, 1000, 5, -1, 99}) {
     other.frames = frames;
     text.Make(other);
-    EXPECT_EQ(text.Make(row.time), row.text) << "behind frame " << frames;
-    EXPECT_EQ(text.Make(row.time), row.text) << "behind itself";
+    EXPECT_EQ(text.Make(row.time).text, row.text) << "behind frame " << frames;
+    EXPECT_EQ(text.Make(row.time).text, row.text) << "behind itself";
   }
 }
 
@@ -131,35 +131,35 @@ TEST_P(UTCText, IsTheSameBehindAnotherOfItsSecond) {
   for (int const fraction : {0, 999, 1'000'000'000, 5, -1}) {
     other.fraction = fraction;
     text.Make(other);
-    EXPECT_EQ(text.Make(row.time), row.text) << "behind fraction " << fraction;
-    EXPECT_EQ(text.Make(row.time), row.text) << "behind itself";
+    EXPECT_EQ(text.Make(row.time).text, row.text) << "behind fraction " << fraction;
+    EXPECT_EQ(text.Make(row.time).text, row.text) << "behind itself";
   }
 }
 
 TEST_F(TimeCodeText, EveryFieldOfTheNextTimeCounts) {
   UseTimeCode();
   SK_SampleTimeText text(*mRoot);
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}), "01:02:03:04");
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 5}), "01:02:03:05");
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 4, 5}), "01:02:04:05");
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 3, 4, 5}), "01:03:04:05");
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{2, 3, 4, 5}), "02:03:04:05");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}).text, "01:02:03:04");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 5}).text, "01:02:03:05");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 4, 5}).text, "01:02:04:05");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 3, 4, 5}).text, "01:03:04:05");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{2, 3, 4, 5}).text, "02:03:04:05");
 }
 
 TEST_F(UTCText, EveryFieldOfTheNextTimeCounts) {
   UseUTC(3, false);
   SK_SampleTimeText text(*mRoot);
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 7, 8}), "2020-01-02T03:04:05.008+06:07");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 7, 9}), "2020-01-02T03:04:05.009+06:07");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 8, 9}), "2020-01-02T03:04:05.009+06:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 7, 8, 9}), "2020-01-02T03:04:05.009+07:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '-', 7, 8, 9}), "2020-01-02T03:04:05.009-07:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 6, '-', 7, 8, 9}), "2020-01-02T03:04:06.009-07:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 5, 6, '-', 7, 8, 9}), "2020-01-02T03:05:06.009-07:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 4, 5, 6, '-', 7, 8, 9}), "2020-01-02T04:05:06.009-07:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 3, 4, 5, 6, '-', 7, 8, 9}), "2020-01-03T04:05:06.009-07:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 2, 3, 4, 5, 6, '-', 7, 8, 9}), "2020-02-03T04:05:06.009-07:08");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{2021, 2, 3, 4, 5, 6, '-', 7, 8, 9}), "2021-02-03T04:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 7, 8}).text, "2020-01-02T03:04:05.008+06:07");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 7, 9}).text, "2020-01-02T03:04:05.009+06:07");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 6, 8, 9}).text, "2020-01-02T03:04:05.009+06:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '+', 7, 8, 9}).text, "2020-01-02T03:04:05.009+07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 5, '-', 7, 8, 9}).text, "2020-01-02T03:04:05.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 4, 6, '-', 7, 8, 9}).text, "2020-01-02T03:04:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 3, 5, 6, '-', 7, 8, 9}).text, "2020-01-02T03:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 2, 4, 5, 6, '-', 7, 8, 9}).text, "2020-01-02T04:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 1, 3, 4, 5, 6, '-', 7, 8, 9}).text, "2020-01-03T04:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2020, 2, 3, 4, 5, 6, '-', 7, 8, 9}).text, "2020-02-03T04:05:06.009-07:08");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{2021, 2, 3, 4, 5, 6, '-', 7, 8, 9}).text, "2021-02-03T04:05:06.009-07:08");
 }
 
 TEST_F(UTCText, KeepsTheTimeBaseThatItBeganWith) {
@@ -168,7 +168,7 @@ TEST_F(UTCText, KeepsTheTimeBaseThatItBeganWith) {
   UseUTC(3, true);
   EXPECT_EQ(text.Length(), 11);
   EXPECT_TRUE(text.IsOfKind(SK_DateTimeSMPTE()));
-  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}), "01:02:03:04");
+  EXPECT_EQ(text.Make(SK_DateTimeSMPTE{1, 2, 3, 4}).text, "01:02:03:04");
 }
 
 // The same time, which only the first file takes: for the second one its text is too short, with as many digits or with
@@ -181,8 +181,8 @@ TEST_F(UTCText, OfAnotherFileIsNotTakenForOnesOwn) {
     UseUTC(2, false);
     SK_SampleTimeText local(*mRoot);
     for (int i = 0; i != 2; ++i) {
-      EXPECT_EQ(gmt.Make(time), "2020-01-02T03:04:05." + std::string(precision - 2U, '0') + "12Z");
-      EXPECT_EQ(local.Make(time), "");
+      EXPECT_EQ(gmt.Make(time).text, "2020-01-02T03:04:05." + std::string(precision - 2U, '0') + "12Z");
+      EXPECT_EQ(local.Make(time).text, "");
     }
   }
 }
@@ -191,11 +191,11 @@ TEST_F(UTCText, OfAnotherFileIsNotTakenForOnesOwn) {
 TEST_F(UTCText, PlaceOfTheFractionIsThatOfTheLastText) {
   UseUTC(3, true);
   SK_SampleTimeText text(*mRoot);
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{-99, 1, 2, 3, 4, 5, 'Z', 0, 0, 7}), "");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{-999, 1, 2, 3, 4, 5, 'Z', 0, 0, 7}), "-999-01-02T03:04:05.007Z");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{-999, 1, 2, 3, 4, 5, 'Z', 0, 0, 8}), "-999-01-02T03:04:05.008Z");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{999, 100, 2, 3, 4, 5, 'Z', 0, 0, 7}), "999-100-02T03:04:05.007Z");
-  EXPECT_EQ(text.Make(SK_DateTimeUTC{999, 100, 2, 3, 4, 5, 'Z', 0, 0, 700}), "999-100-02T03:04:05.700Z");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{-99, 1, 2, 3, 4, 5, 'Z', 0, 0, 7}).text, "");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{-999, 1, 2, 3, 4, 5, 'Z', 0, 0, 7}).text, "-999-01-02T03:04:05.007Z");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{-999, 1, 2, 3, 4, 5, 'Z', 0, 0, 8}).text, "-999-01-02T03:04:05.008Z");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{999, 100, 2, 3, 4, 5, 'Z', 0, 0, 7}).text, "999-100-02T03:04:05.007Z");
+  EXPECT_EQ(text.Make(SK_DateTimeUTC{999, 100, 2, 3, 4, 5, 'Z', 0, 0, 700}).text, "999-100-02T03:04:05.700Z");
 }
 
 // A zone that is longer shows where the fraction stands too.
@@ -204,8 +204,8 @@ TEST_F(UTCText, FractionBehindALongYearIsReplacedWhereItStands) {
   SK_SampleTimeText text(*mRoot);
   for (int const fraction : {7, 8, 99}) {
     std::string const digits = fraction < 10 ? "0" + std::to_string(fraction) : std::to_string(fraction);
-    EXPECT_EQ(text.Make(SK_DateTimeUTC{20200, 1, 2, 3, 4, 5, 'Z', 0, 0, fraction}), "");
-    EXPECT_EQ(text.Make(SK_DateTimeUTC{202020200, 1, 2, 3, 4, 5, 'Z', 0, 0, fraction}),
+    EXPECT_EQ(text.Make(SK_DateTimeUTC{20200, 1, 2, 3, 4, 5, 'Z', 0, 0, fraction}).text, "");
+    EXPECT_EQ(text.Make(SK_DateTimeUTC{202020200, 1, 2, 3, 4, 5, 'Z', 0, 0, fraction}).text,
               "202020200-01-02T03:04:05." + digits + "Z");
   }
 }

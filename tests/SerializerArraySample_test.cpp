@@ -17,6 +17,7 @@
 #include "SK_PackedNumber.h"
 #include "SampleBuffers.h"
 #include "TempFolder.h"
+#include "WaitingTime.h"
 
 namespace SK_PLUGIN {
 namespace {
@@ -67,9 +68,7 @@ struct Sample {
 };
 
 void Put(SK_DumpSamplesUtils& dump, Sample const& sample) {
-  std::string padded = sample.time;
-  padded.resize(SK_TimeWindow::kPadded);
-  std::string_view const time = std::string_view(padded).substr(0, sample.time.size());
+  SK_WaitingTime const time = senmark_test::WaitingTime(sample.time);
   std::string value(sample.values.size() * (1 + SK_WriterNumberText::kRoom), '\0');
   SK_NumberPattern pattern;
   char* end = value.data();
@@ -231,9 +230,7 @@ TEST_F(PackedArrays, StopInFrontOfOneWithoutElements) {
         Put(mDump, {TimeOf(i), {1, 2}});
         continue;
       }
-      std::string padded = TimeOf(i);
-      padded.resize(SK_TimeWindow::kPadded);
-      mDump.WriteSample(std::string_view(padded).substr(0, 11), value);
+      mDump.WriteSample(senmark_test::WaitingTime(TimeOf(i)), value);
     }
     GrowTo(100000);
     ReadTime();

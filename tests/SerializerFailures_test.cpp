@@ -69,7 +69,7 @@ class SerializerFailures : public testing::Test {
     SK_DumpSamplesUtils dump;
     dump.SetTimeLength(2);
     for (int i = 0; i != samples; ++i) {
-      dump.WriteSample("T1", "7");
+      dump.WriteSample({"T1"}, "7");
     }
     ns_sensor::SK_NumberProperties properties;
     properties.pattern.digitsInteger = digits;
@@ -514,8 +514,8 @@ TEST_F(SerializerFailures, SetWithoutMemoryIsWholeOrGone) {
 TEST_F(SerializerFailures, SampleThatLacksMemoryBesideTheOthersGoesOutAlone) {
   SK_DumpSamplesUtils dump;
   dump.SetTimeLength(2);
-  dump.WriteSample("T1", "7");
-  dump.WriteSample("T2", "8");
+  dump.WriteSample({"T1"}, "7");
+  dump.WriteSample({"T2"}, "8");
   ns_sensor::SK_NumberProperties properties;
   properties.pattern = {130000, 0, false};
   mSerializer.serializeVersionToFile();

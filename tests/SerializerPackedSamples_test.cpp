@@ -17,6 +17,7 @@
 #include "SK_PackedNumber.h"
 #include "SerializerSample.h"
 #include "TempFolder.h"
+#include "WaitingTime.h"
 
 namespace SK_PLUGIN {
 namespace {
@@ -34,10 +35,8 @@ struct Sample {
 };
 
 void Put(SK_DumpSamplesUtils& dump, Sample const& sample) {
-  std::string padded = sample.time;
-  padded.resize(SK_TimeWindow::kPadded);
   SK_NumberPattern pattern;
-  dump.PutSample(std::string_view(padded).substr(0, sample.time.size()),
+  dump.PutSample(senmark_test::WaitingTime(sample.time),
                  [&](char* out) { return PackNumber(out, sample.value, pattern, false); });
 }
 

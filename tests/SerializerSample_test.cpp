@@ -216,12 +216,13 @@ TEST(SerializerSample, NumberFieldTakesWhatHasAPlace) {
       EXPECT_EQ(field.pattern.digitsInteger, integers);
       EXPECT_EQ(field.pattern.digitsDecimal, decimals);
       bool const isNarrow = integers >= 1 && integers <= 8 && decimals <= 24;
-      EXPECT_EQ(field.Fits(0, 0), isNarrow) << integers << ' ' << decimals;
+      EXPECT_EQ(field.Fits(0, 0, 0), isNarrow) << integers << ' ' << decimals;
       for (unsigned place = 0; place != 8; ++place) {
         // The first byte is the first of eight digits in front of the point, and of those behind it.
         std::uint64_t const digit = std::uint64_t{9} << (8 * place);
-        EXPECT_EQ(field.Fits(digit, 0), isNarrow && 8 - place <= integers) << integers << ' ' << place;
-        EXPECT_EQ(field.Fits(0, digit), isNarrow && place < decimals) << decimals << ' ' << place;
+        EXPECT_EQ(field.Fits(digit, 0, 0), isNarrow && 8 - place <= integers) << integers << ' ' << place;
+        EXPECT_EQ(field.Fits(0, digit, 0), isNarrow && place < decimals) << decimals << ' ' << place;
+        EXPECT_EQ(field.Fits(0, 0, digit), isNarrow && 8 + place < decimals) << decimals << ' ' << place;
       }
     }
   }

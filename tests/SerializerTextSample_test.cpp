@@ -13,6 +13,7 @@
 #include "DumpedSamples.h"
 #include "SampleBuffers.h"
 #include "TempFolder.h"
+#include "WaitingTime.h"
 
 namespace SK_PLUGIN {
 namespace {
@@ -131,10 +132,7 @@ class ShortTextSamples : public testing::Test {
     mDump.ClearDump();
     mDump.SetTimeLength(static_cast<unsigned short>(timeLength), SK_DumpSamplesUtils::eTimes::kShortenedUntilLong);
   }
-  void Write(Sample const& sample) {
-    char time[2 * SK_TimeWindow::kPadded] = {};
-    mDump.WriteText(std::string_view(time, sample.first.copy(time, sizeof(time))), sample.second);
-  }
+  void Write(Sample const& sample) { mDump.WriteText(senmark_test::WaitingTime(sample.first), sample.second); }
   std::uint64_t Append(SK_StringProperties const& widths, std::size_t room, std::uint64_t most) {
     return AppendShortTextSamples(mBuffer, mDump, widths, room, most);
   }

@@ -19,6 +19,7 @@
 #include "TdjsonStaticDataNumArrImpl.h"
 #include "TdjsonStaticDataNumImpl.h"
 #include "TdjsonStaticDataStringImpl.h"
+#include "WaitingTime.h"
 #include "WriterErrors.h"
 
 namespace SK_PLUGIN {
@@ -70,7 +71,7 @@ class SerializerTest : public testing::Test {
       dump.SetTimeLength(static_cast<unsigned short>(records.front().time.size()));
     }
     for (Record const& record : records) {
-      dump.WriteSample(record.time, record.value);
+      dump.WriteSample({record.time}, record.value);
     }
   }
 
@@ -398,10 +399,9 @@ TEST_F(SerializerTest, SamplesBeyondTheCountStayOut) {
     SK_NumberProperties properties;
     properties.pattern = {1, 0, false};
     for (std::uint64_t i = 0; i != 60; ++i) {
-      std::string time = "00:00:" + std::to_string(10 + i);
+      std::string const time = "00:00:" + std::to_string(10 + i);
       expected += i < count ? (i == 0 ? "" : ",") + (R"({"time":")" + time) + R"(","value":"7"})" : "";
-      time.resize(SK_TimeWindow::kPadded);
-      dump.PutSample(std::string_view(time).substr(0, 8),
+      dump.PutSample(senmark_test::WaitingTime(time),
                      [&](char* out) { return PackNumber(out, 7, properties.pattern, false); });
     }
     mSerializer.serialize_NumDynamicSamples("a", dump, count, properties);

@@ -53,6 +53,13 @@ inline NumberKind const kNumberKinds[] = {
      [](Random& random) {
        return static_cast<double>(random() % 1000000000) / PowerOfTen(static_cast<int>(random() % 12));
      }},
+    {"ManyDecimals",  // 9 to 17 of them, behind up to four digits
+     [](Random& random) {
+       double const end = PowerOfTen(9 + static_cast<int>(random() % 9));
+       double const value = std::floor(static_cast<double>(random() >> 11U) * 0x1p-53 * end) / end;
+       return random() % 2 == 0 ? value / PowerOfTen(static_cast<int>(random() % 5)) : value + double(random() % 2000);
+     }},
+    {"AroundTheSmallestWithoutExponent", [](Random& random) { return InBinades(random, -15, 3); }},
     {"Millionths", [](Random& random) { return static_cast<double>(random() % 2000000000) / 1e6; }},
     {"NeighboursOfMillionths",
      [](Random& random) {

@@ -64,7 +64,7 @@ SK_DumpSamplesUtils::~SK_DumpSamplesUtils() {
 
 void SK_DumpSamplesUtils::SetTimeLength(unsigned short length, eTimes times) {
   mTimeLength = length;
-  mTimes = length >= SK_TimeWindow::kShortest && length <= SK_TimeWindow::kLongest ? times : eTimes::kWhole;
+  mTimes = SK_TimeWindow::AreFor(length) ? times : eTimes::kWhole;
   BeginAnew();
 }
 
@@ -73,41 +73,35 @@ void SK_DumpSamplesUtils::BeginAnew() noexcept {
   mReadsShortened = mShortensTimes;
   mBufferIsShortened = mShortensTimes;
   mCountedSize = 0;
-  mLastWritten.Reset(mTimeLength);
-  mLastRead.Reset(mTimeLength);
+  mBaseID = 0;
+  mReadTimes.Reset(mTimeLength);
 }
 
 void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
-  WriteAnySample(time, SK_WriterNumberText(value).View());
+  mValueText = SK_WriterNumberText(value).View();
+  WriteAnySample({time}, mValueText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector<double> const& values) {
-  mArrayText.clear();
+  mValueText.clear();
   for (double const value : values) {
-    if (!mArrayText.empty()) {
-      mArrayText += ',';
+    if (!mValueText.empty()) {
+      mValueText += ',';
     }
-    mArrayText += SK_WriterNumberText(value).View();
+    mValueText += SK_WriterNumberText(value).View();
   }
-  WriteAnySample(time, mArrayText);
+  WriteAnySample({time}, mValueText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string const& value) {
-  WriteAnySample(time, value);
+  WriteAnySample({time}, value);
 }
 
-void SK_DumpSamplesUtils::WriteAnySample(std::string_view time, std::string_view value) {
-  std::size_t const recordLength = LongestRecord(time, value);
-  if (PassesLimit(time, value)) {
-    FlushBufferToFile();
-    mCountedSize = 0;
-    AddToBuffer(time, value, false);
-    return;
-  }
-  if (ShouldSpillEarly(recordLength)) {
-    SpillEarly();
-  }
-  AddToBuffer(time, value, true);
+void SK_DumpSamplesUtils::WriteAnySample(SK_WaitingTime const& time, std::string_view value) {
+  std::size_t const recordLength =
+      (mShortensTimes ? SK_TimeWindow::kRoom : time.text.size()) + sizeof(ValueLength) + value.size();
+  MakeRoomFor(recordLength, PassesLimit(time, value, recordLength));
+  AddToBuffer(time, value);
 }
 
 void SK_DumpSamplesUtils::ReadSample(std::string& time, std::string& value) {
@@ -170,37 +164,41 @@ void SK_DumpSamplesUtils::ClearDump() noexcept {
   }
 }
 
-// A time that is shortened may turn out to take less.
-std::size_t SK_DumpSamplesUtils::LongestRecord(std::string_view time, std::string_view value) const {
-  return (mShortensTimes ? 1 : 0) + WholeSize(time, value);
-}
-
 // What is read astray behind a long text ends where the file does, so the ends of texts in files lie where they do with
 // whole times. In front of such a text they may also lie elsewhere.
-bool SK_DumpSamplesUtils::PassesLimit(std::string_view time, std::string_view value) const {
-  if (mTimes == eTimes::kShortenedUntilLong) {
-    return mCountedSize + WholeSize(time, value) > kBufferLimit;
-  }
-  return mBufferSize + LongestRecord(time, value) > kBufferLimit;
+bool SK_DumpSamplesUtils::PassesLimit(SK_WaitingTime const& time, std::string_view value,
+                                      std::size_t recordLength) const {
+  return mTimes == eTimes::kShortenedUntilLong ? mCountedSize + WholeSize(time, value) > kBufferLimit
+                                               : mBufferSize + recordLength > kBufferLimit;
 }
 
-void SK_DumpSamplesUtils::AddToBuffer(std::string_view time, std::string_view value, bool mayFlush) {
-  try {
-    ReserveFor(LongestRecord(time, value));
-  } catch (...) {
-    if (!mayFlush) {
-      throw;
-    }
-    FlushBufferToFile();
-    AddToBuffer(time, value, false);
-    return;
-  }
+// There is room for it.
+void SK_DumpSamplesUtils::AddToBuffer(SK_WaitingTime const& time, std::string_view value) {
   mCountedSize += WholeSize(time, value);
   if (mShortensTimes && value.size() >= kLongLength) {
     mBuffer[mBufferSize++] = kWholeFollow;
     mShortensTimes = false;
   }
-  mShortensTimes ? AppendShortened(time, value) : AppendWhole(time, value);
+  mShortensTimes ? AppendShortened(*time.window, value) : AppendWhole(time.text, value);
+}
+
+// For one more record: memory, and before it has to be more than there may be, the file.
+void SK_DumpSamplesUtils::MakeRoomFor(std::size_t recordLength, bool passesLimit) {
+  if (passesLimit) {
+    FlushBufferToFile();
+    mCountedSize = 0;
+    ReserveFor(recordLength);
+    return;
+  }
+  if (ShouldSpillEarly(recordLength)) {
+    SpillEarly();
+  }
+  try {
+    ReserveFor(recordLength);
+  } catch (...) {
+    FlushBufferToFile();
+    ReserveFor(recordLength);
+  }
 }
 
 void SK_DumpSamplesUtils::FlushBufferToFile() {
@@ -223,8 +221,8 @@ void SK_DumpSamplesUtils::FlushBufferToFile() {
   if (!mShortensTimes || mBufferCapacity > kPieceSize) {
     FreeBuffer();
   }
-  // The next buffer begins with a whole time, so that it can be read also if the file lost its end.
-  mLastWritten.Reset(mTimeLength);
+  // The next buffer begins with a base, so that it can be read also if the file lost its end.
+  mBaseID = 0;
   mBufferIsShortened = mShortensTimes;
   // Before the limit is reached the count goes on as if nothing had been written, for as long as that may be.
   mCountedSize = mShortensTimes ? mCountedSize : 0;
@@ -253,7 +251,7 @@ void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
     return;
   }
   // A node with a file fills its next buffer too, most likely.
-  // Texts may pass the limit a little, each by the byte in front of its whole time, and not each of them moves all.
+  // Texts may pass the limit a little, each by what stands around its base, and not each of them moves all.
   std::size_t const spare = mTimes == eTimes::kShortenedUntilLong && size > kBufferLimit ? kPieceSize : 0;
   std::size_t const least = mHasFileData ? kSmallestEarlySpill : kFirstCapacity;
   std::size_t const capacity = CapacityFor(size + spare, least, kBufferLimit);
@@ -366,9 +364,15 @@ bool SK_DumpSamplesUtils::TakeRecord(std::string_view& time, std::string_view& v
 
 bool SK_DumpSamplesUtils::TakeAnyShortened(std::string_view& time, std::string_view& value) {
   std::size_t const left = static_cast<std::size_t>(mReadEnd - mRead);
-  std::size_t const timeSize = mLastRead.SizeOf(*mRead);
-  std::size_t const head = timeSize + sizeof(ValueLength);
-  if (timeSize > SK_TimeWindow::kRoom || left < head) {
+  // Behind the last record there may be no byte to read.
+  char stored[SK_TimeWindow::kRoom] = {};
+  std::memcpy(stored, mRead, std::min(left, sizeof(stored)));
+  char const* const window = mReadTimes.IsWindow(stored) ? stored : mReadTimes.TakeBase(stored);
+  if (window == nullptr) {
+    return false;
+  }
+  std::size_t const head = static_cast<std::size_t>(window - stored) + SK_TimeWindow::kStoredSize + sizeof(ValueLength);
+  if (left < head) {
     return false;
   }
   ValueLength valueLength = 0;
@@ -376,10 +380,7 @@ bool SK_DumpSamplesUtils::TakeAnyShortened(std::string_view& time, std::string_v
   if (left - head < valueLength) {
     return false;
   }
-  // Behind the last record there may be no byte to read.
-  char stored[SK_TimeWindow::kRoom] = {};
-  std::memcpy(stored, mRead, timeSize);
-  time = TakeTime(stored);
+  time = MakeTime(window);
   value = std::string_view(mRead + head, valueLength);
   mRead += head + valueLength;
   return true;

@@ -14,6 +14,7 @@
 
 #include "SK_EightBytes.h"
 #include "SK_TimeWindow.h"
+#include "SK_TimeWindowReader.h"
 
 namespace SK_NAMESPACE_INT {
 class SK_FileMapper;
@@ -31,9 +32,8 @@ class SK_DumpSamplesUtils {
 
   enum class eTimes : unsigned char {
     kWhole,
-    /// A record holds what is new in its time; times stand in memory of `SK_TimeWindow::kPadded` bytes. From the first
-    /// value whose length loses bits on records are whole, so that what is read behind it is what it is with whole
-    /// times.
+    /// A record holds what is new in its time, if times of this length have windows. From the first value whose length
+    /// loses bits on records are whole, so that what is read behind it is what it is with whole times.
     kShortened,
     /// The same for texts, written with `WriteText`: also the ends of files lie where they do with whole times.
     kShortenedUntilLong,
@@ -50,17 +50,17 @@ class SK_DumpSamplesUtils {
   void WriteSampleNumArr(std::string const& time, std::vector<double> const& values);
   /// A text of more than 65,535 bytes loses the high bits of its length, and the samples behind it are lost.
   void WriteSampleString(std::string const& time, std::string const& value);
-  /// One record from its finished texts; `time` has the length that was set.
-  void WriteSample(std::string_view time, std::string_view value) {
+  /// One record from its finished texts; `time` has the length that was set, and its window if that length has one.
+  void WriteSample(SK_WaitingTime const& time, std::string_view value) {
     // Where there is room the buffer is below its limit: one that is beyond it holds one record and is full.
     if (mTimes != eTimes::kWhole || mBufferCapacity - mBufferSize < WholeSize(time, value)) {
       WriteAnySample(time, value);
       return;
     }
-    AppendWhole(time, value);
+    AppendWhole(time.text, value);
   }
   /// The same of a text.
-  void WriteText(std::string_view time, std::string_view value) {
+  void WriteText(SK_WaitingTime const& time, std::string_view value) {
     std::size_t const countedSize = mCountedSize + WholeSize(time, value);
     if (!mShortensTimes || value.size() > kPutRoom || countedSize > kBufferLimit ||
         mBufferCapacity - mBufferSize < kShortenedRoom) {
@@ -68,14 +68,16 @@ class SK_DumpSamplesUtils {
       return;
     }
     mCountedSize = countedSize;
-    AppendShortened(time, value);
+    AppendShortened(*time.window, value);
   }
   /// The same of a value that `put` stores: it gets the place for it, with `kPutRoom` bytes, and gives its end there.
   template <typename Put>
-  void PutSample(std::string_view time, Put&& put) {
-    if (mShortensTimes && mBufferCapacity - mBufferSize >= kShortenedRoom) {
-      char* const start = mBuffer.get() + mBufferSize;
-      char* const value = mLastWritten.Put(start, time.data()) + sizeof(ValueLength);
+  void PutSample(SK_WaitingTime const& time, Put&& put) {
+    if (mShortensTimes) {
+      if (mBufferCapacity - mBufferSize < kShortenedRoom) {
+        MakeRoomFor(kShortenedRoom, mBufferSize + kShortenedRoom > kBufferLimit);
+      }
+      char* const value = PutTime(mBuffer.get() + mBufferSize, *time.window) + sizeof(ValueLength);
       char* const end = put(value);
       StoreLength(value, static_cast<std::size_t>(end - value));
       mBufferSize = static_cast<std::size_t>(end - mBuffer.get());
@@ -95,24 +97,26 @@ class SK_DumpSamplesUtils {
     return ReadShortSample(time, value) || TakeWhole(time, value) || ReadAnySample(time, value);
   }
   /// Reads samples behind the first one for as long as they are short, there are no more than `most`, and `use` takes
-  /// them: it gets what the time is copied from, `SK_TimeWindow const&`, and the value, good until it returns and in
-  /// memory of `kPutRoom` bytes, and gives false for a sample that it leaves. Gives the number of those that it took;
-  /// short ones may be left also then.
-  template <typename Use>
-  std::uint64_t ReadShortSamples(std::uint64_t most, Use&& use) {
+  /// them. Gives the number of those that it took; short ones may be left also then.
+  /// useBase  gets an `SK_TimeWindowReader const&`, whose base is that of the windows that follow.
+  /// use      gets the window of a time as it is stored, and the value, both good until it returns and the value in
+  ///          memory of `kPutRoom` bytes, and gives false for a sample that it leaves.
+  template <typename UseBase, typename Use>
+  std::uint64_t ReadShortSamples(std::uint64_t most, UseBase&& useBase, Use&& use) {
+    if (!mReadsShortened) {
+      return 0;
+    }
     // In variables, as whatever `use` stores could be one of the object's members.
-    SK_TimeWindow time = mLastRead;
     char const* next = mRead;
     char const* const end = mReadEnd;
     std::uint64_t count = 0;
-    for (ShortRecord record; count != most && FindShort(next, end, time, record); ++count) {
-      time.Take(next);
-      if (!use(time, record.value)) {
+    useBase(mReadTimes);
+    for (ShortRecord record; count != most && FindShort(next, end, record, useBase); ++count) {
+      if (!use(record.window, record.value)) {
         break;
       }
       next = record.end;
     }
-    mLastRead = time;
     mRead = next;
     return count;
   }
@@ -127,30 +131,46 @@ class SK_DumpSamplesUtils {
   /// For a shortened time with its length and a value with its own.
   static constexpr std::size_t kShortenedRoom = SK_TimeWindow::kRoom + sizeof(ValueLength) + kPutRoom;
 
+  /// Stores a shortened time, and gives its end.
+  char* PutTime(char* out, SK_TimeWindow const& time) {
+    if (time.BaseID() != mBaseID) {
+      out = time.PutBase(out);
+      mBaseID = time.BaseID();
+    }
+    return time.Put(out);
+  }
+
   static void StoreLength(char* value, std::size_t length) {
     auto const stored = static_cast<ValueLength>(length);
     std::memcpy(value - sizeof(stored), &stored, sizeof(stored));
   }
 
-  static std::size_t WholeSize(std::string_view time, std::string_view value) {
-    return time.size() + sizeof(ValueLength) + value.size();
+  static std::size_t WholeSize(SK_WaitingTime const& time, std::string_view value) {
+    return time.text.size() + sizeof(ValueLength) + value.size();
   }
 
   struct ShortRecord {
+    char const* window;
     std::string_view value;
     char const* end;
   };
-  /// A record with a shortened time and a short value that is none of the last in its buffer or file.
-  bool FindShort(char const* next, char const* end, SK_TimeWindow const& lastTime, ShortRecord& record) const {
-    if (!mReadsShortened || static_cast<std::size_t>(end - next) < kShortenedRoom) {
+  /// A record with a shortened time and a short value that is none of the last in its buffer or file. Takes a base that
+  /// it begins with; taken again, that is the same.
+  template <typename UseBase>
+  bool FindShort(char const* next, char const* end, ShortRecord& record, UseBase&& useBase) {
+    if (static_cast<std::size_t>(end - next) < kShortenedRoom) {
       return false;
     }
-    std::size_t const timeSize = lastTime.SizeOf(*next);
-    if (timeSize > SK_TimeWindow::kRoom) {
-      return false;
+    record.window = next;
+    if (!mReadTimes.IsWindow(next)) {
+      record.window = mReadTimes.TakeBase(next);
+      if (record.window == nullptr) {
+        return false;
+      }
+      useBase(mReadTimes);
     }
     ValueLength length = 0;
-    char const* const value = next + timeSize + sizeof(length);
+    char const* const value = record.window + SK_TimeWindow::kStoredSize + sizeof(length);
     std::memcpy(&length, value - sizeof(length), sizeof(length));
     record.value = std::string_view(value, length);
     record.end = value + length;
@@ -158,17 +178,19 @@ class SK_DumpSamplesUtils {
   }
   bool ReadShortSample(std::string_view& time, std::string_view& value) {
     ShortRecord record;
-    if (!FindShort(mRead, mReadEnd, mLastRead, record)) {
+    if (!mReadsShortened || !FindShort(mRead, mReadEnd, record, [](SK_TimeWindowReader const&) {})) {
       return false;
     }
-    time = TakeTime(mRead);
+    time = MakeTime(record.window);
     value = record.value;
     mRead = record.end;
     return true;
   }
-  std::string_view TakeTime(char const* stored) {
-    mLastRead.Take(stored);
-    return std::string_view(mTimeText, static_cast<std::size_t>(mLastRead.CopyTo(mTimeText) - mTimeText));
+  /// Good until the next one is made.
+  std::string_view MakeTime(char const* window) {
+    mReadTimes.CopyBaseTo(mTimeText);
+    SK_TimeWindowReader::CopyWindowTo(mTimeText, window);
+    return std::string_view(mTimeText, mTimeLength);
   }
   /// A record with a whole time, if that is the next one and all of it is there.
   bool TakeWhole(std::string_view& time, std::string_view& value) {
@@ -198,19 +220,19 @@ class SK_DumpSamplesUtils {
   }
 
   /// One with a shortened time, for which there is room.
-  void AppendShortened(std::string_view time, std::string_view value) {
-    char* const start = mLastWritten.Put(mBuffer.get() + mBufferSize, time.data()) + sizeof(ValueLength);
+  void AppendShortened(SK_TimeWindow const& time, std::string_view value) {
+    char* const start = PutTime(mBuffer.get() + mBufferSize, time) + sizeof(ValueLength);
     StoreLength(start, value.size());
     mBufferSize = static_cast<std::size_t>(SK_NAMESPACE_INT::CopyShortText(start, value) - mBuffer.get());
     mHasBufferData = true;
   }
 
   void BeginAnew() noexcept;
-  void WriteAnySample(std::string_view time, std::string_view value);
+  void WriteAnySample(SK_WaitingTime const& time, std::string_view value);
   bool ReadAnySample(std::string_view& time, std::string_view& value);
-  std::size_t LongestRecord(std::string_view time, std::string_view value) const;
-  bool PassesLimit(std::string_view time, std::string_view value) const;
-  void AddToBuffer(std::string_view time, std::string_view value, bool mayFlush);
+  bool PassesLimit(SK_WaitingTime const& time, std::string_view value, std::size_t recordLength) const;
+  void AddToBuffer(SK_WaitingTime const& time, std::string_view value);
+  void MakeRoomFor(std::size_t recordLength, bool passesLimit);
   void FlushBufferToFile();
   void ExecBeforeRead();
 
@@ -236,8 +258,8 @@ class SK_DumpSamplesUtils {
   bool mReadsShortened = false;     // the same of reading
   bool mBufferIsShortened = false;  // the same of what the buffer begins with
   std::size_t mCountedSize = 0;     // of texts, with whole times, since the limit was reached
-  SK_TimeWindow mLastWritten;
-  SK_TimeWindow mLastRead;
+  std::uint64_t mBaseID = 0;        // of the time that was written last; 0: none
+  SK_TimeWindowReader mReadTimes;
   char mTimeText[SK_TimeWindow::kLongest];  // that was read last, of shortened ones
   bool mHasFileData = false;
   bool mHasBufferData = false;
@@ -251,7 +273,7 @@ class SK_DumpSamplesUtils {
   char const* mReadEnd = nullptr;
   bool mReadsBuffer = false;
   bool mReadDone = false;
-  std::string mArrayText;  // of the sample being written; kept for its memory
+  std::string mValueText;  // of the sample being written; kept for its memory
 };
 
 }  // namespace SK_PLUGIN

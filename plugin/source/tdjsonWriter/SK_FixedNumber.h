@@ -16,28 +16,46 @@ namespace detail {
 inline constexpr int kFirstFixedBinade = -14;  // has the first numbers whose text has no exponent
 inline constexpr int kLastFixedBinade = 22;    // so that the integers have fifteen digits at most
 inline constexpr int kLeastFixedExponent = -4;
-inline constexpr int kFixedExponents = 11;
 
-// A fraction of a double times this has in its higher 64 bits the integer part of 10^8 times the number, and what is
-// behind it in its lower ones. Exact, for 10^8 is a multiple of 4.
-constexpr std::uint64_t FixedFactor(int binade) {
-  return std::uint64_t{25000000} << static_cast<unsigned>(binade + 64 - kFractionBits + 2);
-}
+/// What there is to know of the numbers with one binary exponent.
+struct FixedBinade {
+  /// A fraction of a double times this has in its higher 64 bits the integer part of 10^8 times the number, and what is
+  /// behind it in its lower ones. Exact, for 10^8 is a multiple of 4.
+  std::uint64_t factor;
+  /// Fractions from this on have the higher one of two decimal exponents.
+  std::uint64_t limit;
+  /// For each of these. A number's sixteen digits are those of an integer, and zeroes, if the number lies nearer to it
+  /// than half a unit of the sixteenth digit. That is this, in 2^-64; cut off, so that what is just as far away is not
+  /// taken. 0 for numbers whose text has an exponent.
+  std::array<std::uint64_t, 2> reaches;
+};
 
-// A number's sixteen digits are those of an integer, and zeroes, if the number lies nearer to it than half a unit of
-// the sixteenth digit. That is this, for numbers with each decimal exponent, in 2^-64; cut off, so that what is just
-// as far away is not taken.
-constexpr std::array<std::uint64_t, kFixedExponents> MakeReaches() {
-  std::array<std::uint64_t, kFixedExponents> reaches = {};
-  std::uint64_t power = 1;
-  for (int i = kFixedExponents; i-- != 0;) {
-    power *= 10;
-    reaches[static_cast<std::size_t>(i)] = kSignBit / power;
+constexpr std::uint64_t ReachOf(int exponent) {
+  if (exponent < kLeastFixedExponent) {
+    return 0;
   }
-  return reaches;
+  std::uint64_t power = 1;
+  for (int i = exponent; i != 7; ++i) {
+    power *= 10;
+  }
+  return kSignBit / power;
 }
 
-inline constexpr std::array<std::uint64_t, kFixedExponents> kReaches = MakeReaches();
+constexpr std::array<FixedBinade, kLastFixedBinade - kFirstFixedBinade + 1> MakeFixedBinades() {
+  std::array<FixedBinade, kLastFixedBinade - kFirstFixedBinade + 1> rows = {};
+  int binade = kFirstFixedBinade;
+  for (FixedBinade& row : rows) {
+    Binade const& decimal = kBinadeTable[static_cast<std::size_t>(binade - kFirstBinade)];
+    constexpr unsigned kShift = 63 - kFractionBits;
+    row.factor = std::uint64_t{25000000} << static_cast<unsigned>(binade + 64 - kFractionBits + 2);
+    row.limit = (decimal.limit >> kShift) + (decimal.limit % (1U << kShift) != 0 ? 1 : 0);
+    row.reaches = {ReachOf(decimal.exponent), ReachOf(decimal.exponent + 1)};
+    ++binade;
+  }
+  return rows;
+}
+
+inline constexpr std::array<FixedBinade, kLastFixedBinade - kFirstFixedBinade + 1> kFixedBinades = MakeFixedBinades();
 
 }  // namespace detail
 
@@ -46,22 +64,22 @@ inline constexpr std::array<std::uint64_t, kFixedExponents> kReaches = MakeReach
 /// numbers so small or so large that their text is best made in another way. Here, because it is done for every number
 /// of every sample.
 inline bool ToFixed(std::uint64_t bits, std::uint64_t& fixed) {
-  int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
-  if (binade < detail::kFirstFixedBinade || binade > detail::kLastFixedBinade) {
+  constexpr std::uint64_t kHiddenBit = std::uint64_t{1} << static_cast<unsigned>(kFractionBits);
+  // One that is too small wraps around.
+  std::uint64_t const place = (bits >> kFractionBits) - (kExponentBias + detail::kFirstFixedBinade);
+  if (place >= detail::kFixedBinades.size()) {
     fixed = 0;
     return bits == 0;
   }
-  std::uint64_t const mantissa = (bits << (63 - kFractionBits)) | kSignBit;
-  int const exponent = DecimalExponentOf(mantissa, binade);
-  if (exponent < detail::kLeastFixedExponent) {
-    return false;
-  }
-  Uint128 const product = Uint128{mantissa >> (63 - kFractionBits)} * detail::FixedFactor(binade);
+  detail::FixedBinade const& row = detail::kFixedBinades[place];
+  std::uint64_t const fraction = (bits & (kHiddenBit - 1)) | kHiddenBit;
+  Uint128 const product = Uint128{fraction} * row.factor;
   std::uint64_t const behind = static_cast<std::uint64_t>(product);
   std::uint64_t const isAbove = behind >> 63U;
   fixed = static_cast<std::uint64_t>(product >> 64U) + isAbove;
-  std::uint64_t const distance = isAbove != 0 ? 0 - behind : behind;
-  return distance < detail::kReaches[static_cast<std::size_t>(exponent - detail::kLeastFixedExponent)];
+  // Turned about if it lies above.
+  std::uint64_t const distance = (behind ^ (0 - isAbove)) + isAbove;
+  return distance < row.reaches[fraction >= row.limit ? 1 : 0];
 }
 
 }  // namespace SK_PLUGIN

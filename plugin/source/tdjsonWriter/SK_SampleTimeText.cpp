@@ -14,6 +14,9 @@ using ns_sensor::SK_DateTimeUTC;
 
 namespace {
 
+/// Hours, minutes and seconds with two digits each, and the colon behind each.
+constexpr unsigned kLengthBeforeFrames = 9;
+
 // What stands behind the second: frames, or a fraction.
 int RestOf(SK_DateTimeSMPTE const& time) {
   return time.frames;
@@ -63,79 +66,86 @@ template <typename Time>
 bool ReplaceRest(SK_LastTimeText<Time>& last, int value) {
   unsigned rest = static_cast<unsigned>(value);
   char* const first = last.text + last.restAt;
-  for (char* digit = first + last.digits; digit != first;) {
+  for (char* digit = first + last.form.digits; digit != first;) {
     *--digit = static_cast<char>('0' + rest % 10);
     rest /= 10;
   }
   if (value < 0 || rest != 0) {
-    last.length = 0;
+    last.form = SK_TimeForm();
+    last.whole = SK_WaitingTime();
     return false;
   }
   return true;
 }
 
-// Makes the text of a time of the same day of the last one. Empty if that cannot be.
+// Makes the text of a time of the same day of the last one. False if that cannot be.
 template <typename Time>
-std::string_view TextFromLast(Time const& time, unsigned short length, unsigned short digits) {
-  SK_LastTimeText<Time>& last = SK_LastTimeText<Time>::Get();
-  if (last.length != length || last.digits != digits || length == 0 || !AreOnOneDay(time, last.time)) {
-    return std::string_view();
+bool MakeFromLast(SK_LastTimeText<Time>& last, Time const& time, SK_TimeForm const& form) {
+  if (form.DifferencesTo(last.form) != 0 || form.length == 0 || !AreOnOneDay(time, last.time)) {
+    return false;
   }
   if (!AreEqual(ClockOf(time), ClockOf(last.time)) && !ReplaceClock(last, ClockOf(time))) {
-    return std::string_view();
+    return false;
   }
-  if (digits != 0 && RestOf(time) != RestOf(last.time) && !ReplaceRest(last, RestOf(time))) {
-    return std::string_view();
+  if (form.digits != 0 && RestOf(time) != RestOf(last.time) && !ReplaceRest(last, RestOf(time))) {
+    return false;
   }
   last.time = time;
-  return last.View();
+  last.window.Set(last.text, form.length);
+  return true;
+}
+
+// Of what stands behind the second.
+unsigned DigitsOf(TdjsonRootImpl const& root) {
+  return root.IsTimeCodeUsed() ? root.GetTimeLength() - kLengthBeforeFrames : root.GetUTCPrecision();
 }
 
 }  // namespace
 
 SK_SampleTimeText::SK_SampleTimeText(TdjsonRootImpl const& root)
-    : mTimeCodeUsed(root.IsTimeCodeUsed()), mUTCPrecision(root.GetUTCPrecision()), mTimeLength(root.GetTimeLength()) {}
+    : mTimeCodeUsed(root.IsTimeCodeUsed()), mForm{root.GetTimeLength(), static_cast<std::uint16_t>(DigitsOf(root))} {}
 
-std::string_view SK_SampleTimeText::MakeNew(SK_DateTimeSMPTE const& time) {
-  std::string_view const text = TextFromLast(time, mTimeLength, DigitsOf(time));
-  if (!text.empty()) {
-    return text;
+SK_WaitingTime const& SK_SampleTimeText::MakeNew(SK_DateTimeSMPTE const& time) {
+  SK_LastTimeText<SK_DateTimeSMPTE>& last = SK_LastTimeText<SK_DateTimeSMPTE>::Get();
+  if (MakeFromLast(last, time, mForm)) {
+    return last.whole;
   }
   mText.clear();
-  serializeTimeSMPTE(mText, time.hours, time.minutes, time.seconds, time.frames, DigitsOf(time));
+  serializeTimeSMPTE(mText, time.hours, time.minutes, time.seconds, time.frames, mForm.digits);
   return Keep(time, 0, kLengthBeforeFrames);
 }
 
-std::string_view SK_SampleTimeText::MakeNew(SK_DateTimeUTC const& time) {
-  std::string_view const text = TextFromLast(time, mTimeLength, mUTCPrecision);
-  if (!text.empty()) {
-    return text;
+SK_WaitingTime const& SK_SampleTimeText::MakeNew(SK_DateTimeUTC const& time) {
+  SK_LastTimeText<SK_DateTimeUTC>& last = SK_LastTimeText<SK_DateTimeUTC>::Get();
+  if (MakeFromLast(last, time, mForm)) {
+    return last.whole;
   }
   mText.clear();
   serializeTimeUTC(mText, time.year, time.month, time.day, time.hour, time.minute, time.second, time.offsetSign,
-                   time.offsetHour, time.offsetMinute, time.fraction, mUTCPrecision);
+                   time.offsetHour, time.offsetMinute, time.fraction, mForm.digits);
   return Keep(time, mText.find('T') + 1, mText.find('.') + 1);
 }
 
 // `mText` is the text of the time.
 template <typename Time>
-std::string_view SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, std::size_t restAt) {
-  if (mText.size() != mTimeLength) {
-    return std::string_view();
+SK_WaitingTime const& SK_SampleTimeText::Keep(Time const& time, std::size_t clockAt, std::size_t restAt) {
+  if (mText.size() != mForm.length) {
+    return mWhole = {};
   }
-  if (mText.size() > SK_TimeWindow::kLongest) {
-    return mText;
+  if (!SK_TimeWindow::AreFor(mText.size())) {
+    return mWhole = {mText};
   }
   SK_LastTimeText<Time>& last = SK_LastTimeText<Time>::Get();
   last.time = time;
-  last.length = mText.size();
+  last.form = mForm;
   Clock const clock = ClockOf(time);
   last.clockAt = HaveTwoDigits(clock.hours, clock.minutes, clock.seconds) ? clockAt : SK_LastTimeText<Time>::kNoClock;
   last.restAt = restAt;
-  last.digits = DigitsOf(time);
   std::memset(last.text, 0, sizeof(last.text));
   std::memcpy(last.text, mText.data(), mText.size());
-  return last.View();
+  last.window.Set(last.text, mText.size());
+  last.whole = {std::string_view(last.text, mText.size()), &last.window};
+  return last.whole;
 }
 
 }  // namespace SK_PLUGIN

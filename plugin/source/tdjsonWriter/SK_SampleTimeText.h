@@ -19,41 +19,30 @@ class SK_SampleTimeText {
   explicit SK_SampleTimeText(TdjsonRootImpl const& root);
 
   /// In bytes.
-  unsigned short Length() const { return mTimeLength; }
+  unsigned short Length() const { return mForm.length; }
 
   /// Whether the file has times of this kind.
   bool IsOfKind(ns_sensor::SK_DateTimeSMPTE const&) const { return mTimeCodeUsed; }
   bool IsOfKind(ns_sensor::SK_DateTimeUTC const&) const { return !mTimeCodeUsed; }
 
   /// The text of a time of the file's kind, good until the thread makes the next one. Empty for one that does not come
-  /// out at the file's length. One of up to `SK_TimeWindow::kLongest` bytes stands in memory of
-  /// `SK_TimeWindow::kPadded` bytes, with zeroes behind it.
+  /// out at the file's length.
   template <typename Time>
-  std::string_view Make(Time const& time) {
+  SK_WaitingTime const& Make(Time const& time) {
     SK_LastTimeText<Time> const& last = SK_LastTimeText<Time>::Get();
-    bool const isLast = last.length == mTimeLength && last.digits == DigitsOf(time) && AreSame(time, last.time);
-    return isLast ? last.View() : MakeNew(Time(time));
+    return (mForm.DifferencesTo(last.form) | DifferencesOf(time, last.time)) == 0 ? last.whole : MakeNew(Time(time));
   }
 
  private:
-  /// Hours, minutes and seconds with two digits each, and the colon behind each.
-  static constexpr unsigned kLengthBeforeFrames = 9;
-
-  // Of what stands behind the second.
-  unsigned short DigitsOf(ns_sensor::SK_DateTimeSMPTE const& /*time*/) const {
-    return static_cast<unsigned short>(mTimeLength - kLengthBeforeFrames);
-  }
-  unsigned short DigitsOf(ns_sensor::SK_DateTimeUTC const& /*time*/) const { return mUTCPrecision; }
-
-  std::string_view MakeNew(ns_sensor::SK_DateTimeSMPTE const& time);
-  std::string_view MakeNew(ns_sensor::SK_DateTimeUTC const& time);
+  SK_WaitingTime const& MakeNew(ns_sensor::SK_DateTimeSMPTE const& time);
+  SK_WaitingTime const& MakeNew(ns_sensor::SK_DateTimeUTC const& time);
   template <typename Time>
-  std::string_view Keep(Time const& time, std::size_t clockAt, std::size_t restAt);
+  SK_WaitingTime const& Keep(Time const& time, std::size_t clockAt, std::size_t restAt);
 
-  std::string mText;  // kept for its memory
+  std::string mText;      // kept for its memory
+  SK_WaitingTime mWhole;  // that text, of a length that has no window
   bool mTimeCodeUsed;
-  unsigned short mUTCPrecision;
-  unsigned short mTimeLength;
+  SK_TimeForm mForm;
 };
 
 }  // namespace SK_PLUGIN

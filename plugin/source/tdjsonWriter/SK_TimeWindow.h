@@ -5,103 +5,57 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include <string_view>
 
 namespace SK_PLUGIN {
 
-/// One bit for each of 32 bytes that differ, the first byte lowest.
-inline std::uint32_t DifferencesByteByByte(char const* a, char const* b) {
-  std::uint32_t differences = 0;
-  for (unsigned i = 0; i != 32; ++i) {
-    differences |= (a[i] != b[i] ? 1U : 0U) << i;
-  }
-  return differences;
-}
-
-/// The same, as fast as the processor can.
-inline std::uint32_t Differences(char const* a, char const* b) {
-#if defined(__SSE2__)
-  auto const equal = [&](std::size_t at) {
-    __m128i const left = _mm_loadu_si128(reinterpret_cast<__m128i const*>(a + at));
-    __m128i const right = _mm_loadu_si128(reinterpret_cast<__m128i const*>(b + at));
-    return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(left, right)));
-  };
-  return ~(equal(0) | equal(16) << 16U);
-#else
-  return DifferencesByteByByte(a, b);
-#endif
-}
-
-/// The last whole time, in the order of writing or, in another object, in that of reading. All times have one length.
-/// The window of a time is where it differs from the last whole one; it has four characters. A time that differs in
-/// more is kept whole.
+/// The four characters of a time that make it of another one, its base, and how they are stored. Many streams have a
+/// sample at each time, so the window is made once for all of them; each needs the base only if that is not the one of
+/// its sample before.
 class SK_TimeWindow {
  public:
-  static constexpr std::size_t kSize = 4;  // bytes of a window
+  static constexpr std::size_t kSize = 4;  ///< bytes of a window
   /// The shortest and the longest times that have windows.
   static constexpr std::size_t kShortest = kSize;
   static constexpr std::size_t kLongest = 32;
-  /// How far a time that is given is read: zeroes stand behind its end.
-  static constexpr std::size_t kPadded = 2 * kLongest;
-  /// How far what is stored is read, and may change while it is stored.
-  static constexpr std::size_t kRoom = 1 + kLongest;
+  static constexpr bool AreFor(std::size_t length) { return length >= kShortest && length <= kLongest; }
 
-  /// There is no last time.
-  void Reset(std::size_t length) {
-    mLength = length;
-    mLast = static_cast<unsigned>(length - kSize);
-    std::memset(mWhole, 0, sizeof(mWhole));
+  /// Bytes that may change where a base and a window are stored, and how far what is stored is read.
+  static constexpr std::size_t kRoom = 1 + kLongest + 8;
+  static constexpr std::size_t kStoredSize = 1 + kSize;  ///< bytes of a window as it is stored: its place, and itself
+  /// Stands in front of a base, and is no place of a window.
+  static constexpr char kIsBase = '\x7F';
+
+  /// The window of a time. The base is that of the call before if it can be, else the time itself.
+  /// time   of a length that has windows, in memory of `kLongest` bytes, with zeroes behind it.
+  void Set(char const* time, std::size_t length);
+
+  /// Tells the base from all others of the process; never 0.
+  std::uint64_t BaseID() const { return mBaseID; }
+
+  // Both give the end of what they store.
+
+  char* PutBase(char* out) const {
+    *out = kIsBase;
+    std::memcpy(out + 1, mBase, kLongest);
+    return out + 1 + mLength;
   }
-
-  /// Stores what is new in a time, and gives the end of it.
-  char* Put(char* out, char const* time) {
-    std::uint32_t const differences = Differences(time, mWhole);
-    // Nowhere behind the last place of a window; that is where an equal time has its own.
-    auto const at = static_cast<unsigned>(__builtin_ctz(differences | 1U << mLast));
-    if (differences >> at >= 1U << kSize) {
-      *out = kIsWhole;
-      std::memcpy(out + 1, time, kLongest);
-      std::memcpy(mWhole, time, kLongest);
-      return out + 1 + mLength;
-    }
-    *out = static_cast<char>(at);
-    std::memcpy(out + 1, time + at, kSize);
-    return out + 1 + kSize;
-  }
-
-  /// Bytes of what begins with `first`. More than `kRoom` for what is none.
-  std::size_t SizeOf(char first) const {
-    return static_cast<unsigned char>(first) <= mLast ? 1 + kSize : first == kIsWhole ? 1 + mLength : kRoom + 1;
-  }
-
-  /// Reads what is new in a time, which has a size; `CopyTo` gives the time from then on.
-  void Take(char const* stored) {
-    std::memcpy(mWindow, stored + 1, kSize);
-    mAt = static_cast<unsigned char>(*stored);
-    if (*stored == kIsWhole) {
-      std::memcpy(mWhole, stored + 1, kLongest);
-      mAt = 0;
-    }
-  }
-
-  /// The time that was taken last, to where there is room for `kLongest` bytes, all of which may change. Gives its end.
-  char* CopyTo(char* out) const {
-    std::memcpy(out, mWhole, kLongest);
-    std::memcpy(out + mAt, mWindow, kSize);
-    return out + mLength;
+  char* Put(char* out) const {
+    std::memcpy(out, mStored, sizeof(mStored));
+    return out + kStoredSize;
   }
 
  private:
-  static constexpr char kIsWhole = '\x7F';
+  char mBase[kLongest] = {};  // with zeroes behind it
+  char mStored[8] = {};       // eight, because that is one store
+  std::size_t mLength = 0;    // 0: there is no base
+  std::uint64_t mBaseID = 0;
+};
 
-  char mWhole[kLongest] = {};  // while writing nothing but zeroes behind the end of the time
-  char mWindow[kSize] = {};
-  unsigned mAt = 0;
-  unsigned mLast = 0;  // place for a window
-  std::size_t mLength = 0;
+/// The text of a sample's time, good as long as the one who made it says.
+struct SK_WaitingTime {
+  std::string_view text;
+  SK_TimeWindow const* window = nullptr;  ///< null for a text of a length that has none
 };
 
 }  // namespace SK_PLUGIN

@@ -242,4 +242,36 @@ char* SK_WriterNumberText::WriteFixed(char* out, std::uint64_t fixed) {
   return WriteFixedNumber(out, fixed, point);
 }
 
+bool SK_WriterNumberText::ToFine(std::uint64_t bits, std::uint64_t& fine) {
+  constexpr int kMostExponent = 2;
+  constexpr std::uint64_t kPowersOfTen[] = {1, 10, 100, 1000, 10000};
+  int const binade = static_cast<int>(bits >> kFractionBits) - kExponentBias;
+  if (binade < detail::kFirstFixedBinade || binade > detail::kLastFixedBinade) {
+    return false;
+  }
+  auto const [digits, exponent] = RoundToSixteenDigits((bits << (63 - kFractionBits)) | kSignBit, binade);
+  if (exponent >= 0) {
+    fine = digits * kPowersOfTen[std::min(exponent, kMostExponent)];
+    return exponent <= kMostExponent;
+  }
+  if (exponent < detail::kLeastFixedExponent) {
+    return false;
+  }
+  std::uint64_t const power = kPowersOfTen[-exponent];
+  fine = digits / power;
+  return fine * power == digits;
+}
+
+char* SK_WriterNumberText::WriteFine(char* out, std::uint64_t fine) {
+  out = WriteInteger(out, fine / kTenToFifteen);
+  std::uint64_t const behindPoint = fine % kTenToFifteen * 10;
+  std::uint64_t const first = DigitsOfValue(static_cast<std::uint32_t>(behindPoint / kTenToEight));
+  std::uint64_t const last = DigitsOfValue(static_cast<std::uint32_t>(behindPoint % kTenToEight));
+  *out = '.';
+  StoreEight(out + 1, first | kZeroes);
+  StoreEight(out + 9, last | kZeroes);
+  // Zeroes at the end stay behind the end.
+  return out + (last != 0 ? 17 - __builtin_clzll(last) / 8 : 9 - __builtin_clzll(first) / 8);
+}
+
 }  // namespace SK_PLUGIN

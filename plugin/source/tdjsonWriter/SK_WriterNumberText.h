@@ -32,6 +32,15 @@ class SK_WriterNumberText {
   /// The same for an integer of `ToFixed`.
   static char* WriteFixed(char* out, std::uint64_t fixed);
 
+  /// Decimals of an integer of `ToFine`.
+  static constexpr unsigned kFineDecimals = 15;
+  /// The integer whose text, as one of a number with fifteen decimals, is that of a number but for zeroes at the end.
+  /// It is below 10^18. bits: of the number, a double, with the sign bit clear, that `ToFixed` has no integer for.
+  /// False if there is none.
+  static bool ToFine(std::uint64_t bits, std::uint64_t& fine);
+  /// The text for it.
+  static char* WriteFine(char* out, std::uint64_t fine);
+
   std::string_view View() const { return std::string_view(mText, mLength); }
   Digits const& Counts() const { return mDigits; }
 

@@ -21,11 +21,6 @@ namespace SK_PLUGIN {
 
 namespace {
 
-/// For samples that always come one at a time.
-std::uint64_t AppendNone(SerializerBuffer&, std::size_t, std::uint64_t) {
-  return 0;
-}
-
 /// Samples go to the file in pieces that begin and end at multiples of this, but for the first and the last: whole
 /// pages, and few enough bytes to stay in the processor's cache until the system has taken them.
 constexpr std::size_t kPieceSize = std::size_t{256} << 10;

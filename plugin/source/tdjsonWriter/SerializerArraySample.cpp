@@ -8,9 +8,11 @@ namespace SK_PLUGIN {
 
 namespace {
 
-/// An element with its quotes and a comma, and of a sample what is none: a comma, the time, brackets.
+constexpr char kBehindValue[] = "]}";
+
+/// An element with its quotes and a comma, and what stands around all of them.
 constexpr std::size_t kElementRoom = 3 + kFieldRoom;
-constexpr std::size_t kSampleRoom = 1 + TimeRoom(SK_TimeWindow::kLongest) + 3;
+constexpr std::size_t kSampleRoom = SampleFrame::kRoom + sizeof(kBehindValue) - 1;
 
 /// Bytes of a packed number with its comma, at least.
 constexpr std::size_t kSmallestElement = 2 + SK_PackedNumber::kSmallest;
@@ -20,8 +22,8 @@ constexpr std::size_t kSmallestElement = 2 + SK_PackedNumber::kSmallest;
 [[gnu::always_inline]] inline char* PutElements(char* p, std::string_view value, NumberField const& field) {
   while (SK_PackedNumber::Begins(value)) {
     SK_PackedNumber const number = SK_PackedNumber::Take(value);
-    FixedDigits const digits(number.fixed);
-    if (!field.Fits(digits.integer, digits.decimals)) {
+    PackedDigits const digits(number);
+    if (!field.Fits(digits.integer, digits.decimals, digits.finer)) {
       return nullptr;
     }
     *p = '"';
@@ -41,24 +43,25 @@ std::uint64_t AppendPackedArrays(SerializerBuffer& out, SK_DumpSamplesUtils& dum
                                  std::size_t room, std::uint64_t most) {
   // Of its own, as whatever is stored could be part of the caller's.
   NumberField const place = field;
+  SampleFrame frame("[");
   std::size_t const sizeBefore = out.Size();
   char* const start = out.Grow(room);
   char const* const end = start + room;
   char* p = start;
-  std::uint64_t const count = dump.ReadShortSamples(most, [&](SK_TimeWindow const& time, std::string_view value) {
+  auto const useBase = [&](SK_TimeWindowReader const& times) { frame.SetBase(times); };
+  auto const use = [&](char const* window, std::string_view value) {
     std::size_t const mostElements = value.size() / kSmallestElement + 1;
     if (static_cast<std::size_t>(end - p) < kSampleRoom + mostElements * kElementRoom) {
       return false;
     }
-    *p = ',';
-    char* const behindTime = time.CopyTo(CopyLiteral(p + 1, kBeforeTime));
-    char* const behind = PutElements(CopyLiteral(CopyLiteral(behindTime, kBeforeValue), "["), value, place);
+    char* const behind = PutElements(frame.Put(p, window), value, place);
     if (behind == nullptr) {
       return false;
     }
-    p = CopyLiteral(behind, "]}");
+    p = CopyLiteral(behind, kBehindValue);
     return true;
-  });
+  };
+  std::uint64_t const count = dump.ReadShortSamples(most, useBase, use);
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
   return count;
 }

@@ -1,5 +1,6 @@
 #include "SerializerSample.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -95,7 +96,8 @@ NumberField::NumberField(ns_sensor::SK_NumberPattern const& numberPattern) : pat
   integerShift = 8 * (kMostIntegers - integers);
   sizeBehind = decimals == 0 ? 0 : 1 + decimals;
   otherIntegers = ~MaskOfLast(integers);
-  otherDecimals = decimals < kFixedDecimals ? MaskOfLast(kFixedDecimals - decimals) : 0;
+  otherDecimals = MaskOfLast(decimals < 8 ? 8 - decimals : 0);
+  otherFiner = MaskOfLast(decimals < 8 ? 8 : decimals < 16 ? 16 - decimals : 0);
 }
 
 void AppendPaddedNumber(SerializerBuffer& out, std::string_view number, ns_sensor::SK_NumberPattern const& pattern) {
@@ -110,8 +112,8 @@ void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField c
     return;
   }
   SK_PackedNumber const number = SK_PackedNumber::Take(value);
-  FixedDigits const digits(number.fixed);
-  if (!field.Fits(digits.integer, digits.decimals)) {
+  PackedDigits const digits(number);
+  if (!field.Fits(digits.integer, digits.decimals, digits.finer)) {
     char text[SK_WriterNumberText::kRoom];
     AppendNumber<true>(out, number.CopyTextTo(text), field.pattern, hasComma);
     return;
@@ -129,28 +131,37 @@ void AppendElement(SerializerBuffer& out, std::string_view& value, NumberField c
 
 std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, NumberField const& field,
                                   std::size_t room, std::uint64_t most) {
-  constexpr std::size_t kLargest = 1 + TimeRoom(SK_TimeWindow::kLongest) + 3 + kFieldRoom;
+  constexpr char kBehindValue[] = "\"}";
   // Of its own, as whatever is stored could be part of the caller's.
   NumberField const place = field;
+  SampleFrame frame("\"");
   std::size_t const sizeBefore = out.Size();
   char* const start = out.Grow(room);
-  char const* const end = start + room;
   char* p = start;
-  std::uint64_t const count = dump.ReadShortSamples(most, [&](SK_TimeWindow const& time, std::string_view value) {
-    if (static_cast<std::size_t>(end - p) < kLargest || !SK_PackedNumber::Begins(value)) {
+  auto const useBase = [&](SK_TimeWindowReader const& times) { frame.SetBase(times); };
+  auto const use = [&](char const* window, std::string_view value) {
+    SK_PackedNumber number;
+    if (!SK_PackedNumber::Read(value, number)) {
       return false;
     }
-    SK_PackedNumber const number = SK_PackedNumber::Take(value);
-    FixedDigits const digits(number.fixed);
-    if (!place.Fits(digits.integer, digits.decimals)) {
+    PackedDigits const digits(number);
+    if (!place.Fits(digits.integer, digits.decimals, digits.finer)) {
       return false;
     }
-    *p = ',';
-    p = time.CopyTo(CopyLiteral(p + 1, kBeforeTime));
-    p = CopyLiteral(CopyLiteral(p, kBeforeValue), "\"");
-    p = CopyLiteral(PutPadded(p, digits, number.isNegative, place), "\"}");
+    p = PutPadded(frame.Put(p, window), digits, number.isNegative, place);
+    p = CopyLiteral(p, kBehindValue);
     return true;
-  });
+  };
+  // By their number, so that there is no look at the room for each of them.
+  std::uint64_t count = 0;
+  for (bool isMore = true; isMore;) {
+    constexpr std::size_t kLargest = SampleFrame::kRoom + kFieldRoom + sizeof(kBehindValue);
+    std::size_t const left = room - static_cast<std::size_t>(p - start);
+    std::uint64_t const wanted = std::min<std::uint64_t>(most - count, left / kLargest);
+    std::uint64_t const taken = dump.ReadShortSamples(wanted, useBase, use);
+    count += taken;
+    isMore = taken != 0 && taken == wanted;
+  }
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
   return count;
 }

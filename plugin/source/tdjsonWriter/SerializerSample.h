@@ -24,10 +24,11 @@ struct NumberField {
   // NOLINTNEXTLINE(google-explicit-constructor): it is a pattern, looked at once for all samples
   NumberField(ns_sensor::SK_NumberPattern const& numberPattern);
 
-  /// Whether a number with eight digits each in front of the point and behind it, as numbers, the lowest byte the
-  /// first, has no more than there are places; never with a pattern that is too wide for stores.
-  bool Fits(std::uint64_t integer, std::uint64_t decimals) const {
-    return ((integer & otherIntegers) | (decimals & otherDecimals)) == 0 && otherIntegers != kNone;
+  /// Whether a number with eight digits in front of the point and twice eight behind it, as numbers, the lowest byte
+  /// the first, has no more than there are places; never with a pattern that is too wide for stores.
+  bool Fits(std::uint64_t integer, std::uint64_t decimals, std::uint64_t finer) const {
+    return ((integer & otherIntegers) | (decimals & otherDecimals) | (finer & otherFiner)) == 0 &&
+           otherIntegers != kNone;
   }
 
   static constexpr std::uint64_t kNone = ~std::uint64_t{0};
@@ -37,6 +38,7 @@ struct NumberField {
   unsigned sizeBehind = 0;              ///< of the decimals with their point
   std::uint64_t otherIntegers = kNone;  ///< the digits for which there is no place
   std::uint64_t otherDecimals = kNone;
+  std::uint64_t otherFiner = kNone;
 };
 
 /// Appends samples of `dump` behind its first one, a comma in front of each: at most `most`, within `room` bytes, for

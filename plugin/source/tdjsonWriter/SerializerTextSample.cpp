@@ -28,6 +28,7 @@ char* FillSpaces(char* p, std::size_t count) {
 }
 
 constexpr char kBeforeLength[] = R"({"length":")";
+static_assert(sizeof(kBeforeLength) - 1 <= SampleFrame::kLongestOpening);
 constexpr char kBeforeText[] = R"(","str":")";
 constexpr char kBehindText[] = R"("}})";
 
@@ -81,27 +82,28 @@ StringField::StringField(ns_sensor::SK_StringProperties const& stringProperties)
 
 std::uint64_t AppendShortTextSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, StringField const& field,
                                      std::size_t room, std::uint64_t most) {
-  constexpr std::size_t kAround = 1 + TimeRoom(SK_TimeWindow::kLongest) + kTextRoom + kBlock;
+  constexpr std::size_t kAround = SampleFrame::kRoom + kTextRoom + kBlock;
   // Of its own, as whatever is stored could be part of the caller's.
   StringField const place = field;
+  SampleFrame frame(kBeforeLength);
   std::size_t const sizeBefore = out.Size();
   char* const start = out.Grow(room);
   char const* const end = start + room;
   char* p = start;
-  std::uint64_t const count = dump.ReadShortSamples(most, [&](SK_TimeWindow const& time, std::string_view value) {
+  auto const useBase = [&](SK_TimeWindowReader const& times) { frame.SetBase(times); };
+  auto const use = [&](char const* window, std::string_view value) {
     std::uint64_t const digits = DigitsOfThree(static_cast<std::uint32_t>(value.size()));
     std::size_t const width = std::max<std::size_t>(value.size(), place.maxLength);
     if (value.empty() || !place.Fits(digits) || static_cast<std::size_t>(end - p) < kAround + width) {
       return false;
     }
-    *p = ',';
-    p = time.CopyTo(CopyLiteral(p + 1, kBeforeTime));
-    p = CopyLiteral(CopyLiteral(p, kBeforeValue), kBeforeLength);
+    p = frame.Put(p, window);
     StoreEight(p, (digits | kZeroes) >> place.digitsShift);
     p = PutPaddedText(CopyLiteral(p + place.maxDigits, kBeforeText), value, width);
     p = CopyLiteral(p, kBehindText);
     return true;
-  });
+  };
+  std::uint64_t const count = dump.ReadShortSamples(most, useBase, use);
   out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
   return count;
 }

@@ -59,7 +59,7 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
   }
   /// The text of such a time; empty for one that is not of the file's length.
   template <typename Time>
-  std::string_view TimeText(Time const& time) {
+  SK_WaitingTime const& TimeText(Time const& time) {
     return mTimeText.Make(time);
   }
   /// Hands the fields of a time to the one of two that takes its kind. `SK_Exception` 2009 for a kind that
@@ -76,18 +76,18 @@ class TdjsonDynamicDataImpl : public virtual ITdjsonDynamicData_I {
     }
   }
   /// Keeps a sample until the commit.
-  void StoreSample(std::string_view time, std::string_view value) {
+  void StoreSample(SK_WaitingTime const& time, std::string_view value) {
     mDumpSamples.WriteSample(time, value);
     ++mSampleCounter;
   }
   /// The same of a text.
-  void StoreText(std::string_view time, std::string_view value) {
+  void StoreText(SK_WaitingTime const& time, std::string_view value) {
     mDumpSamples.WriteText(time, value);
     ++mSampleCounter;
   }
   /// The same of a value that `put` stores, as records take it.
   template <typename Put>
-  void PutSample(std::string_view time, Put&& put) {
+  void PutSample(SK_WaitingTime const& time, Put&& put) {
     mDumpSamples.PutSample(time, std::forward<Put>(put));
     ++mSampleCounter;
   }

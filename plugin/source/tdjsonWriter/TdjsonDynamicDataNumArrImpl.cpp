@@ -154,8 +154,8 @@ bool TdjsonDynamicDataNumArrImpl::TakeSample(Time const& time) {
   if (!IsOpenFor(time) || mElements.size() != mNumberArrayProperties.arraySize) {
     return false;
   }
-  std::string_view const timeText = TimeText(time);
-  if (timeText.empty()) {
+  SK_WaitingTime const& timeText = TimeText(time);
+  if (timeText.text.empty()) {
     return false;
   }
   if (mOccurringAutomatic) {

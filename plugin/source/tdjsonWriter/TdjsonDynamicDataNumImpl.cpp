@@ -105,8 +105,8 @@ bool TdjsonDynamicDataNumImpl::TakeSample(Time const& time, double value) {
   if (!IsOpenFor(time)) {
     return false;
   }
-  std::string_view const timeText = TimeText(time);
-  if (timeText.empty()) {
+  SK_WaitingTime const& timeText = TimeText(time);
+  if (timeText.text.empty()) {
     return false;
   }
   if (mOccurringAutomatic) {

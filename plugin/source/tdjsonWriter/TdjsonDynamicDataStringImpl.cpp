@@ -54,8 +54,8 @@ template <typename Time>
     return false;
   }
   RequireText(value);
-  std::string_view const timeText = TimeText(time);
-  if (timeText.empty()) {
+  SK_WaitingTime const& timeText = TimeText(time);
+  if (timeText.text.empty()) {
     return false;
   }
   std::string_view const text = EscapeInto(value, mEscapedValue);
