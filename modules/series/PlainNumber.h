@@ -35,7 +35,9 @@ struct PlainNumber {
     if (fraction != 0 && integers + fraction <= 8) {
       return ValueAtBoth(start + minus, integers, Mark(start) + 1, fraction);
     }
-    return whole(start) * kPowersOfTen[fraction] + behindMark(start);
+    // Many of the others have one digit in front of the mark.
+    std::uint64_t const front = integers == 1 ? static_cast<std::uint64_t>(start[minus] - '0') : whole(start);
+    return front * kPowersOfTen[fraction] + behindMark(start);
   }
   /// Whether the first four digits behind the mark are zeroes, of more.
   bool startsWithZeroes(char const* start) const {
