@@ -1,5 +1,6 @@
 // What the kit writes, byte for byte and as a host reads it; and for everything that it keeps out of a file, what the
 // writer alone makes of it.
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <functional>
@@ -839,6 +840,68 @@ TEST_F(KitOutput, NumbersByTheirDigitsAreRefusedLikeOthers) {
             "1507 N: a sample behind the end of the stream");
   EXPECT_EQ(failure([&](Output&, kit::NumberStream& stream) { stream.add(Frame{1}, number); }),
             "1507 N: a frame in a file with moments in GMT");
+}
+
+TEST_F(KitOutput, TheOrderOfSamplesBeginsWithTheFirst) {
+  auto const fill = [](std::initializer_list<Instant> instants) {
+    return [instants](Output& output) {
+      output.setTimeBase(TimeBase::gmt(1));
+      auto& stream = output.top().numberStream("T", AsGiven());
+      for (Instant const& instant : instants) {
+        stream.add(output.moment(instant), kit::Decimal{1, 0});
+      }
+    };
+  };
+  std::string const refusal = "1507 T: a sample that is earlier than the one before it";
+  EXPECT_EQ(FailureOf(fill({{-5, 0}, {-5, 0}, {-4, 900000000}, {0, 0}, {0, 100000000}})), "none");
+  EXPECT_EQ(FailureOf(fill({{-5, 0}, {-6, 900000000}})), refusal);
+  EXPECT_EQ(FailureOf(fill({{0, 0}, {-1, 900000000}})), refusal);
+  EXPECT_EQ(FailureOf(fill({{0, 500000000}, {0, 400000000}})), refusal);
+}
+
+TEST_F(KitOutput, ASampleThatFailsIsNotHeldAgainstTheNext) {
+  Write([this](Output& output) {
+    output.setTimeBase(TimeBase::gmt(1));
+    auto& stream = output.top().numberStream("T", AsGiven());
+    Output finer(mTables.Get(), mFolder.Path("finer.tdjson"));
+    finer.setTimeBase(TimeBase::gmt(9));
+    stream.add(output.moment({1, 0}), kit::Decimal{1, 0});
+    EXPECT_THROW(stream.add(finer.moment({2, 123456789}), kit::Decimal{2, 0}), kit::Failure);
+    stream.add(output.moment({3, 0}), kit::Decimal{3, 0});
+    EXPECT_EQ(stream.count(), 2U);
+  });
+  EXPECT_EQ(Samples("T"), "0/1=1 2/1=3 ");
+}
+
+TEST_F(KitOutput, KeysAreRoundedToAnyDigits) {
+  std::int64_t unit = 1000000000;
+  for (unsigned digits = 1; digits <= 9; ++digits) {
+    unit /= 10;
+    TimeBase const base = TimeBase::gmt(digits);
+    std::mt19937 random(digits);
+    for (int i = 0; i != 2000; ++i) {
+      // Around the middle between two fractions, and around the ends of the second.
+      std::int64_t const middle = static_cast<std::int64_t>(random() % 1000000000) / unit * unit + unit / 2;
+      std::int64_t const wanted[] = {middle, 999999999 - unit / 2, 0, 999999999};
+      auto const nanoseconds =
+          std::clamp<std::int64_t>(wanted[i % 4] + static_cast<std::int64_t>(random() % 5) - 2, 0, 999999999);
+      kit::detail::SampleKey const key = kit::detail::KeyOf(Instant{7, static_cast<std::int32_t>(nanoseconds)}, base);
+      std::int64_t const units = 7 * (1000000000 / unit) + (nanoseconds + unit / 2) / unit;
+      ASSERT_EQ(key.major, units / (1000000000 / unit)) << nanoseconds << ' ' << digits;
+      ASSERT_EQ(key.minor, units % (1000000000 / unit)) << nanoseconds << ' ' << digits;
+    }
+  }
+}
+
+TEST_F(KitOutput, AClockShowsEachSecondOfADay) {
+  kit::detail::Clock clock;
+  for (std::int64_t second = -86400; second != 2 * 86400; ++second) {
+    kit::detail::ClockTime const time = clock.at({second, 5});
+    kit::CivilTime const civil = kit::MakeCivilTime({second, 0});
+    ASSERT_TRUE(time.year == civil.year && time.month == civil.month && time.day == civil.day) << second;
+    ASSERT_TRUE(time.hour == civil.hour && time.minute == civil.minute && time.second == civil.second) << second;
+    ASSERT_EQ(time.fraction, 5);
+  }
 }
 
 TEST_F(KitOutput, StreamsMayBeWrittenBeforeTheEnd) {

@@ -6,6 +6,7 @@
 #include "Ascii.h"
 #include "DelimitedRows.h"
 #include "NumberText.h"
+#include "Surveyor.h"
 #include "TempFolder.h"
 #include "TextMap.h"
 #include "TimeForm.h"
@@ -135,7 +136,7 @@ TEST(SeriesPlainNumber, IsReadWhenItsCellIsCut) {
       EXPECT_EQ(cell.plain.integers, each.integers) << each.text;
       EXPECT_EQ(cell.plain.fraction, each.fraction) << each.text;
       EXPECT_EQ(cell.plain.digits(cell.text.data()), each.digits) << each.text;
-      EXPECT_EQ(cell.plain.isNegative, each.isNegative) << each.text;
+      EXPECT_EQ(cell.plain.isNegative(), each.isNegative) << each.text;
     }
   }
 }
@@ -321,6 +322,100 @@ TEST_F(SeriesCutting, NumbersAreReadWithTheirTextAlsoWithADecimalComma) {
     text += i % 10 == 9 ? '\n' : ';';
   }
   AtOnce(text, dialect);
+}
+
+/// What a survey says of a column, from the texts of its cells alone.
+ColumnSurvey CountPlainly(std::vector<std::string> const& cells) {
+  ColumnSurvey column;
+  for (std::string const& cell : cells) {
+    NumberShape const shape = ShapeOf(cell, '.');
+    bool const isText = !shape.isNumber && !IsGapWord(cell);
+    column.numbers += shape.isNumber ? 1 : 0;
+    column.texts += isText ? 1 : 0;
+    column.gapWords += !shape.isNumber && !isText && !cell.empty() ? 1 : 0;
+    column.tiny += shape.isTiny ? 1 : 0;
+    column.decimals = std::max(column.decimals, shape.decimals);
+    column.firstValue = column.firstValue.empty() ? cell : column.firstValue;
+    column.firstText = column.firstText.empty() && isText ? cell : column.firstText;
+    column.longest = std::max(column.longest, cell.size());
+  }
+  return column;
+}
+
+TEST_F(SeriesCutting, ASurveyCountsUsualNumbersLikeOthers) {
+  static constexpr char const* kCells[] = {
+      "1",       "-2", "0.5", "0.1234", "0.0000", "0.00001", "-0.00001", "0.000100",  "0.000099", "1e-7", "1.00001",
+      "0.12345", "0",  "",    "NaN",    "-",      "a b c",   "10.00001", "0.0000000", "+7",       "1e3"};
+  std::mt19937 random(8);
+  for (int round = 0; round != 300; ++round) {
+    Layout layout;
+    layout.dialect = DialectOf(',');
+    layout.columns.resize(4);
+    layout.time.kind = eTimeKind::kElapsed;
+    layout.time.column = 1;
+    // Few kinds of cells in each column, so that numbers are usual for a while.
+    std::vector<std::string> cells[4];
+    std::string text;
+    for (int row = 0; row != 60; ++row) {
+      for (std::size_t column = 0; column != 4; ++column) {
+        std::size_t const kinds = 1 + static_cast<std::size_t>(row) * (1 + column) / 12;
+        std::string cell = kCells[(random() % kinds + static_cast<unsigned>(round)) % std::size(kCells)];
+        cell = column == 1 ? std::to_string(row) : cell;
+        cells[column].push_back(cell);
+        text += cell + (column == 3 ? '\n' : ',');
+      }
+    }
+    TextBuffer buffer(text, eEncoding::kUtf8, 0, true);
+    DelimitedRows reader(buffer, layout.dialect);
+    Surveyor surveyor(layout);
+    Row row;
+    kit::Instant time;
+    while (reader.next(row)) {
+      ASSERT_TRUE(surveyor.take(row, time));
+    }
+    cells[1].clear();
+    Survey const found = surveyor.survey();
+    for (std::size_t i = 0; i != 4; ++i) {
+      ColumnSurvey const expected = CountPlainly(cells[i]);
+      ColumnSurvey const& column = found.columns[i];
+      EXPECT_EQ(column.numbers, expected.numbers) << round << ' ' << i;
+      EXPECT_EQ(column.texts, expected.texts) << round << ' ' << i;
+      EXPECT_EQ(column.gapWords, expected.gapWords) << round << ' ' << i;
+      EXPECT_EQ(column.tiny, expected.tiny) << round << ' ' << i;
+      EXPECT_EQ(column.decimals, expected.decimals) << round << ' ' << i;
+      EXPECT_EQ(column.firstValue, expected.firstValue) << round << ' ' << i;
+      EXPECT_EQ(column.firstText, expected.firstText) << round << ' ' << i;
+      // Numbers are shorter than anything that is cut.
+      EXPECT_LE(column.longest, expected.longest) << round << ' ' << i;
+      EXPECT_TRUE(column.longest == expected.longest || expected.longest <= PlainNumber::kReach) << round << ' ' << i;
+    }
+  }
+}
+
+TEST(SeriesTimeTrack, KnowsFirstLastOrderAndDigits) {
+  std::mt19937 random(9);
+  for (int round = 0; round != 2000; ++round) {
+    TimeTrack track;
+    std::vector<kit::Instant> times;
+    kit::Instant time{static_cast<std::int64_t>(random() % 7) - 3, 0};
+    for (auto count = 1 + random() % 6; count != 0; --count) {
+      std::int64_t const step = round % 3 == 0 ? static_cast<std::int64_t>(random() % 4) - 1 : random() % 2;
+      time.seconds += step;
+      static constexpr std::int32_t kFractions[] = {0, 500000000, 250000000, 1000000, 10};
+      time.nanoseconds = kFractions[random() % (1 + static_cast<unsigned>(round) % std::size(kFractions))];
+      times.push_back(time);
+      track.take(time);
+    }
+    unsigned digits = 0;
+    for (kit::Instant const& each : times) {
+      digits = std::max(digits, DigitsOf(each));
+    }
+    EXPECT_EQ(track.good, times.size());
+    EXPECT_EQ(track.first, *std::min_element(times.begin(), times.end()));
+    EXPECT_EQ(track.last, *std::max_element(times.begin(), times.end()));
+    EXPECT_EQ(track.isOrdered, std::is_sorted(times.begin(), times.end()));
+    EXPECT_EQ(track.digits, digits);
+  }
 }
 
 TEST_F(SeriesCutting, ARowOfNumbersHasTheLimitsOfOthers) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <random>
 
 #include "Decoder.h"
 #include "DelimitedRows.h"
@@ -172,6 +173,29 @@ TEST_P(SeriesRows, AreCut) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, SeriesRows, testing::ValuesIn(kRowsCases),
                          [](testing::TestParamInfo<RowsCase> const& each) { return each.param.name; });
+
+TEST(SeriesRowsOfFiles, CountTheLinesOfQuotedCells) {
+  std::mt19937 random(11);
+  for (int round = 0; round != 2000; ++round) {
+    std::string quoted;
+    // Also beyond what is looked at in one go.
+    for (auto size = random() % 150; size != 0; --size) {
+      quoted += random() % 4 == 0 ? ",\r\n\n"[random() % 4] : 'a';
+    }
+    std::string const text = "1,\"" + quoted + "\",\"\r\"\n2,b\n";
+    std::int64_t line = 3;
+    for (std::size_t i = 0; i != quoted.size(); ++i) {
+      line += quoted[i] == '\n' || (quoted[i] == '\r' && (i + 1 == quoted.size() || quoted[i + 1] != '\n')) ? 1 : 0;
+    }
+    TextBuffer buffer(text, eEncoding::kUtf8, 0, true);
+    DelimitedRows reader(buffer, DialectOf(','));
+    Row row;
+    ASSERT_TRUE(reader.next(row));
+    ASSERT_TRUE(reader.next(row));
+    EXPECT_EQ(row.cells.at(1).text, "b");
+    EXPECT_EQ(row.line, line) << text;
+  }
+}
 
 TEST(SeriesRowsOfParts, TheLastRowOfAPartIsLeftOut) {
   EXPECT_EQ(RowsOf("a,b\n1,2", ',', false), "1@0:|a|b\n");

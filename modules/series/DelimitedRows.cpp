@@ -10,14 +10,6 @@ namespace senmark_series {
 
 namespace {
 
-std::int64_t CountLineEnds(char const* p, char const* end) {
-  std::int64_t count = 0;
-  for (; p != end; ++p) {
-    count += *p == '\n' || (*p == '\r' && (p + 1 == end || p[1] != '\n')) ? 1 : 0;
-  }
-  return count;
-}
-
 bool IsLineEnd(char character) {
   return character == '\n' || character == '\r';
 }
@@ -32,7 +24,9 @@ class UsualCells {
       : mMap(map),
         mNumbersEnd(start),
         mQuote(dialect.quote),
-        mMark(dialect.decimalMark == dialect.delimiter ? '\0' : dialect.decimalMark) {
+        mDelimiter(dialect.delimiter),
+        // Where it delimits, a digit stands for it: none stands behind digits.
+        mMark(dialect.decimalMark == dialect.delimiter ? '0' : dialect.decimalMark) {
     // What is part of a number has to be nothing else.
     auto const isPart = [](char character) { return IsDigit(character) || character == '-'; };
     if (end - start >= PlainNumber::kReach && !isPart(dialect.delimiter) && !isPart(dialect.quote)) {
@@ -41,23 +35,29 @@ class UsualCells {
   }
 
   /// Gives the place of the stop behind the cell, null for other cells. It may be a control character that is none.
-  char* cut(char* p, Cell& cell) const {
+  ///
+  /// behind  gets the stop.
+  char* cut(char* p, Cell& cell, char& behind) const {
+    if (p < mNumbersEnd) {
+      PlainNumber number;
+      char* const stop = FindPlainNumber(p, static_cast<std::uint32_t>(mMap.nonDigitsFrom(p)), mMark, number);
+      if (stop != nullptr && TextMap::IsStop(behind = *stop, mDelimiter)) {
+        cell.text = std::string_view(p, static_cast<std::size_t>(stop - p));
+        cell.plain = number;
+        return stop;
+      }
+    }
     std::uint64_t const stops = mMap.stopsFrom(p);
     if (stops == 0) {
       return nullptr;
     }
     unsigned const size = LowestBit(stops);
-    PlainNumber number;
-    bool const isNumber = p < mNumbersEnd && FindPlainNumber(p, size, mMap.nonDigitsFrom(p), mMark, number);
-    if (!isNumber) {
-      // Tabs are stops.
-      if (size == 0 || *p == ' ' || *p == mQuote || p[size - 1] == ' ') {
-        return nullptr;
-      }
-      number = PlainNumber();
+    // Tabs are stops.
+    if (size == 0 || *p == ' ' || *p == mQuote || p[size - 1] == ' ') {
+      return nullptr;
     }
-    cell.text = std::string_view(p, size);
-    cell.plain = number;
+    behind = p[size];
+    cell = std::string_view(p, size);
     return p + size;
   }
 
@@ -65,7 +65,8 @@ class UsualCells {
   TextMap::View mMap;
   char const* mNumbersEnd;  ///< in front of which they may begin
   char mQuote;
-  char mMark;  ///< of decimals; 0, which is a stop, where it delimits
+  char mDelimiter;
+  char mMark;  ///< of decimals
 };
 
 }  // namespace
@@ -112,7 +113,10 @@ bool DelimitedRows::next(Row& row) {
     if (!mHasLineEnd && !mText.isWhole()) {
       return false;
     }
-    if (std::any_of(row.cells.begin(), row.cells.end(), [](Cell const& cell) { return !cell.text.empty(); })) {
+    auto const hasText = [](Cell const& cell) { return !cell.text.empty(); };
+    // Most begin with one.
+    if (!row.cells.empty() &&
+        (hasText(row.cells.front()) || std::any_of(row.cells.begin(), row.cells.end(), hasText))) {
       return true;
     }
   }
@@ -218,8 +222,9 @@ char* DelimitedRows::CutRow(char* start, char* end, Row& row) {
       cellsEnd = row.cells.data() + row.cells.size();
       cell = cellsEnd - 1;
     }
-    char* stop = usual.cut(p, *cell);
-    if (stop != nullptr && *stop == delimiter) {
+    char behind = '\0';
+    char* stop = usual.cut(p, *cell, behind);
+    if (stop != nullptr && behind == delimiter) {
       ++cell;
       p = stop + 1;
       continue;
@@ -289,6 +294,15 @@ char* DelimitedRows::FindStop(char* p, char* end) const {
     }
     p += TextMap::kWindow;
   }
+}
+
+std::int64_t DelimitedRows::CountLineEnds(char* p, char* end) const {
+  std::int64_t count = 0;
+  // What a stop is looked for in may be behind the end.
+  for (p = FindStop(p, end); p < end; p = FindStop(p + 1, end)) {
+    count += *p == '\n' || (*p == '\r' && (p + 1 == end || p[1] != '\n')) ? 1 : 0;
+  }
+  return count;
 }
 
 /// Gives the place of what ends the cell.

@@ -49,6 +49,7 @@ class DelimitedRows : public RowReader {
   void RequireWidth(std::size_t cells);
   char* CutOther(char* p, char* end, Cell& cell, std::size_t index);
   char* FindStop(char* p, char* end) const;
+  std::int64_t CountLineEnds(char* p, char* end) const;
   char* CutQuoted(char* start, char* end, Cell& cell, std::size_t index);
   char* CutPlain(char* start, char* end, Cell& cell) const;
   void Unescape(Cell& cell) const;

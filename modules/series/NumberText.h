@@ -53,7 +53,7 @@ inline NumberShape ShapeOfCell(Cell const& cell, char decimalMark) {
 /// The number of a cell that is a plain one.
 inline senmark::kit::Decimal DecimalOf(Cell const& cell) {
   auto const digits = static_cast<std::int64_t>(cell.plain.digits(cell.text.data()));
-  return {cell.plain.isNegative ? -digits : digits, cell.plain.fraction};
+  return {cell.plain.isNegative() ? -digits : digits, cell.plain.fraction};
 }
 
 }  // namespace senmark_series

@@ -18,23 +18,26 @@ struct PlainNumber {
 
   std::uint8_t integers = 0;  ///< digits in front of the mark; 0: it is no such number
   std::uint8_t fraction = 0;  ///< digits behind it
-  bool isNegative = false;
+  std::uint8_t minus = 0;     ///< signs in front, 1 or 0
 
   bool isThere() const { return integers != 0; }
+  bool isNegative() const { return minus != 0; }
 
   // What the digits make. start: of the cell.
 
   /// In front of the mark.
-  std::uint64_t whole(char const* start) const { return ValueAt(start + (isNegative ? 1 : 0), integers); }
+  std::uint64_t whole(char const* start) const { return ValueAt(start + minus, integers); }
   /// Behind it.
   std::uint64_t behindMark(char const* start) const { return fraction == 0 ? 0 : ValueAt(Mark(start) + 1, fraction); }
   /// All of them.
   std::uint64_t digits(char const* start) const {
     // Most are few enough to be worked out at once.
     if (fraction != 0 && integers + fraction <= 8) {
-      return ValueAtBoth(start + (isNegative ? 1 : 0), integers, Mark(start) + 1, fraction);
+      return ValueAtBoth(start + minus, integers, Mark(start) + 1, fraction);
     }
-    return whole(start) * kPowersOfTen[fraction] + behindMark(start);
+    // Many of the others have one digit in front of the mark.
+    std::uint64_t const front = integers == 1 ? static_cast<std::uint64_t>(start[minus] - '0') : whole(start);
+    return front * kPowersOfTen[fraction] + behindMark(start);
   }
   /// Whether the first four digits behind the mark are zeroes, of more.
   bool startsWithZeroes(char const* start) const {
@@ -43,29 +46,36 @@ struct PlainNumber {
   }
 
  private:
-  char const* Mark(char const* start) const { return start + (isNegative ? 1 : 0) + integers; }
+  char const* Mark(char const* start) const { return start + minus + integers; }
 };
 
-/// Finds out whether a cell is such a number.
+/// Finds the number that a cell begins with. Gives the place behind it, which is no digit; null if there is none. It is
+/// the cell's if that is where the cell ends.
 ///
-/// size       bytes of the cell.
-/// nonDigits  from its start on, which has the lowest bit: among them the byte behind the cell, which is no minus.
-inline bool FindPlainNumber(char const* start, unsigned size, std::uint64_t nonDigits, char mark, PlainNumber& number) {
+/// start      of the cell, from which on `PlainNumber::kReach` bytes may be read.
+/// nonDigits  from there on, which has the lowest bit.
+/// mark       of decimals.
+inline char* FindPlainNumber(char* start, std::uint32_t nonDigits, char mark, PlainNumber& number) {
+  // For digits up to where the bits end; those are too many.
+  constexpr std::uint32_t kLast = std::uint32_t{1} << 31;
   unsigned const sign = *start == '-' ? 1 : 0;
-  std::uint64_t const marks = nonDigits ^ sign;
+  std::uint32_t const marks = (nonDigits ^ sign) | kLast;
   unsigned const first = LowestBit(marks);
   unsigned const integers = first - sign;
-  number.isNegative = sign != 0;
   number.integers = static_cast<std::uint8_t>(integers);
+  number.minus = static_cast<std::uint8_t>(sign);
   number.fraction = 0;
-  // None wraps around, here and below.
-  if (first == size) {
-    return integers - 1 < PlainNumber::kMostDigits;
+  // None wraps around and is too many, here and below.
+  if (integers - 1 >= PlainNumber::kMostDigits) {
+    return nullptr;
   }
-  unsigned const digits = size - sign - 1;
-  number.fraction = static_cast<std::uint8_t>(digits - integers);
-  return start[first] == mark && LowestBit(marks & (marks - 1)) == size && digits - 1 < PlainNumber::kMostDigits &&
-         integers - 1 < digits - 1;
+  if (start[first] != mark) {
+    return start + first;
+  }
+  unsigned const second = LowestBit(marks & (marks - 1));
+  unsigned const fraction = second - first - 1;
+  number.fraction = static_cast<std::uint8_t>(fraction);
+  return fraction - 1 < PlainNumber::kMostDigits - integers ? start + second : nullptr;
 }
 
 }  // namespace senmark_series

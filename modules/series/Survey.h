@@ -20,7 +20,9 @@ struct ColumnSurvey {
   std::uint64_t gapWords = 0;  ///< of these, the words
   std::uint64_t tiny = 0;      ///< of the numbers, those that are not 0 and closer to it than 0.0001
   unsigned decimals = 0;
-  std::size_t longest = 0;  ///< bytes of a cell
+  /// Plain numbers with fewer digits behind the mark are like others before, those apart that may be tiny.
+  unsigned usualFractions = 0;
+  std::size_t longest = 0;  ///< bytes of a cell, where usual numbers do not count
   std::string firstValue;
   std::string firstText;  ///< that is no number, like `firstValue` its first bytes
 

@@ -17,18 +17,17 @@ void Note(TimeTrack& track, bool hasTime, kit::Instant const& time, Row const& r
   }
 }
 
-void TakeNumber(NumberShape const& shape, ColumnSurvey& column) {
-  ++column.numbers;
-  column.tiny += shape.isTiny ? 1 : 0;
-  column.decimals = std::max(column.decimals, shape.decimals);
+/// Whether a cell is a number, of which nothing has to be noted but that it is there.
+bool TellsNothingNew(Cell const& cell, ColumnSurvey const& column) {
+  return cell.plain.isThere() && cell.plain.fraction < column.usualFractions &&
+         !cell.plain.startsWithZeroes(cell.text.data());
 }
 
 void TakeCell(Cell const& cell, char mark, ColumnSurvey& column) {
-  // Of its own, so that all that it cannot be is left out for nearly all numbers.
-  if (cell.plain.isThere()) {
-    TakeNumber(ShapeOfCell(cell, mark), column);
-  } else if (NumberShape const shape = ShapeOfCell(cell, mark); shape.isNumber) {
-    TakeNumber(shape, column);
+  if (NumberShape const shape = ShapeOfCell(cell, mark); shape.isNumber) {
+    ++column.numbers;
+    column.tiny += shape.isTiny ? 1 : 0;
+    column.decimals = std::max(column.decimals, shape.decimals);
   } else if (IsGapWord(cell.text)) {
     column.gapWords += cell.text.empty() ? 0 : 1;
   } else if (column.texts++ == 0) {
@@ -37,6 +36,7 @@ void TakeCell(Cell const& cell, char mark, ColumnSurvey& column) {
   if (column.firstValue.empty()) {
     column.firstValue = cell.text.substr(0, ColumnSurvey::kKept);
   }
+  column.usualFractions = column.firstValue.empty() ? 0 : column.decimals + 1;
   column.longest = std::max(column.longest, cell.text.size());
 }
 
@@ -56,16 +56,16 @@ void TimeTrack::take(kit::Instant const& time) {
   if (good++ == 0) {
     first = last = before = time;
   }
-  isOrdered = isOrdered && !(time < before);
-  if (time < first) {
-    first = time;
-  }
-  if (last < time) {
+  if (time < before) {
+    isOrdered = false;
+    first = std::min(first, time);
+  } else if (isOrdered || last < time) {
+    // In order, the one before is the last one.
     last = time;
   }
   before = time;
-  // Most times have as many digits as those before.
-  if (time.nanoseconds % digitUnit != 0) {
+  // Most times have as many digits as those before, and many are whole seconds.
+  if (time.nanoseconds != 0 && time.nanoseconds % digitUnit != 0) {
     digits = DigitsOf(time);
     digitUnit = kSecond / static_cast<std::int32_t>(kPowersOfTen[digits]);
   }
@@ -158,13 +158,16 @@ void Surveyor::TakeCells(Row const& row) {
   ++mRows;
   TimeForm const& form = mSurvey.layout.time;
   char const mark = mSurvey.layout.dialect.decimalMark;
-  ColumnSurvey* column = mSurvey.columns.data();
-  std::size_t index = 0;
-  for (Cell const& cell : row.cells) {
-    if (!form.isTimeColumn(index++)) {
-      TakeCell(cell, mark, *column);
+  ColumnSurvey* const columns = mSurvey.columns.data();
+  Cell const* const cells = row.cells.data();
+  std::size_t const count = row.cells.size();
+  for (std::size_t i = 0; i != count; ++i) {
+    // Times never come to be usual.
+    if (TellsNothingNew(cells[i], columns[i])) {
+      ++columns[i].numbers;
+    } else if (!form.isTimeColumn(i)) {
+      TakeCell(cells[i], mark, columns[i]);
     }
-    ++column;
   }
 }
 

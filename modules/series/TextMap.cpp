@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include "Ascii.h"
 
@@ -35,6 +36,21 @@ void Gather(Flags const& flags, char* bits) {
 #endif
 }
 
+/// Without branches, so that a compiler makes wide registers of the loops.
+inline void MarkBlock(char const* text, char delimiter, char* stops, char* nonDigits) {
+  Flags flags;
+  for (std::size_t i = 0; i != kBlock; ++i) {
+    flags[i] = static_cast<signed char>(TextMap::IsStop(text[i], delimiter) ? -1 : 0);
+  }
+  Gather(flags, stops);
+  // Moved to the greatest of the signed bytes, so that wide registers know digits by one comparison.
+  constexpr int kMove = std::numeric_limits<signed char>::max() - '9';
+  for (std::size_t i = 0; i != kBlock; ++i) {
+    flags[i] = static_cast<signed char>(static_cast<signed char>(text[i] + kMove) < '0' + kMove ? -1 : 0);
+  }
+  Gather(flags, nonDigits);
+}
+
 }  // namespace
 
 void TextMap::mark(std::string_view text) {
@@ -45,32 +61,17 @@ void TextMap::mark(std::string_view text) {
     bits->resize(std::max(bits->size(), size));
     std::fill(bits->data() + whole / 8, bits->data() + size, '\0');
   }
+  // Of their own, since what is written might be any of the members.
+  char const delimiter = mDelimiter;
+  char* const stops = mStops.data();
+  char* const nonDigits = mNonDigits.data();
   for (std::size_t i = 0; i != whole; i += kBlock) {
-    MarkBlock(text.data() + i, i);
+    MarkBlock(text.data() + i, delimiter, stops + i / 8, nonDigits + i / 8);
   }
   for (std::size_t i = whole; i != text.size(); ++i) {
-    mStops[i / 8] = static_cast<char>(mStops[i / 8] | (IsStop(text[i]) ? 1 : 0) << i % 8);
+    mStops[i / 8] = static_cast<char>(mStops[i / 8] | (IsStop(text[i], mDelimiter) ? 1 : 0) << i % 8);
     mNonDigits[i / 8] = static_cast<char>(mNonDigits[i / 8] | (IsDigit(text[i]) ? 0 : 1) << i % 8);
   }
-}
-
-bool TextMap::IsStop(char character) const {
-  return character == mDelimiter || static_cast<unsigned char>(character) <= '\r';
-}
-
-/// Without branches, so that a compiler makes wide registers of the loops.
-void TextMap::MarkBlock(char const* text, std::size_t position) {
-  Flags flags;
-  char const delimiter = mDelimiter;
-  for (std::size_t i = 0; i != kBlock; ++i) {
-    bool const isStop = (text[i] == delimiter) | (static_cast<unsigned char>(text[i]) <= '\r');
-    flags[i] = static_cast<signed char>(isStop ? -1 : 0);
-  }
-  Gather(flags, mStops.data() + position / 8);
-  for (std::size_t i = 0; i != kBlock; ++i) {
-    flags[i] = static_cast<signed char>(static_cast<unsigned char>(text[i] - '0') > 9 ? -1 : 0);
-  }
-  Gather(flags, mNonDigits.data() + position / 8);
 }
 
 }  // namespace senmark_series

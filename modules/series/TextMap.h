@@ -16,6 +16,10 @@ class TextMap {
 
   explicit TextMap(char delimiter) : mDelimiter(delimiter) {}
 
+  static bool IsStop(char character, char delimiter) {
+    return (character == delimiter) | (static_cast<unsigned char>(character) <= '\r');
+  }
+
   /// Looks through the text, which the map tells of as long as it stays where it is.
   void mark(std::string_view text);
 
@@ -45,9 +49,6 @@ class TextMap {
 
  private:
   using Bits = std::vector<char>;
-
-  bool IsStop(char character) const;
-  void MarkBlock(char const* text, std::size_t position);
 
   char mDelimiter;
   char const* mText = nullptr;

@@ -80,7 +80,7 @@ inline bool CountedTimeOfCell(Cell const& cell, unsigned unitDigits, kit::Instan
     nanoseconds += seconds % unit * kPowersOfTen[left];
     seconds /= unit;
   }
-  time = MakeCountedInstant(cell.plain.isNegative, static_cast<std::int64_t>(seconds),
+  time = MakeCountedInstant(cell.plain.isNegative(), static_cast<std::int64_t>(seconds),
                             static_cast<std::int32_t>(nanoseconds));
   return true;
 }

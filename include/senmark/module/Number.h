@@ -72,7 +72,8 @@ struct Decimal {
 /// The double next to the number, rounded like any other; faster than that if it has no more decimals than are kept.
 inline double Rounded(Decimal const& number, unsigned decimals) {
   double const value = static_cast<double>(number.digits) / detail::kPowersOfTen[number.decimals];
-  bool const isSmall = std::fabs(value) < kSmallestNumber && number.digits != 0;
+  // With four decimals the least number is that one.
+  bool const isSmall = number.decimals > 4 && std::fabs(value) < kSmallestNumber && number.digits != 0;
   return number.decimals <= decimals && !isSmall ? value : Rounded(value, decimals);
 }
 

@@ -48,11 +48,13 @@ struct StreamRoom {
 
 /// A moment in the resolution of a file with moments in GMT.
 inline SampleKey KeyOf(Instant const& instant, TimeBase const& base) {
+  constexpr std::int64_t kSecond = 1000000000;
   std::int64_t const unit = base.fractionUnit();
-  std::int64_t const fraction = (instant.nanoseconds + unit / 2) / unit;
-  std::int64_t const perSecond = 1000000000 / unit;
-  return fraction < perSecond ? SampleKey{instant.seconds, static_cast<std::int32_t>(fraction)}
-                              : SampleKey{instant.seconds + 1, 0};
+  std::int64_t const rounded = instant.nanoseconds + unit / 2;
+  // A second is whole units. 32 bits are divided in half the time.
+  return rounded < kSecond
+             ? SampleKey{instant.seconds, static_cast<std::int32_t>(rounded) / static_cast<std::int32_t>(unit)}
+             : SampleKey{instant.seconds + 1, 0};
 }
 
 /// Years have four digits.
@@ -80,11 +82,13 @@ class Clock {
       mDayStart = key.major - (date.hour * 3600 + date.minute * 60 + date.second);
       mDate = {date.year, date.month, date.day, 0, 0, 0, 0};
     }
-    auto const rest = static_cast<int>(key.major - mDayStart);
+    auto const second = static_cast<unsigned>(key.major - mDayStart);
+    unsigned const minute = second / 60;
+    unsigned const hour = minute / 60;
     ClockTime time = mDate;
-    time.hour = rest / 3600;
-    time.minute = rest / 60 % 60;
-    time.second = rest % 60;
+    time.hour = static_cast<int>(hour);
+    time.minute = static_cast<int>(minute - hour * 60);
+    time.second = static_cast<int>(second - minute * 60);
     time.fraction = key.minor;
     return time;
   }
@@ -130,6 +134,7 @@ class Stream {
       return;
     }
     mIsFinished = true;
+    mPassesOn = false;
     mSorter.drain([this](detail::SampleKey const& key, std::string_view payload) { Pass(key, payload); });
     if (mCount != 0) {
       detail::CallWriter("write samples", [this](void* result) { Node()->commit(result); });
@@ -138,7 +143,12 @@ class Stream {
 
  protected:
   Stream(detail::StreamRoom& room, StreamFormat format, std::string const& displayName)
-      : mFormat(std::move(format)), mName(displayName), mBase(*room.timeBase), mSorter(room.sort), mTimeCodes(mBase) {}
+      : mFormat(std::move(format)),
+        mName(displayName),
+        mBase(*room.timeBase),
+        mSorter(room.sort),
+        mTimeCodes(mBase),
+        mPassesOn(mFormat.order == eOrder::kAsGiven) {}
 
   StreamFormat const& Format() const { return mFormat; }
   std::string const& Name() const { return mName; }
@@ -154,7 +164,7 @@ class Stream {
     Require(detail::CanBeWritten(key), "a year that has not four digits");
     return key;
   }
-  detail::SampleKey KeyOf(Moment const& moment) const { return moment.mKey; }
+  static detail::SampleKey const& KeyOf(Moment const& moment) { return moment.mKey; }
 
   /// Takes a sample that has been checked.
   void Add(detail::SampleKey const& key, std::string_view payload) {
@@ -163,13 +173,13 @@ class Stream {
   /// pass: hands the sample to the writer, if that is to be done at once.
   template <typename PassNow>
   void Add(detail::SampleKey const& key, std::string_view payload, PassNow&& pass) {
-    Require(!mIsFinished, "a sample behind the end of the stream");
-    if (mFormat.order == eOrder::kSorted) {
-      mSorter.add(key, payload);
-    } else {
-      Require(mCount == 0 || !(key < mLast), "a sample that is earlier than the one before it");
+    if (mPassesOn) {
+      Require(!(key < mLast) || mCount == 0, "a sample that is earlier than the one before it");
       mLast = key;
       pass();
+    } else {
+      Require(!mIsFinished, "a sample behind the end of the stream");
+      mSorter.add(key, payload);
     }
     ++mCount;
   }
@@ -183,11 +193,10 @@ class Stream {
   }
   /// call: the call of the writer, with the address of a result; gives whether the sample was taken.
   template <typename Call>
-  void Write(Call&& call) const {
-    SK_PLUGIN::SK_PluginResult result;
-    bool const isTaken = call(static_cast<void*>(&result));
-    if (result.mErrorCode != ns_sensor::kNoError) {
-      detail::ThrowReport("take a sample", result);
+  void Write(Call&& call) {
+    bool const isTaken = call(static_cast<void*>(&mResult));
+    if (mResult.mErrorCode != ns_sensor::kNoError) {
+      detail::ThrowReport("take a sample", std::exchange(mResult, {}));
     }
     Require(isTaken, "a sample that the writer does not take");
   }
@@ -213,8 +222,10 @@ class Stream {
   detail::SampleKey mLast;
   detail::Clock mClock;
   detail::TimeCodes mTimeCodes;
+  SK_PLUGIN::SK_PluginResult mResult;  ///< without an error between the calls, so that none has to begin it anew
   std::uint64_t mCount = 0;
   bool mIsFinished = false;
+  bool mPassesOn;  ///< samples go straight to the writer, as long as they come
 };
 
 namespace detail {
@@ -281,7 +292,7 @@ class NumberStream : public Stream {
 
   template <typename Time>
   void AddRounded(Time const& time, double value) {
-    detail::SampleKey const key = KeyOf(time);
+    detail::SampleKey const& key = KeyOf(time);
     std::string_view const payload = detail::BytesOf(&value, 1);
     if constexpr (std::is_same_v<Time, Moment>) {
       Add(key, payload, [&] { Write([&](void* result) { return AddTo(time.clockTime(), value, result); }); });
