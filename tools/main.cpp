@@ -12,6 +12,7 @@
 #include "ModuleCheckCommand.h"
 #include "ModuleSearch.h"
 #include "NewModuleCommand.h"
+#include "TemporaryFolder.h"
 #include "Utf8.h"
 
 namespace {
@@ -141,8 +142,9 @@ bool HasNoReader() {
 /// was opened and made for it is given back.
 class ThrowingOutput {
  public:
-  ThrowingOutput() {
-    std::signal(SIGPIPE, SIG_IGN);
+  /// signalBefore receives what the signal of a pipe without a reader did so far.
+  explicit ThrowingOutput(void (*&signalBefore)(int)) {
+    signalBefore = std::signal(SIGPIPE, SIG_IGN);
     std::cout.exceptions(std::ios::badbit | std::ios::failbit);
   }
   ~ThrowingOutput() { std::cout.exceptions(std::ios::goodbit); }
@@ -164,14 +166,20 @@ int RunWithModules(Request request, Run run) {
 
 int RunCommand(CommandLine const& line) {
   std::string const& file = line.request.file;
+  void (*pipeSignal)(int) = SIG_DFL;
   try {
-    ThrowingOutput const throwing;
+    ThrowingOutput const throwing(pipeSignal);
+    senmark_tool::TemporaryFolder const temporary;
     int const status = line.runAlone ? line.runAlone(std::cout) : RunWithModules(line.request, line.run);
     std::cout.flush();
     return status;
   } catch (std::ios_base::failure const&) {
     if (!HasNoReader()) {
       Complain("", "cannot write the output");
+    } else if (pipeSignal != SIG_IGN) {
+      // Nothing is left to clear away, so that it can die as other programs do.
+      std::signal(SIGPIPE, SIG_DFL);
+      std::raise(SIGPIPE);
     }
   } catch (senmark_tool::ModuleFolderError const& error) {
     Complain("", error.what());
