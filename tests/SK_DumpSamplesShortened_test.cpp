@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "DumpedSamples.h"
 #include "FailingCalls.h"
 #include "FailingMemory.h"
 #include "SK_DumpSamplesUtils.h"
@@ -31,6 +32,9 @@ using senmark_test::CountOpenDescriptors;
 using senmark_test::FailingCall;
 using senmark_test::FailingMemory;
 using senmark_test::FileSizeLimit;
+using senmark_test::ReadAll;
+using senmark_test::Sample;
+using senmark_test::Samples;
 using senmark_test::TempFolder;
 
 constexpr std::size_t kLimit = 1048576;
@@ -38,8 +42,6 @@ constexpr std::size_t kRoom = SK_DumpSamplesUtils::kPutRoom;
 constexpr auto kShortened = SK_DumpSamplesUtils::eTimes::kShortened;
 
 using Random = std::mt19937;
-using Sample = std::pair<std::string, std::string>;
-using Samples = std::vector<Sample>;
 
 /// The next time: now and then all of it is new, mostly its end, and sometimes nothing.
 std::string NextTime(std::string time, Random& random) {
@@ -92,16 +94,6 @@ void PutAll(SK_DumpSamplesUtils& dump, Samples const& samples) {
   for (Sample const& sample : samples) {
     Put(dump, sample);
   }
-}
-
-Samples ReadAll(SK_DumpSamplesUtils& dump) {
-  Samples samples;
-  std::string_view time;
-  std::string_view value;
-  while (dump.ReadSample(time, value)) {
-    samples.emplace_back(time, value);
-  }
-  return samples;
 }
 
 class DumpSamplesShortened : public testing::Test {

@@ -24,6 +24,7 @@
 #include <utility>
 #include <vector>
 
+#include "DumpedSamples.h"
 #include "FailingCalls.h"
 #include "SK_FileIO.h"
 #include "SK_PluginException.h"
@@ -88,6 +89,9 @@ using senmark_test::FailingCall;
 using senmark_test::FailingFstat;
 using senmark_test::FileSizeLimit;
 using senmark_test::KeptVariable;
+using senmark_test::ReadAll;
+using senmark_test::Sample;
+using senmark_test::Samples;
 using senmark_test::TempFolder;
 
 constexpr std::size_t kLimit = 1048576;
@@ -122,9 +126,6 @@ class DescriptorLimit {
   rlimit mBefore = {};
 };
 
-using Sample = std::pair<std::string, std::string>;
-using Samples = std::vector<Sample>;
-
 /// The time text of sample `i`, of 8 bytes.
 std::string TimeOf(std::size_t i) {
   std::string const digits = std::to_string(i);
@@ -152,16 +153,6 @@ void Fill(SK_DumpSamplesUtils& dump, std::size_t bytes, Samples* written = nullp
       written->push_back(std::move(sample));
     }
   }
-}
-
-Samples ReadAll(SK_DumpSamplesUtils& dump) {
-  Samples samples;
-  std::string_view time;
-  std::string_view value;
-  while (dump.ReadSample(time, value)) {
-    samples.emplace_back(time, value);
-  }
-  return samples;
 }
 
 template <typename Work>
