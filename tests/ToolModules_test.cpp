@@ -220,7 +220,7 @@ TEST_F(ToolModules, CanBeLeftOut) {
   EXPECT_EQ(Run({"modules", "--no-modules"}).out, "");
   Outcome const both = Run({"formats", "--no-modules", "--modules", Beside()});
   EXPECT_EQ(both.status, 2);
-  EXPECT_EQ(both.err, "--modules excludes --no-modules\nRun with --help for more information.\n");
+  EXPECT_EQ(both.err, "senmark: --modules excludes --no-modules (--help tells what there is)\n");
 }
 
 TEST_F(ToolModules, MissingFolderOfTheCommandLineIsAnError) {

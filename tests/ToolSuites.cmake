@@ -94,6 +94,7 @@ function(senmark_program_suite name)
 endfunction()
 
 senmark_program_suite(Tool)
+senmark_program_suite(ToolArguments)
 senmark_program_suite(ToolConversion)
 senmark_program_suite(ToolModuleCheck)
 senmark_program_suite(ToolModules)
@@ -101,8 +102,8 @@ senmark_program_suite(ToolSamples)
 senmark_program_suite(ToolSignals)
 
 foreach(suite ConverterChoice ConverterProbe ElfImage FileSignature LoadedModule ModuleCheckCommand ModuleCodeCheck
-              ModuleDiscovery ModuleLayoutCheck ModuleManifest ModuleSearch ToolConversion ToolModuleCheck ToolModules
-              ToolSignals)
+              ModuleDiscovery ModuleLayoutCheck ModuleManifest ModuleSearch ToolArguments ToolConversion ToolModuleCheck
+              ToolModules ToolSignals)
   target_link_libraries(${suite}_test PRIVATE senmark_module_folders)
 endforeach()
 target_compile_definitions(ToolModules_test PRIVATE SENMARK_INSTALLED_MODULES="${SENMARK_INSTALLED_MODULES}")

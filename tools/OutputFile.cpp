@@ -61,7 +61,11 @@ std::uintmax_t OutputFile::Finish() {
   fs::file_status const replaced = fs::status(mPath, missing);
   fs::permissions(mWorkPath, fs::exists(replaced) ? replaced.permissions() : UsualPermissions());
   std::uintmax_t const size = fs::file_size(mWorkPath);
-  fs::rename(mWorkPath, mPath);
+  std::error_code failure;
+  fs::rename(mWorkPath, mPath, failure);
+  if (failure) {
+    throw std::system_error(failure, "cannot write \"" + mPath + "\"");
+  }
   return size;
 }
 

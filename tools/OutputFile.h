@@ -30,7 +30,7 @@ class OutputFile {
 
   /// Puts what was made into its place. Result: its size in bytes.
   ///
-  /// Errors: `std::filesystem::filesystem_error`.
+  /// Errors: `std::system_error`.
   std::uintmax_t Finish();
 
  private:
