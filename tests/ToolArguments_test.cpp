@@ -148,6 +148,17 @@ TEST_F(ToolArguments, ClosedDescriptorsChangeNoAnswer) {
   EXPECT_EQ(mFolder.Read(mFolder.Path("closed")), open);
 }
 
+TEST_F(ToolArguments, TimeLimitMayBeAnyNumber) {
+  senmark_test::ModuleFolders const modules(mFolder);
+  std::string const module =
+      modules.Add("a.tdx", senmark_test::Manifest("a", "\"fm\"").c_str(), "good", senmark_test::kFaultyModule);
+  std::string const wanted = Run({"module", "check", module, "--time-limit", "240000"}).out;
+  EXPECT_EQ(wanted.find("did not end in time"), std::string::npos) << wanted;
+  for (char const* const time : {"9223372036854775807", "9300000000000", "18446744073709551615"}) {
+    EXPECT_EQ(Run({"module", "check", module, "--time-limit", time}).out, wanted) << time;
+  }
+}
+
 TEST_F(ToolArguments, NamesOfAllKindsAreTold) {
   for (char const* const name : {"new\nline.csv", "\xFF\xFE.csv", "\x1B[31m.csv", "sp ace.csv", "-.csv"}) {
     std::string const path = mFolder.Write(name, "a\n1\n");

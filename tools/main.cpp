@@ -85,9 +85,10 @@ void AddModuleCommands(CLI::App& app, CommandLine& line) {
   check->add_option("DIR", request.folder, "the folder of the module, Name.tdx")->required();
   check->add_option("FILE", request.files, "files that the module should read");
   check->add_option("--keep", request.keepFolder, "keep damaged files that the module fails on in this folder");
-  check->add_option("--time-limit", request.milliseconds, "for each thing that is tried, in milliseconds")
-      ->check(WholeNumber(1))
-      ->group("");
+  check
+      ->add_option("--time-limit", request.milliseconds,
+                   "for each thing that is tried, in milliseconds: 10000 unless given")
+      ->check(WholeNumber(1));
   check->add_flag("--json", request.asJson, "machine-readable output");
   check->callback([&line] {
     line.runAlone = [&line](std::ostream& out) { return senmark_tool::RunModuleCheck(line.moduleCheck, out); };
