@@ -36,6 +36,10 @@ class SignalCleanup : public testing::Test {
   static int SignalThatEnds(std::function<void()> const& work) {
     pid_t const child = fork();
     if (child == 0) {
+      // Whatever started the tests may ignore them.
+      for (int const number : kEndingSignals) {
+        signal(number, SIG_DFL);
+      }
       work();
       _exit(0);
     }

@@ -178,7 +178,16 @@ class ToolModulesSignal : public ToolModules, public testing::WithParamInterface
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], 1);
     pid_t child = 0;
-    EXPECT_EQ(posix_spawn(&child, mProgram.c_str(), &actions, nullptr, words.data(), environ), 0);
+    // Whatever started the tests may ignore the signal.
+    sigset_t usual;
+    sigemptyset(&usual);
+    sigaddset(&usual, GetParam());
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setsigdefault(&attributes, &usual);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+    EXPECT_EQ(posix_spawn(&child, mProgram.c_str(), &actions, &attributes, words.data(), environ), 0);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     close(ends[1]);
     reader = ends[0];

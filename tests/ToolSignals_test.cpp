@@ -31,7 +31,8 @@ constexpr int kFarAway = 240000;  // milliseconds
 /// The program with pipes for standard input and output; standard error goes to a file.
 class PipedProgram {
  public:
-  PipedProgram(std::vector<std::string> arguments, std::string const& errPath) {
+  /// ignored: a signal that it finds ignored; all others are as in a new terminal, whatever started the tests.
+  PipedProgram(std::vector<std::string> arguments, std::string const& errPath, int ignored = 0) {
     std::vector<char*> const words = senmark_test::WordsOf(arguments);
     std::array<int, 2> input;
     std::array<int, 2> output;
@@ -42,7 +43,19 @@ class PipedProgram {
     posix_spawn_file_actions_adddup2(&actions, input[0], 0);
     posix_spawn_file_actions_adddup2(&actions, output[1], 1);
     posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    EXPECT_EQ(posix_spawn(&mChild, words[0], &actions, nullptr, words.data(), environ), 0);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t usual;
+    sigemptyset(&usual);
+    for (int const number : {SIGINT, SIGHUP, SIGTERM, SIGPIPE}) {
+      if (number != ignored) {
+        sigaddset(&usual, number);
+      }
+    }
+    posix_spawnattr_setsigdefault(&attributes, &usual);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+    EXPECT_EQ(posix_spawn(&mChild, words[0], &actions, &attributes, words.data(), environ), 0);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     close(input[0]);
     close(output[1]);
@@ -188,7 +201,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(ToolSignals, IgnoredSignalStaysIgnored) {
   std::string const file = LongFile("file.tdjson");
   auto* const before = signal(SIGHUP, SIG_IGN);
-  PipedProgram program(Line({"stream", file}), mFolder.Path("err"));
+  PipedProgram program(Line({"stream", file}), mFolder.Path("err"), SIGHUP);
   signal(SIGHUP, before);
   ASSERT_TRUE(program.AwaitOutput());
   program.Send(SIGHUP);
@@ -202,7 +215,7 @@ TEST_F(ToolSignals, IgnoredSignalStaysIgnored) {
 TEST_F(ToolSignals, PipeWithoutAReaderIsNoSignalWhereThatIsIgnored) {
   std::string const file = LongFile("file.tdjson");
   auto* const before = signal(SIGPIPE, SIG_IGN);
-  PipedProgram program(Line({"stream", file}), mFolder.Path("err"));
+  PipedProgram program(Line({"stream", file}), mFolder.Path("err"), SIGPIPE);
   signal(SIGPIPE, before);
   program.CloseOutput();
   EXPECT_EQ(program.AwaitEnd(), 0);
