@@ -1,6 +1,7 @@
 /// Drives the kit for module writers as a converter does, by a script of bytes, over the tables that the library hands
 /// to modules. What the kit refuses is what a plain reading of its promises says, and nothing else; a file that it
-/// finished opens, and each sample comes back, in order and within the resolution that was stated.
+/// finished opens, and each sample comes back, in order and within the resolution that was stated. What was written
+/// before a conversion began anew does not.
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -108,13 +109,13 @@ class Conversion {
     mGroups.push_back({&mOutput.top(), 0});
   }
 
-  /// Whether a file was finished. Not after a refusal, which ends a conversion.
+  /// Whether a file was finished. Not after a refusal, which ends a conversion or has it begin anew.
   bool Run() {
     if (!ChooseTimeBase()) {
       return false;
     }
     while (mScript.HasMore()) {
-      if (!Step()) {
+      if (!Step() && (!mScript.HasMore() || mScript.Below(2) == 0 || !BeginAnew())) {
         return false;
       }
     }
@@ -154,6 +155,21 @@ class Conversion {
     format.keepsGaps = mScript.Below(2) != 0;
     format.unit = mScript.Below(4) == 0 ? "m/s" : "";
     return format;
+  }
+
+  /// Nothing of what was said so far counts any more, names included. False when the new begin was refused.
+  bool BeginAnew() {
+    mOutput.restart();
+    mGroups = {{&mOutput.top(), 0}};
+    mOrder.clear();
+    mStreams.clear();
+    mValues.clear();
+    mBase.reset();
+    mHasExactTimes = true;
+    mHasContent = false;
+    mHasBadFrame = false;
+    mNames = 0;
+    return ChooseTimeBase();
   }
 
   bool ChooseTimeBase() {
@@ -321,6 +337,9 @@ class Conversion {
       return true;
     }
     StreamCase& stream = mStreams[mOrder[mScript.Below(mOrder.size())]];
+    if (stream.isFinished && mScript.Below(2) == 0) {
+      return BeginAnew();
+    }
     bool const isBad =
         !stream.isFinished && std::any_of(stream.samples.begin(), stream.samples.end(),
                                           [&](Expected const& sample) { return IsBadFrame(sample.place); });

@@ -63,7 +63,9 @@ TEST_F(OutputFile, FailureLeavesNothing) {
     File const file(mOutput, mInput, false);
     std::ofstream(file.WorkPath()) << "half";
     EXPECT_FALSE(fs::exists(mOutput));
-    EXPECT_EQ(fs::path(file.WorkPath()).parent_path(), fs::path(mOutput).parent_path());
+    // Of the same disk, and nothing of it is seen.
+    EXPECT_EQ(fs::path(file.WorkPath()).parent_path().parent_path(), fs::path(mOutput).parent_path());
+    EXPECT_EQ(fs::path(file.WorkPath()).parent_path().filename().string().rfind(".senmark_", 0), 0u);
   }
   EXPECT_EQ(Names(), (std::set<std::string>{"input"}));
 }

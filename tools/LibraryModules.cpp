@@ -119,7 +119,6 @@ LibraryModules::LibraryModules(ModuleDiscovery const& discovery) {
   if (discovery.Source() != ModuleDiscovery::eSource::kSeveralFolders) {
     return;
   }
-  HeldSignals const whileItIsMade;
   mScratch = std::make_unique<ScratchFolder>();
   mFolder = mScratch->Path("modules");
   fs::create_directory(mFolder);
@@ -133,7 +132,6 @@ LibraryModules::LibraryModules(ModuleDiscovery const& discovery) {
       }
     }
   }
-  mCleanup = std::make_unique<SignalCleanup>(mScratch->Path());
 }
 
 }  // namespace senmark_tool

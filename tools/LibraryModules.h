@@ -6,14 +6,13 @@
 
 #include "ModuleDiscovery.h"
 #include "ScratchFolder.h"
-#include "SignalCleanup.h"
 
 namespace senmark_tool {
 
 /// A folder that was found if that is enough, else one of the program's own that stands for several. There the order
 /// in which the library comes by the modules is not that of the folders and cannot be chosen, so each module is a link
 /// that brings only what the discovery gives it, with a manifest made anew where that is not all of it. It goes with
-/// this object, which must outlive the library's use, or with the process if Ctrl-C and the like end that.
+/// this object, which must outlive the library's use.
 class LibraryModules {
  public:
   /// Errors: `std::system_error` and `std::filesystem::filesystem_error` when the folder cannot be made.
@@ -23,7 +22,6 @@ class LibraryModules {
   std::string const& Folder() const { return mFolder; }
 
  private:
-  std::unique_ptr<SignalCleanup> mCleanup;  ///< outlives the folder
   std::unique_ptr<ScratchFolder> mScratch;
   std::string mFolder;
 };

@@ -1,5 +1,8 @@
 #include "ModuleCheckCommand.h"
 
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -53,7 +56,8 @@ ModuleFindings Check(ModuleCheckRequest const& request) {
   BehaviourRequest behaviour;
   behaviour.files = AbsoluteFiles(request.files);
   behaviour.keepFolder = request.keepFolder.empty() ? "" : fs::absolute(request.keepFolder).string();
-  behaviour.limits.time = std::chrono::milliseconds(request.milliseconds);
+  constexpr std::uint64_t kLongest = 1000ull * 60 * 60 * 24 * 365;  // clocks take no more than some hundred years
+  behaviour.limits.time = std::chrono::milliseconds(std::min(request.milliseconds, kLongest));
   ModuleFindings findings;
   CheckLayout(module, findings);
   bool const canRun = IsFile(module.Full(module.Code())) && CheckCode(module, behaviour.limits, findings);

@@ -14,11 +14,13 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <streambuf>
 #include <system_error>
 #include <utility>
 
 #include "OwnProcess.h"
+#include "SignalCleanup.h"
 
 namespace senmark_tool {
 
@@ -214,10 +216,10 @@ constexpr char kThrewMark = 'T';
   _exit(0);
 }
 
-/// A child, which is gone with all that it started when this object goes.
+/// A child, which is gone with all that it started when this object goes, or when a signal ends this process.
 class Child {
  public:
-  explicit Child(pid_t id) : mId(id) {}
+  explicit Child(pid_t id) : mId(id), mCleanup(std::in_place, id) {}
   ~Child() {
     if (mId != -1) {
       End();
@@ -235,17 +237,20 @@ class Child {
 
   /// Ends it, and what is left of its group. Result: as `waitpid` tells it.
   int End() {
+    HeldSignals const untilItIsGone;
     pid_t const id = std::exchange(mId, -1);
     kill(-id, SIGKILL);
     kill(id, SIGKILL);  // its group may not exist yet
     int status = 0;
     while (waitpid(id, &status, 0) == -1 && errno == EINTR) {
     }
+    mCleanup.reset();
     return status;
   }
 
  private:
   pid_t mId;
+  std::optional<SignalCleanup::Group> mCleanup;
 };
 
 using Channels = std::array<Channel, 3>;
@@ -316,6 +321,7 @@ ProcessEnd RunLimited(Limits const& limits, std::function<void(std::ostream& rep
   std::cout.flush();
   std::fflush(nullptr);
   pid_t const parent = getpid();
+  std::optional<HeldSignals> untilItIsKnown(std::in_place);
   pid_t const id = fork();
   if (id == -1) {
     ThrowSystemError("cannot make a process");
@@ -325,6 +331,7 @@ ProcessEnd RunLimited(Limits const& limits, std::function<void(std::ostream& rep
                channels[kEnd].WritingEnd());
   }
   Child child(id);
+  untilItIsKnown.reset();
   setpgid(id, id);  // both sides do it, so that it is done before either goes on
   for (Channel& channel : channels) {
     channel.CloseWritingEnd();

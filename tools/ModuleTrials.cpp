@@ -133,7 +133,7 @@ std::size_t ModuleTrials::RunFrom(std::vector<Trial> const& trials, std::size_t 
 }
 
 void ModuleTrials::RunHere(std::vector<Trial> const& trials, std::size_t first, std::ostream& out) const {
-  for (char const* const name : {"TEMP", "TMP", "TMPDIR"}) {
+  for (char const* const name : kTemporaryVariables) {
     setenv(name, Path("temporary").c_str(), 1);
   }
   setenv(kLogVariable, Path("log").c_str(), 1);

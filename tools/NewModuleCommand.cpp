@@ -91,7 +91,11 @@ void Replace(std::string& text, std::string const& place, std::string const& val
 class MadeFolder {
  public:
   explicit MadeFolder(fs::path path) : mPath(std::move(path)), mExisted(fs::exists(mPath)) {
-    fs::create_directories(mPath);
+    std::error_code failure;
+    fs::create_directories(mPath, failure);
+    if (failure) {
+      throw std::system_error(failure, "cannot make the folder \"" + mPath.string() + "\"");
+    }
   }
   ~MadeFolder() {
     std::error_code ignored;
@@ -134,6 +138,9 @@ int RunNewModule(NewModuleRequest const& request, std::ostream& out) {
                      "and none that a build uses itself, like \"test\"");
   }
   std::string const extension = ExtensionFor(request);
+  if (request.folder.empty()) {
+    throw UsageError("\"\" is no name of a folder");
+  }
   if (fs::exists(request.folder) && (!fs::is_directory(request.folder) || !fs::is_empty(request.folder))) {
     throw UsageError("\"" + request.folder + "\" is there already, and nothing is overwritten");
   }

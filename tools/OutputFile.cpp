@@ -1,10 +1,7 @@
 #include "OutputFile.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -51,20 +48,12 @@ OutputFile::OutputFile(std::string const& path, std::string const& input, bool o
   if (!fs::is_directory(folder, ignored)) {
     throw UsageError("there is no folder \"" + folder.string() + "\" to write to");
   }
-  std::string workPath = (folder / ".senmark_XXXXXX").string();
-  int const descriptor = mkstemp(workPath.data());
-  if (descriptor < 0) {
-    throw std::system_error(errno, std::generic_category(), "cannot write to the folder \"" + folder.string() + "\"");
+  try {
+    mScratch = std::make_unique<ScratchFolder>((folder / ".senmark_").string());
+  } catch (std::system_error const& error) {
+    throw std::system_error(error.code(), "cannot write to the folder \"" + folder.string() + "\"");
   }
-  mWorkPath = std::move(workPath);
-  close(descriptor);
-}
-
-OutputFile::~OutputFile() {
-  if (!mWorkPath.empty()) {
-    std::error_code ignored;  // what went wrong before is what counts
-    fs::remove(mWorkPath, ignored);
-  }
+  mWorkPath = mScratch->Path("result");
 }
 
 std::uintmax_t OutputFile::Finish() {
@@ -72,8 +61,11 @@ std::uintmax_t OutputFile::Finish() {
   fs::file_status const replaced = fs::status(mPath, missing);
   fs::permissions(mWorkPath, fs::exists(replaced) ? replaced.permissions() : UsualPermissions());
   std::uintmax_t const size = fs::file_size(mWorkPath);
-  fs::rename(mWorkPath, mPath);
-  mWorkPath.clear();
+  std::error_code failure;
+  fs::rename(mWorkPath, mPath, failure);
+  if (failure) {
+    throw std::system_error(failure, "cannot write \"" + mPath + "\"");
+  }
   return size;
 }
 

@@ -9,8 +9,8 @@ namespace senmark_tool {
 
 namespace {
 
-std::string FolderForTemporaryFiles() {
-  for (char const* const name : {"TEMP", "TMP", "TMPDIR"}) {
+std::filesystem::path FolderForTemporaryFiles() {
+  for (char const* const name : kTemporaryVariables) {
     char const* const folder = std::getenv(name);
     if (folder != nullptr && *folder != '\0') {
       return folder;
@@ -21,13 +21,18 @@ std::string FolderForTemporaryFiles() {
 
 }  // namespace
 
-ScratchFolder::ScratchFolder() {
-  std::string const parent = FolderForTemporaryFiles();
-  std::string path = (std::filesystem::path(parent) / "senmark_XXXXXX").string();
-  if (mkdtemp(path.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), "cannot make a temporary folder in \"" + parent + "\"");
+ScratchFolder::ScratchFolder() : ScratchFolder((FolderForTemporaryFiles() / "senmark_").string()) {}
+
+ScratchFolder::ScratchFolder(std::string const& place)
+    : mPath(std::filesystem::absolute(place + "XXXXXX").string()) {  // wherever modules go
+  HeldSignals const whileItIsMade;
+  if (mkdtemp(mPath.data()) == nullptr) {
+    int const reason = errno;
+    throw std::system_error(
+        reason, std::generic_category(),
+        "cannot make a temporary folder in \"" + std::filesystem::path(mPath).parent_path().string() + "\"");
   }
-  mPath = std::move(path);
+  mCleanup = std::make_unique<SignalCleanup::Folder>(mPath);
 }
 
 ScratchFolder::~ScratchFolder() {

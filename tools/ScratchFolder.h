@@ -1,16 +1,28 @@
 /// A folder of the program's own for files that nobody is to see.
 #pragma once
 
+#include <array>
+#include <memory>
 #include <string>
+
+#include "SignalCleanup.h"
 
 namespace senmark_tool {
 
-/// Stands in the folder for temporary files, which is the library's: the first of TEMP, TMP and TMPDIR, else
-/// /tmp. It goes with all that is in it.
+/// The variables that name the folder for temporary files, as the library reads them: the first that is set counts.
+inline constexpr std::array<char const*, 3> kTemporaryVariables = {"TEMP", "TMP", "TMPDIR"};
+
+/// It goes with all that is in it, even if a signal ends the program.
 class ScratchFolder {
  public:
+  /// In the folder for temporary files, which is the library's, or /tmp.
+  ///
   /// Errors: `std::system_error` when it cannot be made.
   ScratchFolder();
+  /// With a name of its own: `place`, and six characters that make it unique.
+  ///
+  /// Errors: the same.
+  explicit ScratchFolder(std::string const& place);
   ~ScratchFolder();
   ScratchFolder(ScratchFolder const&) = delete;
   ScratchFolder& operator=(ScratchFolder const&) = delete;
@@ -22,6 +34,7 @@ class ScratchFolder {
 
  private:
   std::string mPath;
+  std::unique_ptr<SignalCleanup::Folder> mCleanup;
 };
 
 }  // namespace senmark_tool

@@ -1,19 +1,44 @@
 #include "SignalCleanup.h"
 
+#include <pthread.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
-#include <filesystem>
+#include <utility>
+
+#include "FolderRemoval.h"
 
 namespace senmark_tool {
 
 namespace {
 
-std::atomic<SignalCleanup const*> gCleanup{nullptr};
-static_assert(std::atomic<SignalCleanup const*>::is_always_lock_free, "a handler takes no lock");
+// Changed with the signals held, so that the handler, which runs in the same thread, finds them whole.
+std::atomic<SignalCleanup::Folder*> gNewestFolder{nullptr};
+std::atomic<pid_t> gLeader{0};
+std::atomic<pid_t> gProcess{0};  // 0: no handlers yet
+pthread_t gThread;
+static_assert(std::atomic<SignalCleanup::Folder*>::is_always_lock_free && std::atomic<pid_t>::is_always_lock_free,
+              "a handler takes no lock");
+
+void Handle(void (*handler)(int)) {
+  if (gProcess.exchange(getpid()) == getpid()) {
+    return;
+  }
+  gThread = pthread_self();
+  gLeader = 0;  // a child of the process that this one is a child of
+  for (int const number : kEndingSignals) {
+    struct sigaction before {};
+    sigaction(number, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) {
+      struct sigaction action {};
+      action.sa_handler = handler;
+      sigfillset(&action.sa_mask);
+      sigaction(number, &action, nullptr);
+    }
+  }
+}
 
 }  // namespace
 
@@ -23,49 +48,65 @@ HeldSignals::HeldSignals() : mBefore() {
   for (int const number : kEndingSignals) {
     sigaddset(&held, number);
   }
-  sigprocmask(SIG_BLOCK, &held, &mBefore);
+  pthread_sigmask(SIG_BLOCK, &held, &mBefore);
 }
 
 HeldSignals::~HeldSignals() {
-  sigprocmask(SIG_SETMASK, &mBefore, nullptr);
+  pthread_sigmask(SIG_SETMASK, &mBefore, nullptr);
 }
 
-SignalCleanup::SignalCleanup(std::string const& folder) : mProcess(getpid()) {
-  mPaths.push_back(folder);
-  for (auto const& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    mPaths.push_back(entry.path().string());
+SignalCleanup::Folder::Folder(std::string path) : mPath(std::move(path)), mProcess(getpid()) {
+  HeldSignals const held;
+  mOlder = gNewestFolder.exchange(this);
+  Handle(&EndAll);
+}
+
+SignalCleanup::Folder::~Folder() {
+  HeldSignals const held;
+  // They go in any order, but there are few of them.
+  if (gNewestFolder == this) {
+    gNewestFolder = mOlder;
+    return;
   }
-  std::reverse(mPaths.begin(), mPaths.end());
-  gCleanup = this;
-  for (std::size_t i = 0; i != kEndingSignals.size(); ++i) {
-    struct sigaction action {};
-    action.sa_handler = &RemoveAndEnd;
-    sigfillset(&action.sa_mask);
-    sigaction(kEndingSignals[i], nullptr, &mBefore[i]);
-    if (mBefore[i].sa_handler != SIG_IGN) {
-      sigaction(kEndingSignals[i], &action, nullptr);
+  Folder* newer = gNewestFolder;
+  while (newer->mOlder != this) {
+    newer = newer->mOlder;
+  }
+  newer->mOlder = mOlder;
+}
+
+SignalCleanup::Group::Group(pid_t leader) {
+  HeldSignals const held;
+  Handle(&EndAll);
+  gLeader = leader;
+}
+
+SignalCleanup::Group::~Group() {
+  gLeader = 0;
+}
+
+void SignalCleanup::EndAll(int number) {
+  if (gProcess == getpid()) {
+    if (pthread_equal(pthread_self(), gThread) == 0) {
+      // The thread that makes and removes these things would go on with it beside the handler.
+      pthread_kill(gThread, number);
+      return;
     }
-  }
-}
-
-SignalCleanup::~SignalCleanup() {
-  for (std::size_t i = 0; i != kEndingSignals.size(); ++i) {
-    sigaction(kEndingSignals[i], &mBefore[i], nullptr);
-  }
-  gCleanup = nullptr;
-}
-
-void SignalCleanup::RemoveAndEnd(int number) {
-  int const before = errno;
-  SignalCleanup const* const cleanup = gCleanup;
-  if (cleanup != nullptr && cleanup->mProcess == getpid()) {
-    for (std::string const& path : cleanup->mPaths) {
-      if (unlink(path.c_str()) != 0) {
-        rmdir(path.c_str());
+    int const before = errno;
+    // First what might still write to the folders.
+    if (pid_t const leader = gLeader; leader != 0) {
+      kill(-leader, SIGKILL);
+      kill(leader, SIGKILL);  // its group may not exist yet
+      while (waitpid(leader, nullptr, 0) == -1 && errno == EINTR) {
       }
     }
+    for (Folder const* folder = gNewestFolder; folder != nullptr; folder = folder->mOlder) {
+      if (folder->mProcess == getpid()) {
+        RemoveFolder(folder->mPath.c_str());
+      }
+    }
+    errno = before;
   }
-  errno = before;
   // The process dies of it as soon as the handler returns, so that whoever started it sees why.
   signal(number, SIG_DFL);
   raise(number);

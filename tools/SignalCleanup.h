@@ -1,4 +1,4 @@
-/// A folder that goes with the program, even when a signal ends it.
+/// What a signal that ends the program takes along: its scratch folders, and processes that it started.
 #pragma once
 
 #include <signal.h>
@@ -6,14 +6,13 @@
 
 #include <array>
 #include <string>
-#include <vector>
 
 namespace senmark_tool {
 
 /// The signals by which a user ends a program: of Ctrl-C, of a terminal that is closed, and of `kill`.
 inline constexpr std::array<int, 3> kEndingSignals = {SIGINT, SIGHUP, SIGTERM};
 
-/// Holds these signals back as long as it lives; one that came meanwhile arrives then.
+/// Holds these signals back from the calling thread as long as it lives; one that came meanwhile arrives then.
 class HeldSignals {
  public:
   HeldSignals();
@@ -25,23 +24,41 @@ class HeldSignals {
   sigset_t mBefore;
 };
 
-/// Has these signals remove a folder before they end the process. Not in a child of the process, and not where they
-/// are ignored. One at a time; it must outlive the folder.
+/// From the first of its objects on, these signals end what the objects stand for, and then the process, which dies of
+/// the signal as it would without. Not in a child of the process, and not where a signal is ignored. All objects belong
+/// to the thread that made the first.
 class SignalCleanup {
  public:
-  /// What the folder holds now is removed; with more in it, it would stay.
-  explicit SignalCleanup(std::string const& folder);
-  ~SignalCleanup();
-  SignalCleanup(SignalCleanup const&) = delete;
-  SignalCleanup& operator=(SignalCleanup const&) = delete;
+  class Folder;
+  class Group;
 
  private:
-  static void RemoveAndEnd(int number);
+  static void EndAll(int number);
+};
 
-  /// What is inside a folder stands before it: a handler may neither read folders nor take memory.
-  std::vector<std::string> mPaths;
-  pid_t mProcess;
-  std::array<struct sigaction, kEndingSignals.size()> mBefore{};
+/// A folder, with all that will be in it.
+class SignalCleanup::Folder {
+ public:
+  explicit Folder(std::string path);
+  ~Folder();
+  Folder(Folder const&) = delete;
+  Folder& operator=(Folder const&) = delete;
+
+ private:
+  friend class SignalCleanup;
+
+  std::string mPath;
+  pid_t mProcess;  ///< whose it is: a child has a copy of this object
+  Folder* mOlder;
+};
+
+/// A child and its group of processes. One at a time.
+class SignalCleanup::Group {
+ public:
+  explicit Group(pid_t leader);
+  ~Group();
+  Group(Group const&) = delete;
+  Group& operator=(Group const&) = delete;
 };
 
 }  // namespace senmark_tool

@@ -1,17 +1,22 @@
 /// The command-line program. It is a host of the library like any other.
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <filesystem>
 #include <functional>
 #include <iostream>
+#include <limits>
 
 #include "Command.h"
 #include "LibraryModules.h"
+#include "MeantWord.h"
 #include "ModuleCheckCommand.h"
 #include "ModuleSearch.h"
 #include "NewModuleCommand.h"
+#include "TemporaryFolder.h"
 #include "Utf8.h"
 
 namespace {
@@ -22,6 +27,7 @@ using senmark_tool::Request;
 using senmark_tool::SearchedFolder;
 using Run = int (*)(senmark::Senmark const&, Request const&, std::ostream&);
 
+constexpr char kOutputProblem[] = "cannot write the output";
 constexpr char kTimeHelp[] = "seconds (1.5), a fraction (3/2), or a time as the file writes it";
 
 /// The options of all subcommands, and which of these was chosen.
@@ -32,6 +38,24 @@ struct CommandLine {
   Run run = nullptr;
   std::function<int(std::ostream&)> runAlone;  ///< instead of `run`: without the library in this process
 };
+
+/// A whole number, at least `least`. Only digits are one: no sign, no point, no other base.
+CLI::Validator WholeNumber(std::uint64_t least) {
+  auto const check = [least](std::string const& text) {
+    bool isNumber = !text.empty();
+    std::uint64_t number = 0;
+    for (char const digit : text) {
+      auto const value = static_cast<std::uint64_t>(digit - '0');
+      isNumber = isNumber && digit >= '0' && digit <= '9' &&
+                 number <= (std::numeric_limits<std::uint64_t>::max() - value) / 10;
+      number = number * 10 + value;
+    }
+    return isNumber && number >= least ? std::string()
+                                       : "\"" + text + "\" is no whole number from " + std::to_string(least) + " to " +
+                                             std::to_string(std::numeric_limits<std::uint64_t>::max());
+  };
+  return CLI::Validator(check, "");
+}
 
 CLI::App* AddCommand(CLI::App& app, CommandLine& line, char const* name, char const* help, Run run) {
   CLI::App* const command = app.add_subcommand(name, help);
@@ -61,9 +85,10 @@ void AddModuleCommands(CLI::App& app, CommandLine& line) {
   check->add_option("DIR", request.folder, "the folder of the module, Name.tdx")->required();
   check->add_option("FILE", request.files, "files that the module should read");
   check->add_option("--keep", request.keepFolder, "keep damaged files that the module fails on in this folder");
-  check->add_option("--time-limit", request.milliseconds, "for each thing that is tried, in milliseconds")
-      ->check(CLI::PositiveNumber)
-      ->group("");
+  check
+      ->add_option("--time-limit", request.milliseconds,
+                   "for each thing that is tried, in milliseconds: 10000 unless given")
+      ->check(WholeNumber(1));
   check->add_flag("--json", request.asJson, "machine-readable output");
   check->callback([&line] {
     line.runAlone = [&line](std::ostream& out) { return senmark_tool::RunModuleCheck(line.moduleCheck, out); };
@@ -97,7 +122,7 @@ void AddCommands(CLI::App& app, CommandLine& line) {
       ->required();
   CLI::App* const samples = AddFileCommand(app, line, "samples", "times and values of a sample set", &RunSamples);
   AddRange(*samples, line);
-  samples->add_option("--limit", line.request.limit, "at most so many samples")->check(CLI::NonNegativeNumber);
+  samples->add_option("--limit", line.request.limit, "at most so many samples")->check(WholeNumber(0));
   CLI::Option* const csv = samples->add_flag(
       "--csv", line.request.asCsv, "comma-separated text: RFC 4180 with lines that end in LF, times in seconds");
   csv->excludes("--json");
@@ -107,8 +132,8 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   samples->add_flag("--force", line.request.overwrites, "replace the SVG file if it exists")->needs(picture);
   CLI::App* const plot = AddFileCommand(app, line, "plot", "a chart of a sample set", &RunPlot);
   AddRange(*plot, line);
-  plot->add_option("--width", line.request.width, "columns, instead of the terminal's")->check(CLI::PositiveNumber);
-  plot->add_option("--height", line.request.height, "lines, instead of the terminal's")->check(CLI::PositiveNumber);
+  plot->add_option("--width", line.request.width, "columns, instead of the terminal's")->check(WholeNumber(1));
+  plot->add_option("--height", line.request.height, "lines, instead of the terminal's")->check(WholeNumber(1));
   AddFileCommand(app, line, "check", "reads all of a file and shows the first error with its place", &RunCheck);
   CLI::App* const convert = AddFileCommand(app, line, "convert", "writes a file as Timed Data JSON", &RunConvert);
   convert->add_option("OUT", line.request.output, "the file to write")->required();
@@ -131,6 +156,44 @@ void Complain(std::string const& file, std::string const& message) {
             << senmark_tool::Printable(message) << '\n';
 }
 
+/// What is wrong with the arguments, in one line.
+std::string UsageProblem(CLI::App const& app, CLI::ParseError const& error) {
+  std::vector<std::string> const unknown = app.remaining(true);
+  if (dynamic_cast<CLI::RequiredError const*>(&error) == nullptr || unknown.empty()) {
+    return error.what();
+  }
+  // What is missing may be what was not understood.
+  std::string const& word = unknown.front();
+  if (word.size() > 1 && word.front() == '-') {
+    return "there is no option \"" + word + "\"; names that begin with - stand behind --";
+  }
+  std::vector<std::string> names;
+  CLI::App const* command = &app;
+  for (std::vector<CLI::App*> chosen = app.get_subcommands(); !chosen.empty(); chosen = command->get_subcommands()) {
+    command = chosen.front();
+  }
+  for (CLI::App const* const known : command->get_subcommands([](CLI::App const*) { return true; })) {
+    names.push_back(known->get_name());
+  }
+  std::string const meant = senmark_tool::MeantWord(word, names);
+  return "there is no command \"" + word + '"' + (meant.empty() ? "" : "; did you mean \"" + meant + "\"?");
+}
+
+/// Tells why the work did not begin, or shows the help that was asked for.
+int RefuseOrHelp(CLI::App const& app, CLI::ParseError const& error) {
+  if (error.get_exit_code() != 0) {
+    Complain("", UsageProblem(app, error) + " (--help tells what there is)");
+    return senmark_tool::kUsageAtFault;
+  }
+  app.exit(error);
+  std::cout.flush();
+  if (std::cout.fail()) {
+    Complain("", kOutputProblem);
+    return senmark_tool::kFileAtFault;
+  }
+  return senmark_tool::kFine;
+}
+
 /// Whether what reads the output has seen enough and is gone, which is no news to anybody.
 bool HasNoReader() {
   pollfd output{STDOUT_FILENO, POLLOUT, 0};
@@ -141,8 +204,9 @@ bool HasNoReader() {
 /// was opened and made for it is given back.
 class ThrowingOutput {
  public:
-  ThrowingOutput() {
-    std::signal(SIGPIPE, SIG_IGN);
+  /// signalBefore receives what the signal of a pipe without a reader did so far.
+  explicit ThrowingOutput(void (*&signalBefore)(int)) {
+    signalBefore = std::signal(SIGPIPE, SIG_IGN);
     std::cout.exceptions(std::ios::badbit | std::ios::failbit);
   }
   ~ThrowingOutput() { std::cout.exceptions(std::ios::goodbit); }
@@ -162,16 +226,48 @@ int RunWithModules(Request request, Run run) {
   return run(manager, request, std::cout);
 }
 
+/// A pipe would be waited for, perhaps without end, and a device be read without one; neither can be mapped.
+void RefuseWhatIsNoFile(std::string const& path) {
+  std::error_code ignored;
+  std::filesystem::file_status const status = std::filesystem::status(path, ignored);
+  if (std::filesystem::is_fifo(status) || std::filesystem::is_socket(status)) {
+    throw std::runtime_error("it is a pipe, not a file");
+  }
+  if (std::filesystem::is_character_file(status) || std::filesystem::is_block_file(status)) {
+    throw std::runtime_error("it is a device, not a file");
+  }
+}
+
+/// Without them, a file of the library's could get their number and the answer or a complaint in it. Writing to the
+/// output that was not given fails as before.
+void OpenStandardDescriptors() {
+  int fd = 0;
+  while (fd >= 0 && fd <= STDERR_FILENO) {
+    if (fcntl(fd, F_GETFD) != -1 || open("/dev/null", fd == STDERR_FILENO ? O_WRONLY : O_RDONLY) == fd) {
+      ++fd;
+    } else {
+      fd = -1;
+    }
+  }
+}
+
 int RunCommand(CommandLine const& line) {
   std::string const& file = line.request.file;
+  void (*pipeSignal)(int) = SIG_DFL;
   try {
-    ThrowingOutput const throwing;
+    ThrowingOutput const throwing(pipeSignal);
+    senmark_tool::TemporaryFolder const temporary;
+    RefuseWhatIsNoFile(file);
     int const status = line.runAlone ? line.runAlone(std::cout) : RunWithModules(line.request, line.run);
     std::cout.flush();
     return status;
   } catch (std::ios_base::failure const&) {
     if (!HasNoReader()) {
-      Complain("", "cannot write the output");
+      Complain("", kOutputProblem);
+    } else if (pipeSignal != SIG_IGN) {
+      // Nothing is left to clear away, so that it can die as other programs do.
+      std::signal(SIGPIPE, SIG_DFL);
+      std::raise(SIGPIPE);
     }
   } catch (senmark_tool::ModuleFolderError const& error) {
     Complain("", error.what());
@@ -181,6 +277,8 @@ int RunCommand(CommandLine const& line) {
     return senmark_tool::kUsageAtFault;
   } catch (senmark::Error const& error) {
     Complain(file, error.message() + " (code " + std::to_string(error.code()) + ")");
+  } catch (std::filesystem::filesystem_error const& error) {
+    Complain(file, "cannot use \"" + error.path1().string() + "\": " + error.code().message());
   } catch (std::exception const& error) {
     Complain(file, error.what());
   }
@@ -191,6 +289,7 @@ int RunCommand(CommandLine const& line) {
 
 int main(int argc, char** argv) {
   try {
+    OpenStandardDescriptors();
     std::ios::sync_with_stdio(false);
     CLI::App app("Looks into files of timed sensor data.", "senmark");
     CommandLine line;
@@ -198,7 +297,7 @@ int main(int argc, char** argv) {
     try {
       app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {
-      return app.exit(error) == 0 ? senmark_tool::kFine : senmark_tool::kUsageAtFault;
+      return RefuseOrHelp(app, error);
     }
     return RunCommand(line);
   } catch (...) {

@@ -79,6 +79,17 @@ void AwaitEndOfInput() {
   }
 }
 
+/// Until somebody ends it and the process that it starts. Each says by a byte that it is there.
+[[noreturn]] void StayWithAnother() {
+  char const* const witness = std::getenv("SENMARK_TEST_WITNESS");
+  int const fd = witness == nullptr ? -1 : std::atoi(witness);
+  static_cast<void>(fork());
+  static_cast<void>(!write(fd, "x", 1));
+  while (true) {
+    pause();
+  }
+}
+
 /// Keeps the code in the process, for a thread that may be anywhere in it.
 void StayLoaded() {
   Dl_info own;
@@ -244,6 +255,9 @@ void TerminateSession(void* session, SK_PluginResult* result) {
 
 void CheckFileFormat(char const* input, char const*, bool* accepted, SK_PluginResult* result) {
   *accepted = Bytes(input).HasMark();
+  if (Has("stay-check")) {
+    StayWithAnother();
+  }
   if (Has("unstable-check")) {
     *accepted = ++gChecks % 2 == 0;
   }

@@ -1,0 +1,37 @@
+#include "TemporaryFolder.h"
+
+#include <cstdlib>
+#include <system_error>
+
+namespace senmark_tool {
+
+TemporaryFolder::TemporaryFolder() {
+  try {
+    mScratch = std::make_unique<ScratchFolder>();
+  } catch (std::system_error const&) {
+    return;  // what needs one will tell
+  }
+  // The library puts names right behind the value.
+  std::string const folder = mScratch->Path("");
+  for (std::size_t i = 0; i != kTemporaryVariables.size(); ++i) {
+    if (char const* const value = std::getenv(kTemporaryVariables[i])) {
+      mBefore[i] = value;
+    }
+    setenv(kTemporaryVariables[i], folder.c_str(), 1);
+  }
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  if (!mScratch) {
+    return;
+  }
+  for (std::size_t i = 0; i != kTemporaryVariables.size(); ++i) {
+    if (mBefore[i]) {
+      setenv(kTemporaryVariables[i], mBefore[i]->c_str(), 1);
+    } else {
+      unsetenv(kTemporaryVariables[i]);
+    }
+  }
+}
+
+}  // namespace senmark_tool
