@@ -296,8 +296,8 @@ TEST_F(BadConversionInput, MissingFolderForTemporaryFilesIsTold) {
 
 /// A recording so long that the samples of a node pass through a file of their own.
 std::string LongMotion() {
-  std::string text = Motion(kChannels, "Frames: 20000\nFrame Time: 0.04\n");
-  for (int i = 0; i != 20000; ++i) {
+  std::string text = Motion(kChannels, "Frames: 40000\nFrame Time: 0.04\n");
+  for (int i = 0; i != 40000; ++i) {
     text += std::to_string(i % 90) + ".1234567 1.5 -2.25\n";
   }
   return text;
