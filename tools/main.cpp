@@ -135,6 +135,7 @@ int RunCommand(CommandLine const& line) {
 int main(int argc, char** argv) {
   try {
     OpenStandardDescriptors();
+    std::signal(SIGCHLD, SIG_DFL);  // where it is ignored, children cannot be waited for
     std::ios::sync_with_stdio(false);
     CommandLine line;
     try {
