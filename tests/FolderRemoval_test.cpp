@@ -54,6 +54,21 @@ TEST(FolderRemoval, LinkGoesAlone) {
   EXPECT_EQ(folder.Read(file), "text");
 }
 
+/// Each level must be gone through but a few times, not as often as all above it together.
+TEST(FolderRemoval, WhatLiesTooDeepStaysAndTakesNoTime) {
+  senmark_test::TempFolder const folder;
+  fs::path const top = folder.Path("top");
+  fs::path inner = top;
+  for (int depth = 0; depth != 100; ++depth) {
+    inner /= "d";
+  }
+  fs::create_directories(inner);
+  std::ofstream(top / "file") << "text";
+  RemoveFolder(top.c_str());
+  EXPECT_FALSE(fs::exists(top / "file"));
+  EXPECT_TRUE(fs::exists(inner));
+}
+
 TEST(FolderRemoval, WhatIsNotThereIsNoMatter) {
   senmark_test::TempFolder const folder;
   RemoveFolder(folder.Path("none").c_str());

@@ -89,6 +89,30 @@ TEST_F(OutputFile, ReplacesOnlyWhenAsked) {
   EXPECT_EQ(mFolder.Read(mOutput), "new");
 }
 
+TEST_F(OutputFile, WhatComesMeanwhileIsReplacedOnlyWhenAsked) {
+  for (bool const overwrites : {false, true}) {
+    fs::remove(mOutput);
+    File file(mOutput, mInput, overwrites);
+    std::ofstream(file.WorkPath()) << "new";
+    mFolder.Write("output", "other");
+    if (overwrites) {
+      EXPECT_EQ(file.Finish(), 3u);
+    } else {
+      EXPECT_THROW(file.Finish(), UsageError);
+    }
+    EXPECT_EQ(mFolder.Read(mOutput), overwrites ? "new" : "other");
+  }
+  EXPECT_EQ(Names(), (std::set<std::string>{"input", "output"}));
+}
+
+TEST_F(OutputFile, LinkToNothingStays) {
+  fs::create_symlink(mFolder.Path("none"), mOutput);
+  for (bool const overwrites : {false, true}) {
+    EXPECT_EQ(Refusal(mOutput, overwrites), "\"" + mOutput + "\" is a link that leads to nothing");
+  }
+  EXPECT_TRUE(fs::is_symlink(mOutput));
+}
+
 TEST_F(OutputFile, NeverReplacesItsSource) {
   fs::create_symlink(mInput, mFolder.Path("link"));
   fs::create_hard_link(mInput, mFolder.Path("hard"));

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <memory>
 #include <thread>
 
@@ -111,6 +112,30 @@ TEST_F(SignalCleanup, SignalInAnotherThreadDoesTheSame) {
               }).join();
             }),
             SIGINT);
+  EXPECT_FALSE(IsThere("a"));
+}
+
+/// Else it would remove things beside the thread that is just making them.
+TEST_F(SignalCleanup, SignalInAnotherThreadIsHeldToo) {
+  Make("a");
+  EXPECT_EQ(SignalThatEnds([&] {
+              Folder const a(mFolder.Path("a"));
+              std::promise<void> isHeld;
+              std::thread other([&] {
+                isHeld.get_future().wait();
+                pthread_kill(pthread_self(), SIGINT);
+              });
+              {
+                HeldSignals const held;
+                isHeld.set_value();
+                other.join();
+                std::ofstream(mFolder.Path("reached")) << "text";
+              }
+              std::ofstream(mFolder.Path("passed")) << "text";
+            }),
+            SIGINT);
+  EXPECT_TRUE(IsThere("reached"));
+  EXPECT_FALSE(IsThere("passed"));
   EXPECT_FALSE(IsThere("a"));
 }
 

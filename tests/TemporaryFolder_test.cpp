@@ -1,6 +1,7 @@
 #include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <limits.h>
 #include <stdlib.h>
 
 #include <filesystem>
@@ -46,6 +47,20 @@ TEST(TemporaryFolder, VariablesAreAsBefore) {
   } else {
     setenv("TMPDIR", ofTheSystem.c_str(), 1);
   }
+}
+
+/// A name that is not too long in the usual place is none in a folder of it.
+TEST(TemporaryFolder, LongPlacesStay) {
+  senmark_test::TempFolder const folder;
+  std::string place = folder.Path("");
+  while (place.size() < PATH_MAX - 150) {
+    place += std::string(100, 'x') + '/';
+  }
+  std::filesystem::create_directories(place);
+  setenv("TEMP", place.c_str(), 1);
+  TemporaryFolder const own;
+  EXPECT_EQ(Value("TEMP"), place);
+  EXPECT_TRUE(std::filesystem::is_empty(place));
 }
 
 TEST(TemporaryFolder, WithoutAPlaceNothingChanges) {

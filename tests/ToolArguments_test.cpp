@@ -90,6 +90,10 @@ TEST_F(ToolArguments, NumbersAreOfDigitsAlone) {
     EXPECT_EQ(Run({"plot", mFile, "set", option, "18446744073709551615"}).status, 0);
   }
   EXPECT_EQ(senmark_test::Lines(Run({"samples", mFile, "set", "--limit", "2"}).out).size(), 3u);
+  std::string const manyFile = NumberSetFile::Smpte(25).Add("set", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}).Text();
+  std::string const many = mFolder.Write("many.tdjson", manyFile);
+  EXPECT_EQ(senmark_test::Lines(Run({"samples", many, "set", "--limit", "010"}).out).size(), 11u) << "no octal number";
+  EXPECT_EQ(senmark_test::Lines(Run({"samples", many, "set", "--limit", "0000000000000000000000009"}).out).size(), 10u);
   EXPECT_EQ(senmark_test::Lines(Run({"samples", mFile, "set", "--limit", "18446744073709551615"}).out).size(), 4u);
 }
 

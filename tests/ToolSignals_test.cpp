@@ -91,10 +91,11 @@ class PipedProgram {
   void Send(int signal) const { kill(mChild, signal); }
   /// The signal that has ended it; 0 if none has.
   int AwaitEnd() {
-    int status = 0;
-    waitpid(std::exchange(mChild, -1), &status, 0);
-    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    waitpid(std::exchange(mChild, -1), &mStatus, 0);
+    return WIFSIGNALED(mStatus) ? WTERMSIG(mStatus) : 0;
   }
+  /// Of a program that has ended without a signal.
+  int ExitStatus() const { return WEXITSTATUS(mStatus); }
 
  private:
   static bool Await(int fd, short what) {
@@ -103,6 +104,7 @@ class PipedProgram {
   }
 
   pid_t mChild = -1;
+  int mStatus = 0;
   int mInput = -1;
   int mOutput = -1;
 };
@@ -219,7 +221,31 @@ TEST_F(ToolSignals, PipeWithoutAReaderIsNoSignalWhereThatIsIgnored) {
   signal(SIGPIPE, before);
   program.CloseOutput();
   EXPECT_EQ(program.AwaitEnd(), 0);
+  EXPECT_EQ(program.ExitStatus(), 1);
   EXPECT_EQ(mFolder.TempNames(), "");
+  EXPECT_EQ(mFolder.Read(mFolder.Path("err")), "");
+}
+
+/// Where it is ignored, a process is gone without a word as soon as it has ended.
+TEST_F(ToolSignals, SignalOfAChildIsNotIgnored) {
+  std::string const module = AddModule("good");
+  std::string const input = ModuleFile();
+  std::string const usual = Run({"module", "check", module, input}).out;
+  std::string const outPath = mFolder.Path("answer");
+  std::vector<std::string> line = Line({"module", "check", module, input, "--time-limit", "240000"});
+  std::vector<char*> const words = senmark_test::WordsOf(line);
+  pid_t const child = fork();
+  if (child == 0) {
+    signal(SIGCHLD, SIG_IGN);
+    dup2(open(outPath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), STDOUT_FILENO);
+    execv(words[0], words.data());
+    _exit(127);
+  }
+  int status = -1;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(mFolder.Read(outPath), usual);
+  EXPECT_NE(usual, "");
 }
 
 }  // namespace

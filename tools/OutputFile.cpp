@@ -24,9 +24,14 @@ fs::path FolderOf(fs::path const& path) {
   return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
+[[noreturn]] void RefuseToReplace(std::string const& path) {
+  throw UsageError("\"" + path + "\" exists already; --force replaces it");
+}
+
 }  // namespace
 
-OutputFile::OutputFile(std::string const& path, std::string const& input, bool overwrites) : mPath(path) {
+OutputFile::OutputFile(std::string const& path, std::string const& input, bool overwrites)
+    : mPath(path), mOverwrites(overwrites) {
   std::error_code ignored;
   fs::file_status const status = fs::status(path, ignored);
   if (fs::exists(status)) {
@@ -37,9 +42,11 @@ OutputFile::OutputFile(std::string const& path, std::string const& input, bool o
       throw UsageError("\"" + path + "\" is no file that could be replaced");
     }
     if (!overwrites) {
-      throw UsageError("\"" + path + "\" exists already; --force replaces it");
+      RefuseToReplace(path);
     }
     mPath = fs::canonical(path).string();
+  } else if (fs::is_symlink(fs::symlink_status(path, ignored))) {
+    throw UsageError("\"" + path + "\" is a link that leads to nothing");
   }
   if (path.empty() || !fs::path(path).has_filename()) {
     throw UsageError("\"" + path + "\" is no name of a file");
@@ -62,6 +69,16 @@ std::uintmax_t OutputFile::Finish() {
   fs::permissions(mWorkPath, fs::exists(replaced) ? replaced.permissions() : UsualPermissions());
   std::uintmax_t const size = fs::file_size(mWorkPath);
   std::error_code failure;
+  if (!mOverwrites) {
+    // A second name is not given where a file has come meanwhile. Not all disks know them.
+    fs::create_hard_link(mWorkPath, mPath, failure);
+    if (!failure) {
+      return size;
+    }
+    if (failure == std::errc::file_exists) {
+      RefuseToReplace(mPath);
+    }
+  }
   fs::rename(mWorkPath, mPath, failure);
   if (failure) {
     throw std::system_error(failure, "cannot write \"" + mPath + "\"");

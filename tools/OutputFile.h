@@ -30,11 +30,12 @@ class OutputFile {
 
   /// Puts what was made into its place. Result: its size in bytes.
   ///
-  /// Errors: `std::system_error`.
+  /// Errors: `UsageError` when a file that must not be replaced has come to stand there meanwhile; `std::system_error`.
   std::uintmax_t Finish();
 
  private:
   std::string mPath;  ///< with links followed
+  bool mOverwrites;
   std::unique_ptr<ScratchFolder> mScratch;
   std::string mWorkPath;
 };

@@ -9,13 +9,13 @@
 
 namespace senmark_tool {
 
-/// The variables that name the folder for temporary files, as the library reads them: the first that is set counts.
+/// The variables that name the folder for temporary files, in the order in which the library reads them.
 inline constexpr std::array<char const*, 3> kTemporaryVariables = {"TEMP", "TMP", "TMPDIR"};
 
 /// It goes with all that is in it, even if a signal ends the program.
 class ScratchFolder {
  public:
-  /// In the folder for temporary files, which is the library's, or /tmp.
+  /// In the folder for temporary files: that of the first variable that is not empty, or /tmp.
   ///
   /// Errors: `std::system_error` when it cannot be made.
   ScratchFolder();

@@ -93,14 +93,15 @@ void SignalCleanup::EndAll(int number) {
       return;
     }
     int const before = errno;
-    // First what might still write to the folders.
-    if (pid_t const leader = gLeader; leader != 0) {
+    // Taken away as they are ended: a second signal may bring this here again before the first ends the process, when
+    // their number and names may be others'. First what might still write to the folders.
+    if (pid_t const leader = gLeader.exchange(0); leader != 0) {
       kill(-leader, SIGKILL);
       kill(leader, SIGKILL);  // its group may not exist yet
       while (waitpid(leader, nullptr, 0) == -1 && errno == EINTR) {
       }
     }
-    for (Folder const* folder = gNewestFolder; folder != nullptr; folder = folder->mOlder) {
+    for (Folder const* folder = gNewestFolder.exchange(nullptr); folder != nullptr; folder = folder->mOlder) {
       if (folder->mProcess == getpid()) {
         RemoveFolder(folder->mPath.c_str());
       }

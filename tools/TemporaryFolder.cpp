@@ -1,5 +1,7 @@
 #include "TemporaryFolder.h"
 
+#include <limits.h>
+
 #include <cstdlib>
 #include <system_error>
 
@@ -13,6 +15,11 @@ TemporaryFolder::TemporaryFolder() {
   }
   // The library puts names right behind the value.
   std::string const folder = mScratch->Path("");
+  constexpr std::size_t kRoomForNames = NAME_MAX + 1;
+  if (folder.size() + kRoomForNames > PATH_MAX) {
+    mScratch.reset();  // what had room in the usual place might have none here
+    return;
+  }
   for (std::size_t i = 0; i != kTemporaryVariables.size(); ++i) {
     if (char const* const value = std::getenv(kTemporaryVariables[i])) {
       mBefore[i] = value;

@@ -11,7 +11,8 @@
 namespace senmark_tool {
 
 /// As long as it lives, the library, modules and what they start make their temporary files in a folder of the
-/// program's own, and nothing is left of them, however they end. Where that cannot be made, all stays as it is.
+/// program's own, and nothing is left of them, however they end. Where that cannot be made, or names in it might be too
+/// long, all stays as it is.
 class TemporaryFolder {
  public:
   TemporaryFolder();
