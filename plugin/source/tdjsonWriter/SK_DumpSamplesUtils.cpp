@@ -261,9 +261,9 @@ void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
   if (size <= mBufferCapacity) {
     return;
   }
-  // A node with a file fills its next buffer too, most likely.
   // Texts may pass the limit a little, each by what stands around its base, and not each of them moves all.
   std::size_t const spare = mTimes == eTimes::kShortenedUntilLong && size > kBufferLimit ? kPieceSize : 0;
+  // A node with a file fills its next buffer too, most likely.
   std::size_t const least = mHasFileData ? kSmallestEarlySpill : kFirstCapacity;
   std::size_t const capacity = CapacityFor(size + spare, least, kBufferLimit);
   std::unique_ptr<char[]> buffer(new char[capacity + kBehind]);
