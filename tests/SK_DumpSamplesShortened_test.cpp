@@ -205,6 +205,22 @@ TEST_F(DumpSamplesShortened, TextsStayAsTheyWereBehindTheLast) {
   EXPECT_EQ(value, "1");
 }
 
+TEST_F(DumpSamplesShortened, SamplesWithoutAWindowComeBackAmongOthers) {
+  for (std::size_t const timeLength : {std::size_t{3}, std::size_t{11}, std::size_t{32}, std::size_t{33}}) {
+    Begin(timeLength);
+    std::string const time(timeLength, '1');
+    std::string const other(timeLength, '2');
+    Put(*mDump, {time, "first"});
+    mDump->WriteSampleNum(other, 1.5);
+    mDump->WriteSampleNumArr(time, {2.5, -3});
+    Put(*mDump, {time, "among"});
+    mDump->WriteSampleString(other, "text");
+    EXPECT_EQ(ReadAll(*mDump),
+              Samples({{time, "first"}, {other, "1.5"}, {time, "2.5,-3"}, {time, "among"}, {other, "text"}}))
+        << timeLength;
+  }
+}
+
 // A record larger than a buffer may be: whatever comes behind it still stays within the limit.
 TEST_F(DumpSamplesShortened, RecordLargerThanTheLimitGoesToTheFileWithTheNext) {
   Begin(11);

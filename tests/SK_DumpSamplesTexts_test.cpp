@@ -167,6 +167,42 @@ TEST_P(DumpWithTextsAt, FileEndsWhereItDoesWithWholeTimes) {
   EXPECT_GT(filled, 10u);
 }
 
+// The same where it is a short text that is too much, and what waits behind it has the whole limit again.
+TEST_P(DumpWithTextsAt, FileEndsWhereItDoesAtAShortText) {
+  std::size_t const whole = GetParam() + kLengthBytes;
+  for (int over = -1; over != 3; ++over) {
+    Random random(static_cast<unsigned>(over + 1));
+    PlainDump plain(GetParam());
+    mDump = NewDump(GetParam());
+    std::string time(GetParam(), '0');
+    auto const write = [&](std::size_t size) {
+      time = NextTime(time, random);
+      Sample const sample = {time, Text(size, random)};
+      plain.Write(sample);
+      Write(*mDump, sample);
+    };
+    std::size_t left = kLimit;
+    for (; left > 2 * whole + 120; left -= whole + 100) {
+      write(100);
+    }
+    ASSERT_EQ(TempSize(), 0u);
+    write(left - whole + static_cast<std::size_t>(over));
+    EXPECT_EQ(TempSize() != 0, over > 0);
+    write(20);
+    std::size_t const inFile = TempSize();
+    EXPECT_GT(inFile, 0u);
+    for (int i = 0; i != 300; ++i) {
+      write(20);
+    }
+    EXPECT_EQ(TempSize(), inFile);
+    write(kLong + 3);
+    for (int i = 0; i != 200; ++i) {
+      write(20);
+    }
+    EXPECT_TRUE(ReadAll(*mDump) == plain.ReadAll()) << over;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Lengths, DumpWithTextsAt, testing::Values(0, 3, 4, 11, 23, 32, 33),
                          [](auto const& length) { return "Of" + std::to_string(length.param) + "Bytes"; });
 

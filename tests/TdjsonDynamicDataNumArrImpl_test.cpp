@@ -5,6 +5,7 @@
 #include <iterator>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "DynamicNodes.h"
@@ -170,6 +171,43 @@ TEST_F(DynamicNumArr, ArrayBeyond65535BytesOfTextTakesThoseBehindItAlong) {
   expected.resize(expected.size() - 2);
   expected += R"(,{"time":",7,7,7,7,7,","value":[)" + Sevens((kAstray + 1) / 2) + "]}]}";
   EXPECT_TRUE(FileText() == expected);
+}
+
+// What is read behind such an array lies across the records of short ones, which are texts then too.
+TEST_F(DynamicNumArr, ShortArraysBehindALostLengthAreReadAsTexts) {
+  UseTimeCode();
+  constexpr std::size_t kSize = 32769;
+  constexpr std::size_t kHead = 11 + 2;  // a time, and the length of the value
+  std::shared_ptr<TdjsonDynamicDataNumArrImpl> const node = MakeBare(kSize);
+  node->setNumberPattern(kAutomaticDigits, kAutomaticDigits, 0, &mResult);
+  EXPECT_TRUE(Add(*node, TimeCode(0), mResult, std::vector<double>(kSize, 7)));
+  std::string records = std::string("00:00:00:00\x01\0", kHead) + '7';
+  for (std::size_t i = 1; i != kSize; ++i) {
+    records += ",7";
+  }
+  node->setArrCount(2, &mResult);
+  for (int i = 0; i != 1000; ++i) {
+    EXPECT_TRUE(Add(*node, TimeCode(1), mResult, {3, 4}));
+    records += std::string("00:00:00:01\x03\0", kHead) + "3,4";
+  }
+  EXPECT_TRUE(node->Commit());
+  std::string expected = kTimeCodeHead + std::string(R"(,"dataDynamicSamples":[{"sampleSetID":"Sarm","samples":[)");
+  std::string_view left = records;
+  int count = 0;
+  for (; left.size() >= kHead; ++count) {
+    std::size_t const length = static_cast<unsigned char>(left[11]) | static_cast<unsigned char>(left[12]) << 8U;
+    if (left.size() < kHead + length) {
+      break;
+    }
+    expected += (count == 0 ? "" : ",") + std::string(R"({"time":")").append(left.substr(0, 11)) + R"(","value":[")";
+    for (char const character : left.substr(kHead, length)) {
+      expected += character == ',' ? R"(",")" : std::string(1, character);
+    }
+    expected += R"("]})";
+    left.remove_prefix(kHead + length);
+  }
+  EXPECT_GE(count, 7) << "nothing lies across records";
+  EXPECT_TRUE(FileText() == expected + "]}");
 }
 
 // Digits and sign are those of all elements, however long the arrays are.

@@ -79,7 +79,7 @@ void SK_DumpSamplesUtils::BeginAnew() noexcept {
 
 void SK_DumpSamplesUtils::WriteSampleNum(std::string const& time, double const& value) {
   mValueText = SK_WriterNumberText(value).View();
-  WriteAnySample({time}, mValueText);
+  WriteAlone(time, mValueText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector<double> const& values) {
@@ -90,11 +90,22 @@ void SK_DumpSamplesUtils::WriteSampleNumArr(std::string const& time, std::vector
     }
     mValueText += SK_WriterNumberText(value).View();
   }
-  WriteAnySample({time}, mValueText);
+  WriteAlone(time, mValueText);
 }
 
 void SK_DumpSamplesUtils::WriteSampleString(std::string const& time, std::string const& value) {
-  WriteAnySample({time}, value);
+  WriteAlone(time, value);
+}
+
+// Of a time whose window nobody has made.
+void SK_DumpSamplesUtils::WriteAlone(std::string const& time, std::string_view value) {
+  SK_TimeWindow window;
+  if (mShortensTimes) {
+    char padded[SK_TimeWindow::kLongest] = {};
+    time.copy(padded, sizeof(padded));
+    window.Set(padded, mTimeLength);
+  }
+  WriteAnySample({time, &window}, value);
 }
 
 void SK_DumpSamplesUtils::WriteAnySample(SK_WaitingTime const& time, std::string_view value) {
@@ -250,9 +261,9 @@ void SK_DumpSamplesUtils::ReserveFor(std::size_t recordLength) {
   if (size <= mBufferCapacity) {
     return;
   }
-  // A node with a file fills its next buffer too, most likely.
   // Texts may pass the limit a little, each by what stands around its base, and not each of them moves all.
   std::size_t const spare = mTimes == eTimes::kShortenedUntilLong && size > kBufferLimit ? kPieceSize : 0;
+  // A node with a file fills its next buffer too, most likely.
   std::size_t const least = mHasFileData ? kSmallestEarlySpill : kFirstCapacity;
   std::size_t const capacity = CapacityFor(size + spare, least, kBufferLimit);
   std::unique_ptr<char[]> buffer(new char[capacity + kBehind]);

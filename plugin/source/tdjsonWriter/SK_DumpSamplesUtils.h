@@ -228,6 +228,7 @@ class SK_DumpSamplesUtils {
   }
 
   void BeginAnew() noexcept;
+  void WriteAlone(std::string const& time, std::string_view value);
   void WriteAnySample(SK_WaitingTime const& time, std::string_view value);
   bool ReadAnySample(std::string_view& time, std::string_view& value);
   bool PassesLimit(SK_WaitingTime const& time, std::string_view value, std::size_t recordLength) const;

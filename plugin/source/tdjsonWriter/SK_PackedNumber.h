@@ -158,8 +158,7 @@ void Widen(ns_sensor::SK_NumberPattern& pattern, double value);
 
 /// Stores the number to where there is room for `SK_WriterNumberText::kRoom` bytes, all of which may change, and gives
 /// its end there. Raises the digit counts of the pattern to what the number's text needs if they are automatic; its
-/// sign counts in any case. Here, because it is done for every number of every
-/// sample.
+/// sign counts in any case. Here, because it is done for every number of every sample.
 inline char* PackNumber(char* out, double value, ns_sensor::SK_NumberPattern& pattern, bool automatic) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof(bits));
