@@ -359,6 +359,14 @@ TEST(PackedNumbers, AreReadIfThereIsNothingElse) {
   EXPECT_FALSE(SK_PackedNumber::Read("", number));
 }
 
+// Nobody stores these.
+TEST(PackedNumbers, FineOnesWithoutDecimalsHaveTexts) {
+  std::string bytes = "\xA4";
+  bytes += std::string(4, '\0');
+  std::size_t taken = 0;
+  EXPECT_EQ(TextOf(TakeFrom(bytes, taken)), "0");
+}
+
 TEST(PackedNumbers, TextsAndNothingAreNone) {
   EXPECT_FALSE(SK_PackedNumber::Begins(""));
   for (unsigned first = 0; first != 256; ++first) {

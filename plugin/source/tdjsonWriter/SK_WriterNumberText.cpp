@@ -265,6 +265,9 @@ bool SK_WriterNumberText::ToFine(std::uint64_t bits, std::uint64_t& fine) {
 char* SK_WriterNumberText::WriteFine(char* out, std::uint64_t fine) {
   out = WriteInteger(out, fine / kTenToFifteen);
   std::uint64_t const behindPoint = fine % kTenToFifteen * 10;
+  if (behindPoint == 0) {
+    return out;  // nothing that `ToFine` gives, but what a damaged record may say
+  }
   std::uint64_t const first = DigitsOfValue(static_cast<std::uint32_t>(behindPoint / kTenToEight));
   std::uint64_t const last = DigitsOfValue(static_cast<std::uint32_t>(behindPoint % kTenToEight));
   *out = '.';
