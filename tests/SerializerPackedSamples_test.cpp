@@ -15,8 +15,8 @@
 #include "NumberKinds.h"
 #include "NumberTexts.h"
 #include "SK_PackedNumber.h"
+#include "SampleBatches.h"
 #include "SerializerSample.h"
-#include "TempFolder.h"
 #include "WaitingTime.h"
 
 namespace SK_PLUGIN {
@@ -45,48 +45,18 @@ std::string TextOf(Sample const& sample, SK_NumberPattern const& pattern) {
          PaddedStepByStep(senmark_test::StreamText().Of(sample.value), pattern) + R"("})";
 }
 
-class SerializerPackedSamples : public testing::Test {
+class SerializerPackedSamples : public senmark_test::SampleBatches {
  protected:
-  void Begin(std::size_t timeLength) {
-    mDump.ClearDump();
-    mDump.SetTimeLength(static_cast<unsigned short>(timeLength), SK_DumpSamplesUtils::eTimes::kShortened);
-  }
+  SerializerPackedSamples() : SampleBatches(SK_DumpSamplesUtils::eTimes::kShortened) {}
+
   std::uint64_t Append(SK_NumberPattern const& pattern, std::size_t room, std::uint64_t most) {
     return AppendPackedSamples(mBuffer, mDump, pattern, room, most);
   }
-  /// Reads all samples: many at a time where that goes, and the next one by itself. Gives how many came that way.
   std::uint64_t AppendAll(SK_NumberPattern const& pattern, std::uint64_t count, std::size_t mostRoom) {
-    std::uint64_t many = 0;
-    std::string_view time;
-    std::string_view value;
-    for (std::uint64_t i = 0; i != count;) {
-      std::uint64_t const appended = Append(pattern, std::min(mBuffer.Free(), mostRoom), count - i);
-      many += appended;
-      i += appended;
-      if (i != count && mDump.ReadSample(time, value)) {
-        mBuffer.Put(',');
-        AppendNumberSample(mBuffer, time, value, pattern);
-        ++i;
-      }
-    }
-    EXPECT_FALSE(mDump.ReadSample(time, value));
-    return many;
+    return SampleBatches::AppendAll(
+        count, mostRoom, [&](std::size_t room, std::uint64_t most) { return Append(pattern, room, most); },
+        [&](std::string_view time, std::string_view value) { AppendNumberSample(mBuffer, time, value, pattern); });
   }
-  /// Reads one sample, as has to be done with the first one.
-  std::string ReadTime() {
-    std::string_view time;
-    std::string_view value;
-    EXPECT_TRUE(mDump.ReadSample(time, value));
-    return std::string(time);
-  }
-  void GrowTo(std::size_t size) {
-    mBuffer.Grow(size);
-    mBuffer.Clear();
-  }
-
-  senmark_test::TempFolder mFolder;
-  SK_DumpSamplesUtils mDump;
-  SerializerBuffer mBuffer;
 };
 
 // Numbers of all kinds, and times of all lengths, also those that are kept whole; from the file and from memory.

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "DumpedSamples.h"
+#include "SampleBatches.h"
 #include "SampleBuffers.h"
-#include "TempFolder.h"
 #include "WaitingTime.h"
 
 namespace SK_PLUGIN {
@@ -126,50 +126,19 @@ TEST(SerializerTextSample, TextsStayInTheirMemory) {
 }
 
 /// Reads short texts many at a time.
-class ShortTextSamples : public testing::Test {
+class ShortTextSamples : public senmark_test::SampleBatches {
  protected:
-  void Begin(std::size_t timeLength) {
-    mDump.ClearDump();
-    mDump.SetTimeLength(static_cast<unsigned short>(timeLength), SK_DumpSamplesUtils::eTimes::kShortenedUntilLong);
-  }
+  ShortTextSamples() : SampleBatches(SK_DumpSamplesUtils::eTimes::kShortenedUntilLong) {}
+
   void Write(Sample const& sample) { mDump.WriteText(senmark_test::WaitingTime(sample.first), sample.second); }
   std::uint64_t Append(SK_StringProperties const& widths, std::size_t room, std::uint64_t most) {
     return AppendShortTextSamples(mBuffer, mDump, widths, room, most);
   }
-  /// Reads all samples: many at a time where that goes, and the next one by itself. Gives how many came that way.
   std::uint64_t AppendAll(SK_StringProperties const& widths, std::uint64_t count, std::size_t mostRoom) {
-    std::uint64_t many = 0;
-    std::string_view time;
-    std::string_view value;
-    for (std::uint64_t i = 0; i != count;) {
-      std::uint64_t const appended = Append(widths, std::min(mBuffer.Free(), mostRoom), count - i);
-      many += appended;
-      i += appended;
-      if (i != count) {
-        EXPECT_TRUE(mDump.ReadSample(time, value));
-        mBuffer.Put(',');
-        AppendStringSample(mBuffer, time, value, widths);
-        ++i;
-      }
-    }
-    EXPECT_FALSE(mDump.ReadSample(time, value));
-    return many;
+    return SampleBatches::AppendAll(
+        count, mostRoom, [&](std::size_t room, std::uint64_t most) { return Append(widths, room, most); },
+        [&](std::string_view time, std::string_view value) { AppendStringSample(mBuffer, time, value, widths); });
   }
-  /// Reads one sample, as has to be done with the first one.
-  Sample ReadOne() {
-    std::string_view time;
-    std::string_view value;
-    EXPECT_TRUE(mDump.ReadSample(time, value));
-    return Sample(time, value);
-  }
-  void GrowTo(std::size_t size) {
-    mBuffer.Grow(size);
-    mBuffer.Clear();
-  }
-
-  senmark_test::TempFolder mFolder;
-  SK_DumpSamplesUtils mDump;
-  SerializerBuffer mBuffer;
 };
 
 // Texts of all sizes, empty ones among them, and times of all lengths, also those that are kept whole; from the file

@@ -1,6 +1,7 @@
 #include "SerializerArraySample.h"
 
 #include "SK_PackedNumber.h"
+#include "SerializerBatch.h"
 #include "SerializerNumberParts.h"
 #include "SerializerSampleParts.h"
 
@@ -10,9 +11,8 @@ namespace {
 
 constexpr char kBehindValue[] = "]}";
 
-/// An element with its quotes and a comma, and what stands around all of them.
+/// With quotes and a comma.
 constexpr std::size_t kElementRoom = 3 + kFieldRoom;
-constexpr std::size_t kSampleRoom = SampleFrame::kRoom + sizeof(kBehindValue) - 1;
 
 /// Bytes of a packed number with its comma, at least.
 constexpr std::size_t kSmallestElement = 2 + SK_PackedNumber::kSmallest;
@@ -43,27 +43,15 @@ std::uint64_t AppendPackedArrays(SerializerBuffer& out, SK_DumpSamplesUtils& dum
                                  std::size_t room, std::uint64_t most) {
   // Of its own, as whatever is stored could be part of the caller's.
   NumberField const place = field;
-  SampleFrame frame("[");
-  std::size_t const sizeBefore = out.Size();
-  char* const start = out.Grow(room);
-  char const* const end = start + room;
-  char* p = start;
-  auto const useBase = [&](SK_TimeWindowReader const& times) { frame.SetBase(times); };
-  auto const use = [&](char const* window, std::string_view value) {
+  auto const sizeOf = [](std::string_view value) {
     std::size_t const mostElements = value.size() / kSmallestElement + 1;
-    if (static_cast<std::size_t>(end - p) < kSampleRoom + mostElements * kElementRoom) {
-      return false;
-    }
-    char* const behind = PutElements(frame.Put(p, window), value, place);
-    if (behind == nullptr) {
-      return false;
-    }
-    p = CopyLiteral(behind, kBehindValue);
-    return true;
+    return mostElements * kElementRoom + sizeof(kBehindValue);
   };
-  std::uint64_t const count = dump.ReadShortSamples(most, useBase, use);
-  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
-  return count;
+  auto const put = [&](char* p, std::string_view value) {
+    char* const behind = PutElements(p, value, place);
+    return behind != nullptr ? CopyLiteral(behind, kBehindValue) : nullptr;
+  };
+  return AppendShortSamples(out, dump, "[", room, most, sizeOf, put);
 }
 
 void AppendNumberArraySample(SerializerBuffer& out, std::string_view time, std::string_view value,

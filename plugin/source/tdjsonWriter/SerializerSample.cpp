@@ -1,12 +1,12 @@
 #include "SerializerSample.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
 #include "SK_EightBytes.h"
 #include "SK_PackedNumber.h"
 #include "SK_WriterNumberText.h"
+#include "SerializerBatch.h"
 #include "SerializerNumberParts.h"
 #include "SerializerSampleParts.h"
 
@@ -134,36 +134,19 @@ std::uint64_t AppendPackedSamples(SerializerBuffer& out, SK_DumpSamplesUtils& du
   constexpr char kBehindValue[] = "\"}";
   // Of its own, as whatever is stored could be part of the caller's.
   NumberField const place = field;
-  SampleFrame frame("\"");
-  std::size_t const sizeBefore = out.Size();
-  char* const start = out.Grow(room);
-  char* p = start;
-  auto const useBase = [&](SK_TimeWindowReader const& times) { frame.SetBase(times); };
-  auto const use = [&](char const* window, std::string_view value) {
+  auto const sizeOf = [](std::string_view) { return kFieldRoom + sizeof(kBehindValue); };
+  auto const put = [&](char* p, std::string_view value) -> char* {
     SK_PackedNumber number;
     if (!SK_PackedNumber::Read(value, number)) {
-      return false;
+      return nullptr;
     }
     PackedDigits const digits(number);
     if (!place.Fits(digits.integer, digits.decimals, digits.finer)) {
-      return false;
+      return nullptr;
     }
-    p = PutPadded(frame.Put(p, window), digits, number.isNegative, place);
-    p = CopyLiteral(p, kBehindValue);
-    return true;
+    return CopyLiteral(PutPadded(p, digits, number.isNegative, place), kBehindValue);
   };
-  // By their number, so that there is no look at the room for each of them.
-  std::uint64_t count = 0;
-  for (bool isMore = true; isMore;) {
-    constexpr std::size_t kLargest = SampleFrame::kRoom + kFieldRoom + sizeof(kBehindValue);
-    std::size_t const left = room - static_cast<std::size_t>(p - start);
-    std::uint64_t const wanted = std::min<std::uint64_t>(most - count, left / kLargest);
-    std::uint64_t const taken = dump.ReadShortSamples(wanted, useBase, use);
-    count += taken;
-    isMore = taken != 0 && taken == wanted;
-  }
-  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
-  return count;
+  return AppendShortSamples(out, dump, "\"", room, most, sizeOf, put);
 }
 
 void AppendNumberSample(SerializerBuffer& out, std::string_view time, std::string_view value,

@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "SK_EightBytes.h"
-#include "SK_TimeWindowReader.h"
 #include "SerializerBuffer.h"
 
 namespace SK_PLUGIN {
@@ -49,39 +48,6 @@ inline char* CopyTime(char* p, std::string_view time) {
 inline void AppendTime(SerializerBuffer& out, std::string_view time) {
   CopyTime(out.Grow(TimeRoom(time.size())), time);
 }
-
-/// What stands in front of the value in a sample behind the first one of its set. With the base of the times in it, so
-/// that for each sample it is copied as one piece, and the window over the base.
-class SampleFrame {
- public:
-  /// opening: of the value, all that its samples have in common. At most `kLongestOpening` bytes.
-  explicit SampleFrame(std::string_view opening) : mOpening(opening) {}
-
-  void SetBase(SK_TimeWindowReader const& times) {
-    times.CopyBaseTo(CopyLiteral(CopyLiteral(mFront, ","), kBeforeTime));
-    char* const behindTime = mFront + kTimeAt + times.Length();
-    char* const value = CopyLiteral(behindTime, kBeforeValue);
-    mSize = static_cast<std::size_t>(std::copy(mOpening.begin(), mOpening.end(), value) - mFront);
-  }
-
-  /// The frame with a time's window as it is stored, to where there is room for `kRoom` bytes, all of which may change.
-  /// Gives the end.
-  char* Put(char* out, char const* window) const {
-    std::memcpy(out, mFront, sizeof(mFront));
-    SK_TimeWindowReader::CopyWindowTo(out + kTimeAt, window);
-    return out + mSize;
-  }
-
-  static constexpr std::size_t kLongestOpening = 11;
-  static constexpr std::size_t kRoom = 1 + TimeRoom(SK_TimeWindow::kLongest) + kLongestOpening;
-
- private:
-  static constexpr std::size_t kTimeAt = 1 + sizeof(kBeforeTime) - 1;
-
-  std::string_view mOpening;
-  char mFront[kRoom] = {};
-  std::size_t mSize = 0;
-};
 
 inline constexpr std::uint64_t kZeroes = SK_NAMESPACE_INT::kEveryByte * '0';
 

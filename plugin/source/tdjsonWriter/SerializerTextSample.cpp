@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "SK_EightBytes.h"
+#include "SerializerBatch.h"
 #include "SerializerSampleParts.h"
 
 namespace SK_PLUGIN {
@@ -82,30 +83,19 @@ StringField::StringField(ns_sensor::SK_StringProperties const& stringProperties)
 
 std::uint64_t AppendShortTextSamples(SerializerBuffer& out, SK_DumpSamplesUtils& dump, StringField const& field,
                                      std::size_t room, std::uint64_t most) {
-  constexpr std::size_t kAround = SampleFrame::kRoom + kTextRoom + kBlock;
   // Of its own, as whatever is stored could be part of the caller's.
   StringField const place = field;
-  SampleFrame frame(kBeforeLength);
-  std::size_t const sizeBefore = out.Size();
-  char* const start = out.Grow(room);
-  char const* const end = start + room;
-  char* p = start;
-  auto const useBase = [&](SK_TimeWindowReader const& times) { frame.SetBase(times); };
-  auto const use = [&](char const* window, std::string_view value) {
-    std::uint64_t const digits = DigitsOfThree(static_cast<std::uint32_t>(value.size()));
-    std::size_t const width = std::max<std::size_t>(value.size(), place.maxLength);
-    if (value.empty() || !place.Fits(digits) || static_cast<std::size_t>(end - p) < kAround + width) {
-      return false;
-    }
-    p = frame.Put(p, window);
-    StoreEight(p, (digits | kZeroes) >> place.digitsShift);
-    p = PutPaddedText(CopyLiteral(p + place.maxDigits, kBeforeText), value, width);
-    p = CopyLiteral(p, kBehindText);
-    return true;
+  auto const digitsOf = [](std::string_view value) { return DigitsOfThree(static_cast<std::uint32_t>(value.size())); };
+  auto const widthOf = [&](std::string_view value) { return std::max<std::size_t>(value.size(), place.maxLength); };
+  auto const sizeOf = [&](std::string_view value) {
+    return value.empty() || !place.Fits(digitsOf(value)) ? 0 : kTextRoom + kBlock + widthOf(value);
   };
-  std::uint64_t const count = dump.ReadShortSamples(most, useBase, use);
-  out.Truncate(sizeBefore + static_cast<std::size_t>(p - start));
-  return count;
+  auto const put = [&](char* p, std::string_view value) {
+    StoreEight(p, (digitsOf(value) | kZeroes) >> place.digitsShift);
+    p = PutPaddedText(CopyLiteral(p + place.maxDigits, kBeforeText), value, widthOf(value));
+    return CopyLiteral(p, kBehindText);
+  };
+  return AppendShortSamples(out, dump, kBeforeLength, room, most, sizeOf, put);
 }
 
 void AppendStringSample(SerializerBuffer& out, std::string_view time, std::string_view value,
