@@ -31,7 +31,7 @@
 
 namespace {
 
-constexpr int kRounds = 15;
+constexpr int kRounds = 40;
 constexpr std::size_t kFileSize = 50000000;
 
 std::vector<std::string> LinesOf(std::string const& path) {
