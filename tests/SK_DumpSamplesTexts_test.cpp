@@ -62,6 +62,17 @@ std::string Text(std::size_t size, Random& random) {
   return text;
 }
 
+/// At times that follow each other.
+Samples ShortTexts(std::size_t count, std::size_t timeLength, Random& random) {
+  Samples samples;
+  std::string time(timeLength, '0');
+  for (std::size_t i = 0; i != count; ++i) {
+    time = NextTime(time, random);
+    samples.emplace_back(time, Text(random() % 40, random));
+  }
+  return samples;
+}
+
 class DumpSamplesTexts : public testing::Test {
  protected:
   ~DumpSamplesTexts() override {
@@ -291,12 +302,7 @@ TEST_F(DumpSamplesTexts, RecordsAreWholeFromTheLongTextOn) {
 
 TEST_F(DumpSamplesTexts, ClearedDumpIsAsNew) {
   Random random(9);
-  Samples samples;
-  std::string time(23, '0');
-  for (int i = 0; i != 60000; ++i) {
-    time = NextTime(time, random);
-    samples.emplace_back(time, Text(random() % 40, random));
-  }
+  Samples samples = ShortTexts(60000, 23, random);
   std::size_t newSize = 0;
   for (std::size_t const before : {0, 100, 50000}) {
     for (bool const isRead : {false, true}) {
@@ -305,7 +311,7 @@ TEST_F(DumpSamplesTexts, ClearedDumpIsAsNew) {
         Write(*mDump, samples[i]);
       }
       if (before != 0) {
-        Write(*mDump, {time, std::string(kLong + 8, 'x')});
+        Write(*mDump, {samples.back().first, std::string(kLong + 8, 'x')});
       }
       if (isRead) {
         ReadAll(*mDump);
@@ -402,13 +408,8 @@ TEST_F(DumpSamplesTexts, MissingDiskIsToldAtTheSampleWhereItIsWithWholeTimes) {
 // bytes that the long text loses make no record.
 TEST_F(DumpSamplesTexts, SamplesWithoutMemoryLeaveTheOthersWhole) {
   Random random(7);
-  Samples samples;
-  std::string time(24, '0');
-  for (int i = 0; i != 2000; ++i) {
-    time = NextTime(time, random);
-    samples.emplace_back(time, Text(random() % 40, random));
-  }
-  samples.emplace_back(time, std::string(kLong + 5, '\xFF'));
+  Samples samples = ShortTexts(2000, 24, random);
+  samples.emplace_back(samples.back().first, std::string(kLong + 5, '\xFF'));
   std::size_t refused = 0;
   std::size_t spilled = 0;
   for (std::uint64_t const count : {1, 2, 20, 60}) {

@@ -86,12 +86,11 @@ void RefuseWhatIsNoFile(std::string const& path) {
 /// Without them, a file of the library's could get their number and the answer or a complaint in it. Writing to the
 /// output that was not given fails as before.
 void OpenStandardDescriptors() {
-  int fd = 0;
-  while (fd >= 0 && fd <= STDERR_FILENO) {
-    if (fcntl(fd, F_GETFD) != -1 || open("/dev/null", fd == STDERR_FILENO ? O_WRONLY : O_RDONLY) == fd) {
-      ++fd;
-    } else {
-      fd = -1;
+  for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+    bool const isOpen = fcntl(fd, F_GETFD) != -1;
+    // A new one takes the lowest number that is free.
+    if (!isOpen && open("/dev/null", fd == STDERR_FILENO ? O_WRONLY : O_RDONLY) != fd) {
+      return;
     }
   }
 }
